@@ -1,0 +1,226 @@
+#include "platform/AtomicFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+
+#include "platform/Environment.h"
+#include "platform/Paths.h"
+
+namespace epg {
+
+namespace {
+
+/// Interrupted calls are made again, but not for ever.
+constexpr int maximumTries = 100;
+
+template <typename Call>
+int repeatedWhileInterrupted(Call call) {
+  int error = EINTR;
+  for (int i = 0; i < maximumTries && error == EINTR; ++i) error = call();
+  return error;
+}
+
+std::string folderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+const char* const temporarySuffix = ".tmp";
+
+std::string temporaryPrefix(const std::string& name) { return "." + name + "."; }
+
+/// An open file of ours, closed when it goes out of sight.
+class OpenFile {
+ public:
+  explicit OpenFile(Environment& environment) : environment_(environment) {}
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile() { close(); }
+
+  int open(const std::string& path, int flags, mode_t mode) {
+    return repeatedWhileInterrupted([&] { return environment_.openFile(path, flags, mode, &descriptor_); });
+  }
+  bool isOpen() const { return descriptor_ >= 0; }
+  int descriptor() const { return descriptor_; }
+  int close() {
+    if (!isOpen()) return 0;
+    const int descriptor = descriptor_;
+    descriptor_ = -1;
+    const int error = environment_.closeFile(descriptor);
+    return error == EINTR ? 0 : error;  // Closed all the same; asking again could close somebody else's file.
+  }
+
+ private:
+  Environment& environment_;
+  int descriptor_ = -1;
+};
+
+/// A new file beside the target, gone again unless it took the target's place.
+///
+/// It is locked through a descriptor of its own, which stays open until the end and says that the writer lives: a
+/// temporary file that can be locked was left by a writer that was killed.
+class TemporaryFile {
+ public:
+  TemporaryFile(Environment& environment, const std::string& target)
+      : environment_(environment), written_(environment), lock_(environment) {
+    static std::atomic<unsigned> counter{0};
+    const std::string start = appendPathComponent(folderOf(target), temporaryPrefix(lastPathComponent(target)));
+    // Names of a former process with the same number may stand; each of its files is met once at most.
+    for (int i = 0; i < 10 * maximumTries; ++i) {
+      path_ = start + std::to_string(::getpid()) + "-" + std::to_string(++counter) + temporarySuffix;
+      error_ = written_.open(path_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666);
+      if (error_ == EEXIST) continue;
+      if (error_ != 0) return;
+      exists_ = true;
+      if (lock()) return;
+      exists_ = false;
+      error_ = EAGAIN;
+      written_.close();
+    }
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  ~TemporaryFile() {
+    written_.close();
+    if (exists_) repeatedWhileInterrupted([&] { return environment_.removeFile(path_); });
+  }
+
+  int error() const { return error_; }
+  OpenFile& written() { return written_; }
+  const std::string& path() const { return path_; }
+
+  /// No file stands under the temporary name any more.
+  void isGone() { exists_ = false; }
+
+ private:
+  /// False when another writer, tidying up between the creation and the lock, took the file for a left one.
+  bool lock() {
+    // A volume without locks has nobody who tidies up by them either.
+    if (lock_.open(path_, O_RDONLY | O_NOFOLLOW, 0) == ENOENT) return false;
+    if (lock_.isOpen() && environment_.lockFile(lock_.descriptor()) == EWOULDBLOCK) {
+      lock_.close();
+      return false;
+    }
+    Environment::FileInfo info;
+    return environment_.pathInfo(path_, &info) != ENOENT;
+  }
+
+  Environment& environment_;
+  std::string path_;
+  OpenFile written_;
+  OpenFile lock_;
+  int error_ = 0;
+  bool exists_ = false;
+};
+
+int writeAll(Environment& environment, int descriptor, const std::string& content) {
+  std::size_t done = 0;
+  while (done < content.size()) {
+    std::size_t written = 0;
+    const int error = repeatedWhileInterrupted([&] {
+      return environment.writeFile(descriptor, content.data() + done, content.size() - done, &written);
+    });
+    if (error != 0) return error;
+    if (written == 0) return EIO;
+    done += written;
+  }
+  return 0;
+}
+
+/// A replaced file hands on who may read and write it. Only a regular file has that to hand on.
+int takeOverMode(Environment& environment, const std::string& target, int descriptor) {
+  Environment::FileInfo old;
+  if (environment.pathInfo(target, &old) != 0 || old.kind != Environment::FileKind::Regular) return 0;
+  Environment::FileInfo fresh;
+  const int error = environment.fileInfo(descriptor, &fresh);
+  if (error != 0) return error;
+  // Only root may give files away; for everybody else the new file is the writer's own, which is no failure.
+  if (old.owner != fresh.owner || old.group != fresh.group) {
+    environment.setFileOwner(descriptor, old.owner, old.group);
+  }
+  const mode_t permissions = old.mode & 0777;
+  return permissions == (fresh.mode & 0777) ? 0 : environment.setFileMode(descriptor, permissions);
+}
+
+/// Waits until the entries of an open folder are on disk.
+int flushFolder(Environment& environment, const OpenFile& folder) {
+  if (!folder.isOpen()) return 0;
+  const int error = repeatedWhileInterrupted([&] { return environment.flushFile(folder.descriptor()); });
+  return error == EINVAL || error == ENOTSUP ? 0 : error;  // Some volumes cannot flush folders and say so.
+}
+
+/// Puts the temporary file in the target's place and makes that last. When it cannot be made to last, what stood
+/// there before stands there again.
+int takePlace(Environment& environment, TemporaryFile& file, const std::string& target, const OpenFile& folder) {
+  Environment::FileInfo old;
+  const int noTarget = environment.pathInfo(target, &old);
+  bool exchanged = false;
+  int error = ENOTSUP;
+  if (noTarget == 0 && old.kind == Environment::FileKind::Regular) {
+    // The old file stays at hand, under the temporary name.
+    error = repeatedWhileInterrupted([&] { return environment.exchangeFiles(file.path(), target); });
+    exchanged = error == 0;
+  }
+  if (error == ENOTSUP) {
+    error = repeatedWhileInterrupted([&] { return environment.renameFile(file.path(), target); });
+    if (error == 0) file.isGone();
+  }
+  if (error != 0) return error;
+  error = flushFolder(environment, folder);
+  if (error == 0) return 0;
+  if (exchanged) environment.exchangeFiles(file.path(), target);
+  if (noTarget == ENOENT) environment.removeFile(target);
+  return error;
+}
+
+/// Removes what killed writers of the same target left. Files of living writers are locked and stay.
+void removeLeftFiles(Environment& environment, const std::string& target) {
+  const std::string folder = folderOf(target);
+  const std::string prefix = temporaryPrefix(lastPathComponent(target));
+  const std::string suffix = temporarySuffix;
+  std::vector<std::string> names;
+  if (environment.listFolder(folder, &names) != 0) return;
+  for (const std::string& name : names) {
+    if (name.size() <= prefix.size() + suffix.size() || name.compare(0, prefix.size(), prefix) != 0 ||
+        name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0 ||
+        name.find_first_not_of("0123456789-", prefix.size()) != name.size() - suffix.size()) {
+      continue;
+    }
+    const std::string path = appendPathComponent(folder, name);
+    OpenFile left(environment);
+    if (left.open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK, 0) != 0) continue;
+    if (environment.lockFile(left.descriptor()) == 0) environment.removeFile(path);
+  }
+}
+
+int replace(Environment& environment, const std::string& path, const std::string& content) {
+  OpenFile folder(environment);
+  int error = folder.open(folderOf(path), O_RDONLY | O_DIRECTORY, 0);
+  // A folder that may be written but not read cannot be opened, nor flushed; its files can be replaced all the same.
+  if (error != 0 && error != EACCES) return error;
+  TemporaryFile file(environment, path);
+  if (file.error() != 0) return file.error();
+  OpenFile& written = file.written();
+  error = writeAll(environment, written.descriptor(), content);
+  if (error == 0) error = takeOverMode(environment, path, written.descriptor());
+  if (error == 0) error = repeatedWhileInterrupted([&] { return environment.flushFile(written.descriptor()); });
+  if (error == 0) error = written.close();
+  if (error == 0) error = takePlace(environment, file, path, folder);
+  return error;
+}
+
+}  // namespace
+
+int replaceFile(Environment& environment, const std::string& path, const std::string& content) {
+  const int error = replace(environment, path, content);
+  if (error == 0) removeLeftFiles(environment, path);
+  environment.fileReplaced(path, error);
+  return error;
+}
+
+}  // namespace epg

@@ -1,0 +1,203 @@
+#include "platform/Environment.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+#include <thread>
+
+namespace epg {
+
+namespace {
+
+int resultOf(int returned) { return returned == -1 ? errno : 0; }
+
+Environment::FileInfo infoFrom(const struct stat& status) {
+  Environment::FileInfo info;
+  if (S_ISREG(status.st_mode)) info.kind = Environment::FileKind::Regular;
+  if (S_ISDIR(status.st_mode)) info.kind = Environment::FileKind::Folder;
+  if (S_ISLNK(status.st_mode)) info.kind = Environment::FileKind::Link;
+  info.mode = status.st_mode & 07777;
+  info.owner = status.st_uid;
+  info.group = status.st_gid;
+  info.device = status.st_dev;
+  info.inode = status.st_ino;
+  return info;
+}
+
+/// The home folder in the user database; `user` null for the user that runs the process.
+std::optional<std::string> homeFolderInDatabase(const char* user) {
+  std::vector<char> buffer(1024);
+  struct passwd entry {};
+  struct passwd* found = nullptr;
+  constexpr std::size_t largestBuffer = 1 << 20;
+  for (;;) {
+    const int error = user ? getpwnam_r(user, &entry, buffer.data(), buffer.size(), &found)
+                           : getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found);
+    if (error != ERANGE || buffer.size() >= largestBuffer) break;
+    buffer.resize(buffer.size() * 2);
+  }
+  if (!found || !found->pw_dir || found->pw_dir[0] == '\0') return std::nullopt;
+  return std::string(found->pw_dir);
+}
+
+}  // namespace
+
+Environment& Environment::standard() {
+  // Left to the end of the process: detached threads may still use it while static objects are destroyed.
+  static Environment* const environment = new Environment;
+  return *environment;
+}
+
+int Environment::openFile(const std::string& path, int flags, mode_t mode, int* descriptor) {
+  if (path.find('\0') != std::string::npos) return EINVAL;
+  *descriptor = ::open(path.c_str(), flags | O_CLOEXEC, static_cast<unsigned>(mode));
+  return resultOf(*descriptor);
+}
+
+int Environment::readFile(int descriptor, char* buffer, std::size_t capacity, std::size_t* count) {
+  const ssize_t result = ::read(descriptor, buffer, capacity);
+  if (result < 0) return errno;
+  *count = static_cast<std::size_t>(result);
+  return 0;
+}
+
+int Environment::writeFile(int descriptor, const char* bytes, std::size_t size, std::size_t* written) {
+  const ssize_t result = ::write(descriptor, bytes, size);
+  if (result < 0) return errno;
+  *written = static_cast<std::size_t>(result);
+  return 0;
+}
+
+int Environment::fileInfo(int descriptor, FileInfo* info) {
+  struct stat status {};
+  const int error = resultOf(::fstat(descriptor, &status));
+  if (error == 0) *info = infoFrom(status);
+  return error;
+}
+
+int Environment::setFileMode(int descriptor, mode_t mode) { return resultOf(::fchmod(descriptor, mode)); }
+
+int Environment::setFileOwner(int descriptor, uid_t owner, gid_t group) {
+  return resultOf(::fchown(descriptor, owner, group));
+}
+
+int Environment::lockFile(int descriptor) { return resultOf(::flock(descriptor, LOCK_EX | LOCK_NB)); }
+
+int Environment::flushFile(int descriptor) {
+#ifdef F_FULLFSYNC
+  // There, fsync stops at the drive's own cache. Not every volume knows the stronger call.
+  if (::fcntl(descriptor, F_FULLFSYNC) == 0) return 0;
+#endif
+  return resultOf(::fsync(descriptor));
+}
+
+int Environment::closeFile(int descriptor) { return resultOf(::close(descriptor)); }
+
+int Environment::renameFile(const std::string& from, const std::string& to) {
+  return resultOf(::rename(from.c_str(), to.c_str()));
+}
+
+int Environment::exchangeFiles(const std::string& one, const std::string& other) {
+#ifdef RENAME_EXCHANGE
+  const int error = resultOf(::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE));
+  return error == EINVAL || error == ENOSYS ? ENOTSUP : error;
+#else
+  static_cast<void>(one);
+  static_cast<void>(other);
+  return ENOTSUP;
+#endif
+}
+
+int Environment::removeFile(const std::string& path) { return resultOf(::unlink(path.c_str())); }
+
+int Environment::pathInfo(const std::string& path, FileInfo* info) {
+  if (path.find('\0') != std::string::npos) return EINVAL;
+  struct stat status {};
+  const int error = resultOf(::lstat(path.c_str(), &status));
+  if (error == 0) *info = infoFrom(status);
+  return error;
+}
+
+int Environment::listFolder(const std::string& path, std::vector<std::string>* names) {
+  names->clear();
+  DIR* const folder = ::opendir(path.c_str());
+  if (!folder) return errno;
+  int error = 0;
+  for (;;) {
+    errno = 0;
+    // Each stream has one user, which is what readdir needs.
+    const struct dirent* const entry = ::readdir(folder);  // NOLINT(concurrency-mt-unsafe)
+    if (!entry) {
+      error = errno;
+      break;
+    }
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..") names->push_back(name);
+  }
+  ::closedir(folder);
+  return error;
+}
+
+Instant Environment::now() {
+  const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+  return Instant::fromUnixTime(std::chrono::duration<double>(sinceEpoch).count());
+}
+
+void Environment::detachThread(std::function<void()> body) {
+  try {
+    std::thread(body).detach();
+  } catch (const std::system_error&) {
+    body();
+  }
+}
+
+void Environment::log(const std::string& line) { ::syslog(LOG_USER | LOG_ERR, "%s", line.c_str()); }
+
+std::string Environment::homeFolder() {
+  const char* const home = std::getenv("HOME");  // NOLINT(concurrency-mt-unsafe): nobody here sets it
+  if (home && home[0] == '/') return home;
+  return homeFolderInDatabase(nullptr).value_or("/");
+}
+
+std::optional<std::string> Environment::homeFolderOfUser(const std::string& user) {
+  return homeFolderInDatabase(user.c_str());
+}
+
+void Environment::fileReplaced(const std::string& /*path*/, int /*error*/) {}
+
+int readWholeFile(Environment& environment, const std::string& path, std::string* content) {
+  content->clear();
+  int descriptor = -1;
+  // Not to wait for the other end of a pipe that stands in the file's place.
+  int error = environment.openFile(path, O_RDONLY | O_NONBLOCK, 0, &descriptor);
+  if (error != 0) return error;
+  Environment::FileInfo info;
+  error = environment.fileInfo(descriptor, &info);
+  if (error == 0 && info.kind != Environment::FileKind::Regular) error = EINVAL;
+  std::vector<char> buffer(std::size_t{1} << 16);
+  while (error == 0) {
+    std::size_t count = 0;
+    error = environment.readFile(descriptor, buffer.data(), buffer.size(), &count);
+    if (error == EINTR) {
+      error = 0;
+      continue;
+    }
+    if (error != 0 || count == 0) break;
+    content->append(buffer.data(), count);
+  }
+  environment.closeFile(descriptor);
+  if (error != 0) content->clear();
+  return error;
+}
+
+}  // namespace epg

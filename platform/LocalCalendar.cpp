@@ -1,0 +1,94 @@
+#include "platform/LocalCalendar.h"
+
+#include <time.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+
+#include "platform/CivilDate.h"
+
+namespace epg {
+
+namespace {
+
+/// The years that the calendar is asked for; all that a four-digit file name and the root's dates can hold, with
+/// room to spare, and far from the ends of every type on the way.
+constexpr std::int64_t firstYear = -99999;
+constexpr std::int64_t lastYear = 99999;
+
+int weekday(std::int64_t year) {
+  constexpr int thursday = 4;  // 1 January 1970
+  const std::int64_t days = secondsSince1970(CivilDate{year, 1, 1, 0, 0, 0}) / 86400;
+  return static_cast<int>(((days + thursday) % 7 + 7) % 7);
+}
+
+/// The same day and time in a year before 2038 that has the same weekdays and the same leap day: daylight-saving
+/// rules for years to come go by these alone.
+std::int64_t sameDayBefore2038(std::int64_t seconds) {
+  CivilDate date = civilDateFromSecondsSince1970(seconds);
+  std::int64_t year = 2036;
+  while (weekday(year) != weekday(date.year) || daysInMonth(year, 2) != daysInMonth(date.year, 2)) --year;
+  date.year = year;
+  return secondsSince1970(date);
+}
+
+}  // namespace
+
+LocalCalendar::LocalCalendar(SystemTime systemTime)
+    : narrow_(systemTime == SystemTime::ThirtyTwoBits || sizeof(time_t) < 8) {
+  ::tzset();
+}
+
+std::optional<LocalCalendar::Components> LocalCalendar::components(Instant instant) const {
+  const double seconds = std::floor(instant.unixTime());
+  const auto first = static_cast<double>(secondsSince1970(CivilDate{firstYear, 1, 1, 0, 0, 0}));
+  const auto end = static_cast<double>(secondsSince1970(CivilDate{lastYear + 1, 1, 1, 0, 0, 0}));
+  if (!(seconds >= first && seconds < end)) return std::nullopt;
+
+  const auto wanted = static_cast<std::int64_t>(seconds);
+  std::int64_t countable = wanted;
+  if (narrow_) {
+    constexpr std::int64_t latest = std::numeric_limits<std::int32_t>::max();
+    if (wanted > latest) countable = sameDayBefore2038(wanted);
+    if (wanted < -latest) countable = -latest;
+  }
+  const auto systemSeconds = static_cast<time_t>(countable);
+  struct tm local {};
+  if (!::localtime_r(&systemSeconds, &local)) return std::nullopt;
+  const CivilDate date = civilDateFromSecondsSince1970(wanted + local.tm_gmtoff);
+  Components components;
+  components.year = static_cast<int>(date.year);
+  components.month = date.month;
+  components.day = date.day;
+  components.hour = date.hour;
+  components.minute = date.minute;
+  components.second = date.second;
+  return components;
+}
+
+std::string DateFormatter::stringFromDate(Instant date) const {
+  const std::optional<LocalCalendar::Components> components = LocalCalendar().components(date);
+  if (!components) return {};
+  std::string text;
+  std::size_t at = 0;
+  const auto field = [&](const char* name, int value, int width) {
+    const std::string wanted = name;
+    if (format_.compare(at, wanted.size(), wanted) != 0) return false;
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "%0*d", width, value);
+    text += digits;
+    at += wanted.size();
+    return true;
+  };
+  while (at < format_.size()) {
+    if (field("yyyy", components->year, 4) || field("MM", components->month, 2) || field("dd", components->day, 2)) {
+      continue;
+    }
+    text += format_[at++];
+  }
+  return text;
+}
+
+}  // namespace epg

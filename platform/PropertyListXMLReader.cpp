@@ -1,0 +1,256 @@
+// The XML form of property lists, read.
+
+#include <cctype>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <locale>
+#include <sstream>
+
+#include "platform/CivilDate.h"
+#include "platform/PropertyListForms.h"
+#include "platform/XMLReader.h"
+
+namespace epg {
+
+namespace {
+
+std::string trimmed(const std::string& text) {
+  const char* const white = " \t\r\n";
+  const std::size_t start = text.find_first_not_of(white);
+  if (start == std::string::npos) return {};
+  return text.substr(start, text.find_last_not_of(white) - start + 1);
+}
+
+std::optional<PropertyList> integerFromText(const std::string& text) {
+  std::size_t at = 0;
+  const bool negative = !text.empty() && text[0] == '-';
+  if (!text.empty() && (text[0] == '-' || text[0] == '+')) ++at;
+  const bool hexadecimal = text.size() > at + 2 && text[at] == '0' && (text[at + 1] == 'x' || text[at + 1] == 'X');
+  if (hexadecimal) at += 2;
+  if (at == text.size()) return std::nullopt;
+  const std::uint64_t base = hexadecimal ? 16 : 10;
+  std::uint64_t magnitude = 0;
+  for (; at < text.size(); ++at) {
+    const auto c = static_cast<unsigned char>(text[at]);
+    std::uint64_t digit = 0;
+    if (std::isdigit(c)) {
+      digit = static_cast<std::uint64_t>(c - '0');
+    } else if (hexadecimal && std::isxdigit(c)) {
+      digit = static_cast<std::uint64_t>(std::tolower(c) - 'a' + 10);
+    } else {
+      return std::nullopt;
+    }
+    if (magnitude > (std::numeric_limits<std::uint64_t>::max() - digit) / base) return std::nullopt;
+    magnitude = magnitude * base + digit;
+  }
+  constexpr std::uint64_t lowest = std::uint64_t{1} << 63;
+  if (!negative) return PropertyList::fromUnsigned(magnitude);
+  if (magnitude > lowest) return std::nullopt;
+  return PropertyList::fromInteger(static_cast<std::int64_t>(0 - magnitude));
+}
+
+std::optional<PropertyList> realFromText(const std::string& text) {
+  std::string lower;
+  for (const char c : text) lower += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  const double infinity = std::numeric_limits<double>::infinity();
+  if (lower == "nan") return PropertyList::fromReal(std::numeric_limits<double>::quiet_NaN());
+  if (lower == "inf" || lower == "infinity" || lower == "+infinity" || lower == "+inf") {
+    return PropertyList::fromReal(infinity);
+  }
+  if (lower == "-inf" || lower == "-infinity") return PropertyList::fromReal(-infinity);
+  if (lower.empty() || lower.find_first_not_of("0123456789+-.e") != std::string::npos) return std::nullopt;
+  std::istringstream stream(lower);
+  stream.imbue(std::locale::classic());
+  double value = 0;
+  stream >> value;
+  // Too large or too small a number is one all the same: the nearest that there is.
+  if (stream.fail() && value == 0) return std::nullopt;
+  if (!stream.eof()) return std::nullopt;
+  if (std::fabs(value) == std::numeric_limits<double>::max() && stream.fail()) value = std::copysign(infinity, value);
+  return PropertyList::fromReal(value);
+}
+
+/// "2012-03-04T18:00:00Z", as the platform writes it.
+std::optional<PropertyList> dateFromText(const std::string& text) {
+  const char* const pattern = "dddd-dd-ddTdd:dd:ddZ";
+  if (text.size() != std::strlen(pattern)) return std::nullopt;
+  int fields[6] = {};
+  int field = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (pattern[i] == 'd') {
+      if (!std::isdigit(static_cast<unsigned char>(text[i]))) return std::nullopt;
+      fields[field] = fields[field] * 10 + (text[i] - '0');
+    } else {
+      if (text[i] != pattern[i]) return std::nullopt;
+      ++field;
+    }
+  }
+  CivilDate date;
+  date.year = fields[0];
+  date.month = fields[1];
+  date.day = fields[2];
+  date.hour = fields[3];
+  date.minute = fields[4];
+  date.second = fields[5];
+  if (!isValid(date)) return std::nullopt;
+  return PropertyList::fromDate(Instant::fromUnixTime(static_cast<double>(secondsSince1970(date))));
+}
+
+int base64Digit(char c) {
+  if (c >= 'A' && c <= 'Z') return c - 'A';
+  if (c >= 'a' && c <= 'z') return c - 'a' + 26;
+  if (c >= '0' && c <= '9') return c - '0' + 52;
+  if (c == '+') return 62;
+  return c == '/' ? 63 : -1;
+}
+
+std::optional<PropertyList> dataFromText(const std::string& text) {
+  std::string bytes;
+  bytes.reserve(text.size() / 4 * 3);
+  std::uint32_t group = 0;
+  int digits = 0;
+  int padding = 0;
+  for (const char c : text) {
+    if (c == ' ' || c == '\t' || c == '\r' || c == '\n') continue;
+    if (c == '=') {
+      ++padding;
+      continue;
+    }
+    const int digit = base64Digit(c);
+    if (digit < 0 || padding > 0) return std::nullopt;
+    group = group << 6 | static_cast<std::uint32_t>(digit);
+    if (++digits == 4) {
+      bytes += static_cast<char>(group >> 16 & 0xFF);
+      bytes += static_cast<char>(group >> 8 & 0xFF);
+      bytes += static_cast<char>(group & 0xFF);
+      group = 0;
+      digits = 0;
+    }
+  }
+  if (digits == 1 || padding > 2 || (padding > 0 && digits + padding != 4)) return std::nullopt;
+  if (digits == 2) bytes += static_cast<char>(group >> 4 & 0xFF);
+  if (digits == 3) {
+    bytes += static_cast<char>(group >> 10 & 0xFF);
+    bytes += static_cast<char>(group >> 2 & 0xFF);
+  }
+  return PropertyList::fromData(std::move(bytes));
+}
+
+/// Reads one value after another out of a parsed document; the first problem ends the reading.
+class XMLValueReader {
+ public:
+  XMLValueReader(const XMLReader& document, std::string* problem) : document_(document), problem_(problem) {}
+
+  std::optional<PropertyList> value(pugi::xml_node element, int depth) {
+    const std::string name = element.name();
+    if (name == "array" || name == "dict") {
+      if (depth > PropertyList::maximumDepth) return failure(element, "nested too deep");
+      if (!holdsNoText(element)) return failure(element, "text between the values of a container");
+      return name == "array" ? array(element, depth) : dictionary(element, depth);
+    }
+    if (element.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; })) {
+      return failure(element, "an element inside <" + name + ">");
+    }
+    const std::optional<std::string> text = document_.text(element, problem_);
+    if (!text) return std::nullopt;
+    return scalar(element, name, *text);
+  }
+
+  std::optional<PropertyList> failure(pugi::xml_node node, const std::string& what) {
+    if (problem_) *problem_ = document_.place(node) + ": " + what;
+    return std::nullopt;
+  }
+
+  bool holdsNoText(pugi::xml_node element) const {
+    for (const pugi::xml_node node : element.children()) {
+      if (node.type() == pugi::node_cdata) return false;
+      if (node.type() == pugi::node_pcdata && !trimmed(node.value()).empty()) return false;
+    }
+    return true;
+  }
+
+ private:
+  std::optional<PropertyList> scalar(pugi::xml_node element, const std::string& name, const std::string& text) {
+    if (name == "string") return PropertyList(text);
+    if (name == "true" || name == "false") {
+      if (!trimmed(text).empty()) return failure(element, "text inside <" + name + ">");
+      return PropertyList::fromBoolean(name == "true");
+    }
+    std::optional<PropertyList> value;
+    if (name == "integer") {
+      value = integerFromText(trimmed(text));
+    } else if (name == "real") {
+      value = realFromText(trimmed(text));
+    } else if (name == "date") {
+      value = dateFromText(trimmed(text));
+    } else if (name == "data") {
+      value = dataFromText(text);
+    } else {
+      return failure(element, "<" + name + "> is no property-list value");
+    }
+    if (!value) return failure(element, "the content is no " + name);
+    return value;
+  }
+
+  std::optional<PropertyList> array(pugi::xml_node element, int depth) {
+    PropertyList::Array elements;
+    for (const pugi::xml_node child : element.children()) {
+      if (child.type() != pugi::node_element) continue;
+      std::optional<PropertyList> read = value(child, depth + 1);
+      if (!read) return std::nullopt;
+      elements.push_back(std::move(*read));
+    }
+    return PropertyList(std::move(elements));
+  }
+
+  std::optional<PropertyList> dictionary(pugi::xml_node element, int depth) {
+    std::vector<PropertyListDictionary::Entry> entries;
+    std::optional<std::string> key;
+    for (const pugi::xml_node child : element.children()) {
+      if (child.type() != pugi::node_element) continue;
+      const bool isKey = std::strcmp(child.name(), "key") == 0;
+      if (isKey != !key) return failure(child, isKey ? "a key without a value" : "a value without a key");
+      if (isKey) {
+        if (child.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; })) {
+          return failure(child, "an element inside <key>");
+        }
+        key = document_.text(child, problem_);
+        if (!key) return std::nullopt;
+        continue;
+      }
+      std::optional<PropertyList> read = value(child, depth + 1);
+      if (!read) return std::nullopt;
+      entries.emplace_back(std::move(*key), std::move(*read));
+      key.reset();
+    }
+    if (key) return failure(element, "a key without a value");
+    return PropertyList(PropertyListDictionary(std::move(entries)));
+  }
+
+  const XMLReader& document_;
+  std::string* problem_;
+};
+
+}  // namespace
+
+std::optional<PropertyList> parseXMLPropertyList(const std::string& bytes, std::string* problem) {
+  const std::unique_ptr<XMLReader> document = XMLReader::parse(bytes, problem);
+  if (!document) return std::nullopt;
+  XMLValueReader reader(*document, problem);
+  const pugi::xml_node root = document->root();
+  if (std::strcmp(root.name(), "plist") != 0) return reader.value(root, 1);
+
+  if (!reader.holdsNoText(root)) return reader.failure(root, "text between the values of a container");
+  pugi::xml_node top;
+  for (const pugi::xml_node child : root.children()) {
+    if (child.type() != pugi::node_element) continue;
+    if (top) return reader.failure(child, "a second value in <plist>");
+    top = child;
+  }
+  if (!top) return reader.failure(root, "no value in <plist>");
+  return reader.value(top, 1);
+}
+
+}  // namespace epg

@@ -1,0 +1,289 @@
+#include "platform/XMLReader.h"
+
+#include <iconv.h>
+#include <utf8.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+
+#include "platform/XMLText.h"
+
+namespace epg {
+
+namespace {
+
+bool startsWith(const std::string& bytes, const char* start, std::size_t length) {
+  return bytes.compare(0, length, start, length) == 0;
+}
+
+/// The encoding that the XML declaration names, in capitals; empty where it names none. `bytes` must be readable
+/// as ASCII this far.
+std::string declaredEncoding(const std::string& bytes) {
+  if (!startsWith(bytes, "<?xml", 5)) return {};
+  const std::size_t end = bytes.find("?>");
+  if (end == std::string::npos) return {};
+  const std::string declaration = bytes.substr(0, end);
+  std::size_t at = declaration.find("encoding");
+  if (at == std::string::npos) return {};
+  at = declaration.find_first_of("\"'", at);
+  if (at == std::string::npos) return {};
+  const std::size_t close = declaration.find(declaration[at], at + 1);
+  if (close == std::string::npos) return {};
+  std::string name = declaration.substr(at + 1, close - at - 1);
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return name;
+}
+
+/// The platform's name of an encoding that documents may have; empty for any other.
+const char* converterName(const std::string& encoding) {
+  if (encoding == "ISO-8859-1" || encoding == "ISO_8859-1" || encoding == "LATIN1") return "ISO-8859-1";
+  if (encoding == "WINDOWS-1252" || encoding == "CP1252") return "WINDOWS-1252";
+  return "";
+}
+
+std::optional<std::string> convertToUTF8(const std::string& bytes, const char* encoding, std::string* problem) {
+  const iconv_t converter = iconv_open("UTF-8", encoding);
+  if (converter == reinterpret_cast<iconv_t>(-1)) {
+    *problem = std::string("this system cannot convert from ") + encoding;
+    return std::nullopt;
+  }
+  std::string text;
+  std::string input = bytes;
+  char* from = &input[0];
+  std::size_t left = input.size();
+  char buffer[4096];
+  bool good = true;
+  while (left > 0 && good) {
+    char* to = buffer;
+    std::size_t room = sizeof buffer;
+    const std::size_t result = iconv(converter, &from, &left, &to, &room);
+    text.append(buffer, sizeof buffer - room);
+    good = result != static_cast<std::size_t>(-1) || errno == E2BIG;
+  }
+  iconv_close(converter);
+  if (!good) {
+    *problem = "byte " + std::to_string(bytes.size() - left + 1) + ": no character of the encoding " + encoding;
+    return std::nullopt;
+  }
+  return text;
+}
+
+std::optional<std::string> convertUTF16ToUTF8(const std::string& bytes, std::size_t from, bool bigEndian,
+                                              std::string* problem) {
+  std::string text;
+  text.reserve(bytes.size() / 2 + bytes.size() / 8);
+  std::uint32_t high = 0;
+  for (std::size_t i = from; i + 1 < bytes.size(); i += 2) {
+    const auto first = static_cast<unsigned char>(bytes[i]);
+    const auto second = static_cast<unsigned char>(bytes[i + 1]);
+    const std::uint32_t unit = bigEndian ? std::uint32_t{first} << 8 | second : std::uint32_t{second} << 8 | first;
+    const bool low = unit >= 0xDC00 && unit <= 0xDFFF;
+    if (low != (high != 0)) {
+      *problem = "byte " + std::to_string(i + 1) + ": not UTF-16 (half of a surrogate pair)";
+      return std::nullopt;
+    }
+    if (unit >= 0xD800 && unit <= 0xDBFF) {
+      high = unit;
+      continue;
+    }
+    const std::uint32_t point = low ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : unit;
+    high = 0;
+    utf8::append(point, std::back_inserter(text));
+  }
+  if ((bytes.size() - from) % 2 != 0 || high != 0) {
+    *problem = "byte " + std::to_string(bytes.size()) + ": not UTF-16 (the last character is cut off)";
+    return std::nullopt;
+  }
+  return text;
+}
+
+std::optional<std::string> documentInUTF8(const std::string& bytes, std::string* problem) {
+  if (startsWith(bytes, "\xEF\xBB\xBF", 3)) return bytes.substr(3);
+  if (startsWith(bytes, "\xFE\xFF", 2)) return convertUTF16ToUTF8(bytes, 2, true, problem);
+  if (startsWith(bytes, "\xFF\xFE", 2)) return convertUTF16ToUTF8(bytes, 2, false, problem);
+  if (startsWith(bytes, "\0<", 2)) return convertUTF16ToUTF8(bytes, 0, true, problem);
+  if (startsWith(bytes, "<\0", 2)) return convertUTF16ToUTF8(bytes, 0, false, problem);
+  const std::string encoding = declaredEncoding(bytes);
+  if (encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII") return bytes;
+  const char* const converter = converterName(encoding);
+  if (*converter == '\0') {
+    *problem = "line 1: the encoding " + encoding + " is not supported (UTF-8, UTF-16, ISO-8859-1, Windows-1252)";
+    return std::nullopt;
+  }
+  return convertToUTF8(bytes, converter, problem);
+}
+
+bool isWhiteSpace(const char* text) { return std::strspn(text, " \t\r\n") == std::strlen(text); }
+
+void appendCharacter(std::string& text, std::uint32_t point) { utf8::append(point, std::back_inserter(text)); }
+
+/// The character that "#65" or "#x41" stands for; 0 where it stands for none.
+std::uint32_t numberedCharacter(const std::string& reference) {
+  const bool hexadecimal = reference.size() > 1 && reference[1] == 'x';
+  const std::size_t start = hexadecimal ? 2 : 1;
+  if (reference.size() <= start) return 0;
+  std::uint32_t point = 0;
+  for (std::size_t i = start; i < reference.size(); ++i) {
+    const char c = reference[i];
+    std::uint32_t digit = 0;
+    if (c >= '0' && c <= '9') {
+      digit = static_cast<std::uint32_t>(c - '0');
+    } else if (hexadecimal && std::isxdigit(static_cast<unsigned char>(c))) {
+      digit = static_cast<std::uint32_t>(std::tolower(static_cast<unsigned char>(c)) - 'a' + 10);
+    } else {
+      return 0;
+    }
+    point = point * (hexadecimal ? 16 : 10) + digit;
+    if (point > 0x10FFFF) return 0;
+  }
+  return point >= 0xD800 && point <= 0xDFFF ? 0 : point;
+}
+
+/// Appends what the reference (the text between "&" and ";") stands for.
+bool appendReference(std::string& text, const std::string& reference) {
+  static const struct {
+    const char* name;
+    char character;
+  } named[] = {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
+  for (const auto& entity : named) {
+    if (reference == entity.name) {
+      text += entity.character;
+      return true;
+    }
+  }
+  if (reference.empty() || reference[0] != '#') return false;
+  const std::uint32_t point = numberedCharacter(reference);
+  if (point == 0) return false;
+  appendCharacter(text, point);
+  return true;
+}
+
+/// Appends `raw` with its references resolved; the reference that cannot be, or an empty string.
+std::string appendResolved(std::string& text, const char* raw) {
+  // Longer than any reference that can be resolved, so that a stray ampersand does not quote a page.
+  constexpr std::size_t longestReference = 32;
+  while (const char* ampersand = std::strchr(raw, '&')) {
+    text.append(raw, ampersand);
+    const char* const semicolon = std::strchr(ampersand, ';');
+    const std::size_t length = semicolon ? static_cast<std::size_t>(semicolon - ampersand) : longestReference;
+    if (length >= longestReference) return std::string("&");
+    if (!appendReference(text, std::string(ampersand + 1, semicolon))) return std::string(ampersand, semicolon + 1);
+    raw = semicolon + 1;
+  }
+  text += raw;
+  return {};
+}
+
+}  // namespace
+
+std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::string* problem) {
+  std::string ignored;
+  if (!problem) problem = &ignored;
+  std::optional<std::string> text = documentInUTF8(bytes, problem);
+  if (!text) return nullptr;
+
+  std::unique_ptr<XMLReader> reader(new XMLReader);
+  reader->text_ = std::move(*text);
+  const std::string& document = reader->text_;
+  const auto invalid = utf8::find_invalid(document.begin(), document.end());
+  if (invalid != document.end()) {
+    *problem = reader->placeOfOffset(static_cast<std::size_t>(invalid - document.begin())) + ": not UTF-8";
+    return nullptr;
+  }
+  const std::size_t zero = document.find('\0');
+  if (zero != std::string::npos) {
+    *problem = reader->placeOfOffset(zero) + ": a zero byte";
+    return nullptr;
+  }
+
+  // References are resolved here, not by the parser, which lets unknown ones pass as text.
+  const unsigned int options =
+      pugi::parse_cdata | pugi::parse_eol | pugi::parse_ws_pcdata | pugi::parse_wconv_attribute | pugi::parse_fragment;
+  const pugi::xml_parse_result result =
+      reader->document_.load_buffer(document.data(), document.size(), options, pugi::encoding_utf8);
+  if (!result) {
+    const std::size_t offset = std::min(static_cast<std::size_t>(result.offset), document.size());
+    *problem = reader->placeOfOffset(offset) + ": not well-formed XML (" + result.description() + ")";
+    return nullptr;
+  }
+  pugi::xml_node root;
+  for (const pugi::xml_node node : reader->document_.children()) {
+    const bool surplus = node.type() == pugi::node_element
+                             ? !root.empty()
+                             : node.type() == pugi::node_cdata || !isWhiteSpace(node.value());
+    if (surplus) {
+      *problem = reader->place(node) + ": not well-formed XML (something besides the one root element)";
+      return nullptr;
+    }
+    if (node.type() == pugi::node_element) root = node;
+  }
+  if (!root) {
+    *problem = "line 1, column 1: no XML element in the file";
+    return nullptr;
+  }
+  return reader;
+}
+
+pugi::xml_node XMLReader::root() const {
+  return document_.find_child([](pugi::xml_node node) { return node.type() == pugi::node_element; });
+}
+
+std::string XMLReader::placeOfOffset(std::size_t offset) const {
+  if (offset < counted_.offset) counted_ = Place();
+  for (; counted_.offset < offset; ++counted_.offset) {
+    const char c = text_[counted_.offset];
+    if (c == '\n') {
+      ++counted_.line;
+      counted_.column = 1;
+    } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {  // Continuation bytes begin no character.
+      ++counted_.column;
+    }
+  }
+  return "line " + std::to_string(counted_.line) + ", column " + std::to_string(counted_.column);
+}
+
+std::string XMLReader::place(pugi::xml_node node) const {
+  const std::ptrdiff_t offset = node.offset_debug();
+  if (offset < 0) return "line 1, column 1";
+  // The parser points behind an element's "<".
+  const bool element = node.type() == pugi::node_element && offset > 0;
+  return placeOfOffset(static_cast<std::size_t>(offset) - (element ? 1 : 0));
+}
+
+std::optional<std::string> XMLReader::text(pugi::xml_node element, std::string* problem) const {
+  std::string text;
+  for (const pugi::xml_node node : element.children()) {
+    if (node.type() == pugi::node_cdata) {
+      text += node.value();
+    } else if (node.type() == pugi::node_pcdata) {
+      const std::string unresolved = appendResolved(text, node.value());
+      if (!unresolved.empty()) {
+        if (problem) *problem = place(node) + ": the reference " + unresolved + " stands for no character";
+        return std::nullopt;
+      }
+    }
+  }
+  return text;
+}
+
+std::optional<std::string> XMLReader::attribute(pugi::xml_node element, const char* name, std::string* problem) const {
+  const pugi::xml_attribute attribute = element.attribute(name);
+  if (!attribute) return std::nullopt;
+  std::string value;
+  const std::string unresolved = appendResolved(value, attribute.value());
+  if (!unresolved.empty()) {
+    if (problem) {
+      *problem = place(element) + ": the reference " + unresolved + " in the attribute \"" + name +
+                 "\" stands for no character";
+    }
+    return std::nullopt;
+  }
+  return value;
+}
+
+}  // namespace epg

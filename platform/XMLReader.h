@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <pugixml.hpp>
+#include <string>
+
+namespace epg {
+
+/// A parsed XML document that knows where its parts stood in the file.
+///
+/// Stricter than the parser underneath: exactly one root element, nothing but white space and comments around it,
+/// and no references besides the five named ones and characters by number. Entities that a document declares for
+/// itself are not expanded but refused where they are used, so none can explode.
+/// Encodings: UTF-8, UTF-16, ISO-8859-1 and Windows-1252, as the byte-order mark or the declaration says.
+/// One thread at a time.
+class XMLReader {
+ public:
+  /// Null when the bytes are no such document; `problem` then says "line 3, column 7: …" and why.
+  static std::unique_ptr<XMLReader> parse(const std::string& bytes, std::string* problem);
+
+  pugi::xml_node root() const;
+
+  /// "line 3, column 7" of the node's start, counted from 1 in characters.
+  std::string place(pugi::xml_node node) const;
+
+  /// The element's own text, comments left out and references resolved; text inside child elements does not count.
+  /// Nothing when a reference cannot be resolved; `problem` then names it and its place.
+  std::optional<std::string> text(pugi::xml_node element, std::string* problem) const;
+  /// The attribute's value; nothing when it is missing (no problem) or a reference cannot be resolved (a problem).
+  std::optional<std::string> attribute(pugi::xml_node element, const char* name, std::string* problem) const;
+
+ private:
+  XMLReader() = default;
+  std::string placeOfOffset(std::size_t offset) const;
+
+  struct Place {
+    std::size_t offset = 0;
+    std::size_t line = 1;
+    std::size_t column = 1;
+  };
+
+  std::string text_;  ///< The document in UTF-8, as places are counted in it.
+  pugi::xml_document document_;
+  mutable Place counted_;  ///< Where the last count ended: asking for places in document order takes linear time.
+};
+
+}  // namespace epg
