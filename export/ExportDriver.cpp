@@ -1,0 +1,76 @@
+#include "export/ExportDriver.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "model/EPGItem.h"
+#include "model/KeyConstants.h"
+#include "platform/Environment.h"
+#include "platform/LocalCalendar.h"
+#include "platform/Paths.h"
+#include "platform/PropertyListFile.h"
+
+namespace epg {
+
+const char* const exportConfigurationExtension = "epgconf";
+
+namespace {
+
+const char* const nameOfferedWithoutConfigurations = "Default EPG Settings";
+
+PropertyListDictionary defaultConfiguration(Environment& environment) {
+  PropertyListDictionary configuration;
+  configuration.set(ZRLEPGDSConfigSourceID, "0");
+  configuration.set(ZRLEPGDSConfigExportPath, appendPathComponent(environment.homeFolder(), "Desktop"));
+  return configuration;
+}
+
+/// A start that is not a number has no place in the order, which is that of events without one.
+bool hasStart(const EPGEvent& event) {
+  return event.eventEPGStartDateTime && !std::isnan(event.eventEPGStartDateTime->secondsSinceReferenceDate);
+}
+
+}  // namespace
+
+std::vector<std::string> exportConfigurationNames(Environment& environment, const std::string& dataFolderPath) {
+  std::vector<std::string> entries;
+  if (environment.listFolder(dataFolderPath, &entries) != 0) entries.clear();
+  std::vector<std::string> names;
+  for (const std::string& entry : entries) {
+    if (pathExtension(entry) == exportConfigurationExtension) names.push_back(deletePathExtension(entry));
+  }
+  if (names.empty()) names.emplace_back(nameOfferedWithoutConfigurations);
+  return names;
+}
+
+PropertyListDictionary exportConfiguration(Environment& environment, const std::string& dataFolderPath,
+                                           const std::string& configurationFilename) {
+  const std::string path =
+      appendPathExtension(appendPathComponent(dataFolderPath, configurationFilename), exportConfigurationExtension);
+  const auto configuration = readPropertyListDictionary(environment, path);
+  return configuration ? *configuration : defaultConfiguration(environment);
+}
+
+std::optional<std::string> exportFolder(Environment& environment, const PropertyListDictionary& configuration) {
+  const std::string* const path = stringValue(configuration, ZRLEPGDSConfigExportPath);
+  if (!path) return std::nullopt;
+  return expandTilde(environment, *path);
+}
+
+std::vector<EPGEvent> eventsSortedByStart(std::vector<EPGEvent> events) {
+  std::stable_sort(events.begin(), events.end(), [](const EPGEvent& a, const EPGEvent& b) {
+    if (!hasStart(a) || !hasStart(b)) return hasStart(a) && !hasStart(b);
+    return *a.eventEPGStartDateTime < *b.eventEPGStartDateTime;
+  });
+  return events;
+}
+
+bool isSameCalendarDay(std::optional<Instant> first, std::optional<Instant> second) {
+  if (!first || !second) return !first && !second;
+  const LocalCalendar calendar;
+  const auto a = calendar.components(*first);
+  const auto b = calendar.components(*second);
+  return a && b && a->year == b->year && a->month == b->month && a->day == b->day;
+}
+
+}  // namespace epg
