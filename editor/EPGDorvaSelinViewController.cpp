@@ -1,0 +1,221 @@
+#include "editor/EPGDorvaSelinViewController.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "model/KeyConstants.h"
+#include "platform/PropertyListFile.h"
+
+namespace epg {
+
+const char* const multipleValuesPlaceholder = "<Multiple Values>";
+
+namespace {
+
+std::vector<std::string> tagCatalogue(const Bundle* bundle, Environment& environment) {
+  std::vector<std::string> names;
+  const std::optional<std::string> path = bundle ? bundle->pathForResource("Tags", "plist") : std::nullopt;
+  if (!path || path->empty()) return names;
+  const auto dictionary = readPropertyListDictionary(environment, *path);
+  const PropertyList* const tags = dictionary ? dictionary->find("tags") : nullptr;
+  const PropertyList::Array* const list = tags ? tags->asArray() : nullptr;
+  if (!list) return names;
+  for (const PropertyList& tag : *list) {
+    if (const std::string* const name = tag.asString()) names.push_back(*name);
+  }
+  return names;
+}
+
+bool isTag(const PropertyList& element, const std::string& tag) {
+  const std::string* const name = element.asString();
+  return name && *name == tag;
+}
+
+bool holdsTag(const PropertyList::Array* tags, const std::string& tag) {
+  return tags && std::any_of(tags->begin(), tags->end(), [&](const PropertyList& t) { return isTag(t, tag); });
+}
+
+/// The list with the tag put in at the end or taken out everywhere; nothing when that changes nothing.
+std::optional<PropertyList::Array> changedTags(const PropertyList::Array* tags, const PropertyList& tag, bool on) {
+  const std::string& name = *tag.asString();
+  if (holdsTag(tags, name) == on) return std::nullopt;
+  PropertyList::Array changed;
+  if (tags) changed = *tags;
+  if (on) {
+    changed.push_back(tag);
+  } else {
+    changed.erase(
+        std::remove_if(changed.begin(), changed.end(), [&](const PropertyList& t) { return isTag(t, name); }),
+        changed.end());
+  }
+  return changed;
+}
+
+}  // namespace
+
+EPGDorvaSelinViewController::EPGDorvaSelinViewController(std::string nibName, Bundle* bundle, Environment& environment)
+    : nibName_(std::move(nibName)), bundle_(bundle), tags_(tagCatalogue(bundle, environment)) {
+  for (std::size_t i = 0; i < tags_.size(); ++i) tagIndexes_.emplace(tags_[i], i);
+}
+
+View* EPGDorvaSelinViewController::view() {
+  if (!loaded_) {
+    loaded_ = true;
+    if (bundle_) outlets_ = bundle_->loadInterface(nibName_, *this);
+  }
+  return outlets_.view;
+}
+
+void EPGDorvaSelinViewController::setItems(std::shared_ptr<EPGItemList> items) {
+  items_ = std::move(items);
+  statesChangeCount_.reset();
+  updateTagsTableView();
+  updateImageURLTextField();
+  updateTitleTextField();
+  updateDescriptionTextField();
+}
+
+std::ptrdiff_t EPGDorvaSelinViewController::numberOfRowsInTableView(const TableView* /*tableView*/) const {
+  return static_cast<std::ptrdiff_t>(tags_.size());
+}
+
+EPGDorvaSelinViewController::ObjectValue EPGDorvaSelinViewController::tableViewObjectValue(
+    const TableView* tableView, const std::string& columnIdentifier, std::ptrdiff_t row) const {
+  if (tableView != outlets_.tagsTableView || !isTagIndex(row)) return {};
+  if (columnIdentifier == "name") return tags_[static_cast<std::size_t>(row)];
+  if (columnIdentifier == "selected") return stateOfTagAtIndex(static_cast<int>(row));
+  return {};
+}
+
+void EPGDorvaSelinViewController::tableViewSetObjectValue(const TableView* tableView, int proposedState,
+                                                          const std::string& columnIdentifier, std::ptrdiff_t row) {
+  if (tableView != outlets_.tagsTableView || columnIdentifier != "selected") return;
+  // Mixed is only ever shown: a checkbox that would move there turns the tag on for every item instead.
+  setStateOfTag(proposedState == TagStateMixed ? std::ptrdiff_t{TagStateOn} : proposedState, static_cast<int>(row));
+}
+
+bool EPGDorvaSelinViewController::isTagIndex(std::ptrdiff_t index) const {
+  return index >= 0 && static_cast<std::size_t>(index) < tags_.size();
+}
+
+TagState EPGDorvaSelinViewController::stateOfTagAtIndex(int index) const {
+  if (!items_ || !isTagIndex(index)) return TagStateOff;
+  const std::string& tag = tags_[static_cast<std::size_t>(index)];
+  const std::optional<std::size_t> changes = items_->changeCount();
+  if (changes) {
+    if (statesChangeCount_ != changes) {
+      states_ = tagStates();
+      statesChangeCount_ = changes;
+    }
+    return states_[tagIndexes_.find(tag)->second];
+  }
+  bool result = false;
+  for (std::size_t i = 0; i < items_->size(); ++i) {
+    const bool carried = holdsTag(tagsValue(*items_->at(i)->values()), tag);
+    if (i == 0) result = carried;
+    if (carried != result) return TagStateMixed;
+  }
+  return result ? TagStateOn : TagStateOff;
+}
+
+std::vector<TagState> EPGDorvaSelinViewController::tagStates() const {
+  constexpr std::size_t nobody = std::numeric_limits<std::size_t>::max();
+  const std::size_t count = items_->size();
+  std::vector<std::size_t> carriers(tags_.size(), 0);
+  std::vector<std::size_t> lastCarrier(tags_.size(), nobody);  // A tag that an item lists twice counts once.
+  for (std::size_t i = 0; i < count; ++i) {
+    const EPGItem::Values values = items_->at(i)->values();
+    const PropertyList::Array* const tags = tagsValue(*values);
+    if (!tags) continue;
+    for (const PropertyList& element : *tags) {
+      const std::string* const name = element.asString();
+      const auto tag = name ? tagIndexes_.find(*name) : tagIndexes_.end();
+      if (tag == tagIndexes_.end() || lastCarrier[tag->second] == i) continue;
+      lastCarrier[tag->second] = i;
+      ++carriers[tag->second];
+    }
+  }
+  std::vector<TagState> states;
+  states.reserve(carriers.size());
+  for (const std::size_t carrying : carriers) {
+    states.push_back(carrying == 0 ? TagStateOff : carrying == count ? TagStateOn : TagStateMixed);
+  }
+  return states;
+}
+
+void EPGDorvaSelinViewController::setStateOfTag(std::ptrdiff_t state, int index) {
+  if (!items_ || !isTagIndex(index) || (state != TagStateOn && state != TagStateOff)) return;
+  const PropertyList tag(tags_[static_cast<std::size_t>(index)]);
+  for (std::size_t i = 0; i < items_->size(); ++i) {
+    const std::shared_ptr<EPGItem> item = items_->at(i);
+    const EPGItem::Values values = item->values();
+    std::optional<PropertyList::Array> changed = changedTags(tagsValue(*values), tag, state == TagStateOn);
+    if (changed) item->set(ZRLEPGDSTagsKey, PropertyList(std::move(*changed)));
+  }
+}
+
+void EPGDorvaSelinViewController::updateTagsTableView() {
+  if (outlets_.tagsTableView) outlets_.tagsTableView->reloadData();
+}
+
+void EPGDorvaSelinViewController::updateImageURLTextField() {
+  updateTextField(outlets_.imageURLTextField, ZRLEPGDSImageURLKey);
+}
+
+void EPGDorvaSelinViewController::updateTitleTextField() {
+  updateTextField(outlets_.titleTextField, ZRLEPGDSTitleKey);
+}
+
+void EPGDorvaSelinViewController::updateDescriptionTextField() {
+  updateTextField(outlets_.descriptionTextField, ZRLEPGDSDescriptionKey);
+}
+
+void EPGDorvaSelinViewController::updateTextField(TextField* textField, const char* key) {
+  if (!textField) return;
+  EPGItem::Values commonHolder;
+  const std::string* common = nullptr;
+  const std::size_t count = items_ ? items_->size() : 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    EPGItem::Values values = items_->at(i)->values();
+    const std::string* const value = stringValue(*values, key);
+    // Items without the entry are passed over only until the first that has it: after that they differ.
+    if (common && (!value || *value != *common)) {
+      setMixedTextField(textField, true);
+      return;
+    }
+    if (!common && value) {
+      common = value;
+      commonHolder = std::move(values);
+    }
+  }
+  setMixedTextField(textField, false);
+  textField->setStringValue(common ? *common : std::string());
+}
+
+void EPGDorvaSelinViewController::setMixedTextField(TextField* textField, bool mixed) {
+  if (!textField) return;
+  if (mixed) {
+    textField->setStringValue("");
+    textField->setPlaceholderString(std::string(multipleValuesPlaceholder));
+  } else {
+    textField->setPlaceholderString(std::nullopt);
+  }
+}
+
+void EPGDorvaSelinViewController::applyChanges() {
+  std::vector<PropertyListDictionary::Entry> entries;
+  const auto addField = [&](const TextField* field, const char* key) {
+    if (!field) return;
+    std::string text = field->stringValue();
+    const bool mixed = field->placeholderString().has_value();
+    if (!mixed || !text.empty()) entries.emplace_back(key, PropertyList(std::move(text)));
+  };
+  addField(outlets_.titleTextField, ZRLEPGDSTitleKey);
+  addField(outlets_.descriptionTextField, ZRLEPGDSDescriptionKey);
+  addField(outlets_.imageURLTextField, ZRLEPGDSImageURLKey);
+  if (!items_ || entries.empty()) return;
+  for (std::size_t i = 0; i < items_->size(); ++i) items_->at(i)->setValues(entries);
+}
+
+}  // namespace epg
