@@ -1,0 +1,153 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "editor/EPGDorvaSelinViewController.h"
+#include "export/DayFile.h"
+#include "export/XMLElement.h"
+#include "platform/LocalCalendar.h"
+#include "plugin/EPGItemStore.h"
+#include "plugin/ObjectEnd.h"
+#include "plugin/TelvarinManagerEPGPluginProtocol.h"
+
+namespace epg {
+
+class Environment;
+
+/// The plug-in: item store and its file, editing session, day export.
+///
+/// Held by shared pointer; every save and every export runs on a detached thread that holds the object until it
+/// ends, so dropping it never cuts a write short. A host that wants to leave cleanly keeps `end()`, drops the
+/// object and waits. Protocol operations are for the host's thread; the threads are the object's own affair, and
+/// nothing that they share is unguarded.
+class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
+                                   public std::enable_shared_from_this<EPGDorvaSelinManagerPlugin> {
+ protected:
+  struct Private {
+    explicit Private() = default;
+  };
+
+ public:
+  static std::string pluginName();
+
+  /// Loads the item store from the data folder; a store that cannot be read starts empty, silently, and is
+  /// overwritten by the next save. `bundle` may be null (an editor without catalogue and views).
+  static std::shared_ptr<EPGDorvaSelinManagerPlugin> initWithBundle(std::shared_ptr<Bundle> bundle,
+                                                                    const std::string& dataFolderPath,
+                                                                    Environment& environment);
+  static std::shared_ptr<EPGDorvaSelinManagerPlugin> initWithBundle(std::shared_ptr<Bundle> bundle,
+                                                                    const std::string& dataFolderPath);
+
+  /// Only for `initWithBundle` and derived classes; the object has to be held by a shared pointer.
+  EPGDorvaSelinManagerPlugin(Private, std::shared_ptr<Bundle> bundle, const std::string& dataFolderPath,
+                             Environment& environment);
+  EPGDorvaSelinManagerPlugin(const EPGDorvaSelinManagerPlugin&) = delete;
+  EPGDorvaSelinManagerPlugin& operator=(const EPGDorvaSelinManagerPlugin&) = delete;
+  ~EPGDorvaSelinManagerPlugin() override;
+
+  /// Tells when this object is gone. Outlives it.
+  std::shared_ptr<ObjectEnd> end() const { return endTeller_.end; }
+
+  void setDelegate(TelvarinManagerEPGPluginProtocol_Delegate* delegate) override;
+  TelvarinManagerEPGPluginProtocol_Delegate* delegate() const override;
+  std::optional<std::string> exportPath() const override;
+  std::vector<std::string> configurationFilenames() const override;
+  void setEditedEPGUniqueIDs(const std::vector<std::string>& uniqueIDs) override;
+  View* editorView() override;
+  ViewSize minimumEditorViewSize() const override;
+  ViewSize maximumEditorViewSize() const override;
+  bool commitEditing() override;
+  void revertEditing() override;
+  void removeEPGItemsWithUniqueIDs(const std::vector<std::string>& uniqueIDs) override;
+  void duplicateEPGItemWithUniqueID(const std::string& sourceID, const std::string& targetID) override;
+  void exportEvents(std::vector<EPGEvent> events, const std::string& configurationFilename) override;
+  void cancelExportEvents() override;
+
+  // Operations outside the protocol.
+
+  /// Always nothing; part of the class's interface.
+  std::optional<std::string> stringValue() const { return std::nullopt; }
+
+  /// Starts a save of the whole store on a thread of its own. Dropped, not queued, while another save is writing:
+  /// the change then reaches the file with the next save.
+  void saveEPGItemsToFile();
+  /// The save thread's work: writes the snapshot. Silent when the file cannot be written.
+  void saveEPGItemsToFileThread(const EPGItemStoreSnapshot& snapshot);
+
+  /// Writes the day file named after `date` into the export folder. False when it was not written, for any reason.
+  bool writeXMLFileWithEvents(const std::vector<EPGEvent>& events, Instant date) const;
+  /// The export thread's work: sorts, writes, reports.
+  void exportEventsThread(std::vector<EPGEvent> events);
+
+  std::string shortDateStringWithDate(Instant date) const;
+  XMLElement dateXMLElementWithDate(std::optional<Instant> date) const;
+  XMLElement timeXMLElementWithDate(std::optional<Instant> date) const;
+  XMLElement tagsXMLElementWithTags(const PropertyList::Array* tags) const;
+  std::optional<XMLElement> xmlEventWithDictionary(const EPGEvent& event) const;
+
+  EPGError errorWithMessage(const std::string& message) const;
+
+  /// The live store; what a host changes in it the plug-in sees. Any thread. With a null store there are no items
+  /// and nothing is saved.
+  std::shared_ptr<EPGItemStore> epgItems() const;
+  void setEpgItems(std::shared_ptr<EPGItemStore> epgItems);
+  /// The live list of working copies. The accessors are safe from any thread, the list is the host thread's.
+  std::shared_ptr<EPGItemList> editedItems() const;
+  void setEditedItems(std::shared_ptr<EPGItemList> editedItems);
+
+  /// Same day of the local calendar; two absent dates are equal.
+  static bool isDateEqualToDate(std::optional<Instant> first, std::optional<Instant> second);
+
+  /// Whether a save is writing, or an export is running, at this moment.
+  bool busyWriting() const { return busyWriting_; }
+  bool busyExporting() const { return busyExporting_; }
+
+ protected:
+  // What a face whose platform has objects of its own does its own way.
+
+  /// Makes `saveEPGItemsToFileThread` run with the snapshot on a thread that holds this object until it ends.
+  virtual void detachSaveThread(EPGItemStoreSnapshot snapshot);
+  /// Makes `exportEventsThread` run with the events on a thread that holds this object until it ends.
+  virtual void detachExportThread(std::vector<EPGEvent> events);
+  virtual std::shared_ptr<EPGDorvaSelinViewController> makeViewController(const std::string& nibName);
+  virtual std::size_t hashOfPlaybackID(const std::string& playbackUniqueID) const;
+
+ private:
+  std::shared_ptr<const PropertyListDictionary> configurationDictionary() const;
+  std::string storePath() const;
+  PlaybackIDHash playbackHash() const;
+  EPGItemLookup itemLookup() const;
+  void reportExport(bool succeeded, const EPGError* error) const;
+
+  /// The first member, so that the end is told after every other one is gone.
+  struct EndTeller {
+    ~EndTeller() { end->signal(); }
+    std::shared_ptr<ObjectEnd> end = std::make_shared<ObjectEnd>();
+  };
+
+  EndTeller endTeller_;
+  Environment& environment_;
+  std::atomic<TelvarinManagerEPGPluginProtocol_Delegate*> delegate_{nullptr};
+  std::shared_ptr<Bundle> bundle_;
+  const std::string dataFolderPath_;
+
+  mutable std::mutex fieldsMutex_;  ///< Guards the three references below, not what they refer to.
+  std::shared_ptr<EPGItemStore> epgItems_;
+  std::shared_ptr<const PropertyListDictionary> configurationDictionary_;
+  std::shared_ptr<EPGItemList> editedItems_;
+
+  std::shared_ptr<EPGDorvaSelinViewController> viewController_;
+  const DateFormatter shortDateFormatter_;       ///< Names the day files.
+  const DateFormatter dorvaSelinDateFormatter_;  ///< Writes the root's dates.
+  std::atomic<bool> busyWriting_{false};
+  std::atomic<bool> busyExporting_{false};
+  std::atomic<bool> cancelExport_{false};
+};
+
+}  // namespace epg
