@@ -1,0 +1,49 @@
+# EPGOwnCode: what every target of this project is compiled with and no consumer inherits.
+# Sanitizers and coverage instead go to everything that this build compiles, so that no two parts disagree.
+
+add_library(EPGOwnCode INTERFACE)
+
+target_compile_options(EPGOwnCode INTERFACE
+  -Wall -Wextra -Wpedantic
+  -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion -Wold-style-cast -Wcast-qual -Wcast-align
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wextra-semi -Wmissing-declarations -Wundef -Wformat=2 -Wunused
+  -Wimplicit-fallthrough -Wvla)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(EPGOwnCode INTERFACE
+    -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wredundant-decls -Wsuggest-override)
+else()
+  target_compile_options(EPGOwnCode INTERFACE
+    -Winconsistent-missing-override -Wunreachable-code-aggressive -Wnewline-eof -Wcomma -Wrange-loop-analysis
+    -Wshadow-uncaptured-local -Wloop-analysis -Wheader-hygiene -Wdocumentation)
+endif()
+if(EPG_WARNINGS_AS_ERRORS)
+  target_compile_options(EPGOwnCode INTERFACE -Werror)
+endif()
+
+if(EPG_SANITIZE)
+  set(epg_sanitizers "${EPG_SANITIZE}")
+  if(epg_sanitizers MATCHES "undefined")
+    # Not part of "undefined", yet the mistake that time arithmetic invites.
+    string(APPEND epg_sanitizers ",float-cast-overflow")
+  endif()
+  add_compile_options(-fsanitize=${epg_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  add_link_options(-fsanitize=${epg_sanitizers})
+endif()
+
+if(EPG_COVERAGE)
+  add_compile_options(--coverage -fprofile-abs-path)
+  add_link_options(--coverage)
+endif()
+
+# The checks that cost next to nothing stay in the program that goes on air.
+if(NOT EPG_SANITIZE AND NOT EPG_COVERAGE)
+  target_compile_options(EPGOwnCode INTERFACE -fstack-protector-strong)
+  # Options, not a definition: some compilers set it already, and definitions stand before the options.
+  target_compile_options(EPGOwnCode INTERFACE
+    "$<$<CONFIG:Release,RelWithDebInfo>:SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>")
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    target_compile_options(EPGOwnCode INTERFACE -fstack-clash-protection)
+    target_link_options(EPGOwnCode INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+  endif()
+endif()
+target_compile_definitions(EPGOwnCode INTERFACE _GLIBCXX_ASSERTIONS)

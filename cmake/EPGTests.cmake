@@ -1,0 +1,56 @@
+# epg_add_tests(<target> SOURCES <files…> [PROPERTY_SOURCES <files…>] [LIBRARIES <targets…>] [LABELS <labels…>])
+#
+# One GoogleTest program; CTest knows each of its tests by name and label. PROPERTY_SOURCES need RapidCheck and are
+# left out where it cannot be used.
+
+include(GoogleTest)
+include(CheckCXXSourceCompiles)
+
+check_cxx_source_compiles("
+  #include <cstddef>
+  #ifndef _LIBCPP_VERSION
+  #error another library
+  #endif
+  int main() { return 0; }" EPG_USES_LIBCXX)
+
+if(EPG_USES_LIBCXX AND NOT APPLE)
+  # The system's GoogleTest and RapidCheck are compiled for the other standard library.
+  set(EPG_GOOGLETEST_SOURCE "/usr/src/googletest" CACHE PATH "GoogleTest's source, compiled with the tests")
+  set(INSTALL_GTEST OFF)
+  set(BUILD_GMOCK ON)
+  add_subdirectory("${EPG_GOOGLETEST_SOURCE}" "${CMAKE_CURRENT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+  set(EPG_HAS_RAPIDCHECK OFF)
+  message(STATUS "Property tests are left out: the system's RapidCheck is not compiled for libc++")
+else()
+  find_package(GTest REQUIRED)
+  find_package(rapidcheck REQUIRED)
+  set(EPG_HAS_RAPIDCHECK ON)
+endif()
+
+# ThreadSanitizer needs its shadow memory where address randomisation may put something else.
+if(EPG_SANITIZE MATCHES "thread" AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+  find_program(EPG_SETARCH setarch)
+  mark_as_advanced(EPG_SETARCH)
+  if(EPG_SETARCH)
+    execute_process(COMMAND "${EPG_SETARCH}" -R true RESULT_VARIABLE epg_setarch_failed OUTPUT_QUIET ERROR_QUIET)
+    if(epg_setarch_failed EQUAL 0)
+      set(CMAKE_CROSSCOMPILING_EMULATOR "${EPG_SETARCH};-R")
+    endif()
+  endif()
+endif()
+
+function(epg_add_tests target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PROPERTY_SOURCES;LIBRARIES;LABELS")
+  if(arg_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "epg_add_tests(${target}): what is ${arg_UNPARSED_ARGUMENTS}?")
+  endif()
+
+  add_executable(${target} ${arg_SOURCES})
+  target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest GTest::gtest_main EPGOwnCode)
+  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
+  if(arg_PROPERTY_SOURCES AND EPG_HAS_RAPIDCHECK)
+    target_sources(${target} PRIVATE ${arg_PROPERTY_SOURCES})
+    target_link_libraries(${target} PRIVATE rapidcheck rapidcheck_gtest)
+  endif()
+  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${arg_LABELS}")
+endfunction()
