@@ -82,9 +82,11 @@ std::ptrdiff_t EPGDorvaSelinViewController::numberOfRowsInTableView(const TableV
 
 EPGDorvaSelinViewController::ObjectValue EPGDorvaSelinViewController::tableViewObjectValue(
     const TableView* tableView, const std::string& columnIdentifier, std::ptrdiff_t row) const {
-  if (tableView != outlets_.tagsTableView || !isTagIndex(row)) return {};
-  if (columnIdentifier == "name") return tags_[static_cast<std::size_t>(row)];
-  if (columnIdentifier == "selected") return stateOfTagAtIndex(static_cast<int>(row));
+  if (tableView != outlets_.tagsTableView) return {};
+  if (columnIdentifier == "name" && isTagIndex(row)) return tags_[static_cast<std::size_t>(row)];
+  // The state is that of the tag which setting this row would change.
+  const int index = static_cast<int>(row);
+  if (columnIdentifier == "selected" && isTagIndex(index)) return stateOfTagAtIndex(index);
   return {};
 }
 

@@ -40,6 +40,8 @@ class EPGDorvaSelinViewController {
   /// The view, loading the interface file on first use. Null when the face has none.
   View* view();
   void awakeFromNib() {}
+  /// For a face whose platform connects the views itself, at its own time. The views must live until others are set.
+  void setOutlets(const EditorOutlets& outlets) { outlets_ = outlets; }
 
   /// The very list last given; null before the first.
   std::shared_ptr<EPGItemList> items() const { return items_; }

@@ -153,6 +153,7 @@ Instant Environment::now() {
   return Instant::fromUnixTime(std::chrono::duration<double>(sinceEpoch).count());
 }
 
+// The body is wanted again where there is no thread. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void Environment::detachThread(std::function<void()> body) {
   try {
     std::thread(body).detach();

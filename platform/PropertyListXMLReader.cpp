@@ -38,7 +38,7 @@ std::optional<PropertyList> integerFromText(const std::string& text) {
     if (std::isdigit(c)) {
       digit = static_cast<std::uint64_t>(c - '0');
     } else if (hexadecimal && std::isxdigit(c)) {
-      digit = static_cast<std::uint64_t>(std::tolower(c) - 'a' + 10);
+      digit = 10 + static_cast<std::uint64_t>(std::tolower(c) - 'a');
     } else {
       return std::nullopt;
     }

@@ -144,6 +144,7 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnap
   } catch (const std::exception& exception) {
     environment_.log("An error occured while trying to write the EPG items to disk (" + std::string(exception.what()) +
                      ")");
+    environment_.fileReplaced(storePath(), EIO);
   }
   busyWriting_ = false;
 }
