@@ -1,0 +1,14 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "platform/PropertyList.h"
+
+namespace epg::test {
+
+using Entries = std::vector<PropertyListDictionary::Entry>;
+
+inline PropertyListDictionary dictionaryOf(Entries entries) { return PropertyListDictionary(std::move(entries)); }
+
+}  // namespace epg::test

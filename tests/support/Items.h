@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "editor/EPGItemList.h"
+#include "model/EPGItem.h"
+#include "model/KeyConstants.h"
+#include "platform/PropertyList.h"
+
+namespace epg::test {
+
+using Item = std::shared_ptr<EPGItem>;
+using Names = std::vector<std::string>;
+
+inline Item itemWith(std::vector<PropertyListDictionary::Entry> entries) {
+  return std::make_shared<EPGItem>(PropertyListDictionary(std::move(entries)));
+}
+
+inline PropertyList listOfNames(const Names& names) {
+  return PropertyList(PropertyList::Array(names.begin(), names.end()));
+}
+
+inline Item itemWithTags(const Names& names) { return itemWith({{ZRLEPGDSTagsKey, listOfNames(names)}}); }
+
+inline Item itemWithoutTags() { return itemWith({}); }
+
+inline Item itemTitled(const std::string& title) { return itemWith({{ZRLEPGDSTitleKey, title}}); }
+
+inline std::shared_ptr<EPGItemList> listOf(const std::vector<Item>& items) {
+  auto list = std::make_shared<EPGItemList>();
+  for (const Item& item : items) list->append(item);
+  return list;
+}
+
+/// The value under the key; nothing where the item has no such entry.
+inline std::optional<PropertyList> valueOf(const EPGItem& item, const std::string& key) {
+  const EPGItem::Values values = item.values();
+  const PropertyList* const value = values->find(key);
+  return value ? std::optional<PropertyList>(*value) : std::nullopt;
+}
+
+/// The tag names in the item's list; nothing where it has no list.
+inline std::optional<Names> tagsOf(const EPGItem& item) {
+  const EPGItem::Values values = item.values();
+  const PropertyList::Array* const list = tagsValue(*values);
+  if (!list) return std::nullopt;
+  Names names;
+  for (const PropertyList& element : *list) {
+    if (const std::string* const name = element.asString()) names.push_back(*name);
+  }
+  return names;
+}
+
+/// The string under the key; nothing where there is none.
+inline std::optional<std::string> textOf(const EPGItem& item, const std::string& key) {
+  const EPGItem::Values values = item.values();
+  const std::string* const text = stringValue(*values, key);
+  return text ? std::optional<std::string>(*text) : std::nullopt;
+}
+
+}  // namespace epg::test
