@@ -1,29 +1,22 @@
+// Any bytes as a property list, XML or binary: read or refused, never a crash; what was read is written, and what
+// was written is read back as the same bytes.
+
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <optional>
 #include <string>
 
+#include "fuzz/Check.h"
 #include "platform/PropertyListFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string bytes(reinterpret_cast<const char*>(data), size);
   std::string problem;
-  const std::optional<epg::PropertyList> value = epg::parsePropertyList(bytes, &problem);
-  if (!value) {
-    if (problem.empty()) {
-      std::abort();
-    }
-    return 0;
-  }
-
-  // What can be read and written reads back as bytes that write the same again.
-  const std::optional<std::string> written = epg::propertyListXML(*value);
-  if (written) {
-    const std::optional<epg::PropertyList> readBack = epg::parsePropertyList(*written);
-    if (!readBack || epg::propertyListXML(*readBack) != written) {
-      std::abort();
-    }
-  }
+  const auto list = epg::parsePropertyList(std::string(reinterpret_cast<const char*>(data), size), &problem);
+  FUZZ_CHECK(list || !problem.empty());
+  if (!list) return 0;
+  const auto written = epg::propertyListXML(*list);
+  FUZZ_CHECK(written);
+  const auto readBack = epg::parsePropertyList(*written);
+  FUZZ_CHECK(readBack);
+  FUZZ_CHECK(epg::propertyListXML(*readBack) == written);
   return 0;
 }

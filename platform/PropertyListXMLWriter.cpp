@@ -19,6 +19,18 @@ const char* const header =
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
 
+/// The dictionary under the keys that XML can carry. Keys may become the same on the way; none of the entries may get
+/// lost by that.
+PropertyListDictionary withCarriedKeys(const PropertyListDictionary& entries) {
+  PropertyListDictionary carried;
+  for (const auto& [key, entry] : entries) {
+    std::string name = carriedByXML(key);
+    while (name != key && (entries.find(name) || carried.find(name))) name += replacementCharacter;
+    carried.set(name, entry);
+  }
+  return carried;
+}
+
 class XMLWriter {
  public:
   bool value(const PropertyList& list, int depth) {
@@ -148,12 +160,18 @@ class XMLWriter {
     }
     line("<dict>");
     ++level_;
-    for (const auto& [key, entry] : entries) {
-      if (!textElement("key", key) || !value(entry, depth + 1)) return false;
-    }
+    const bool plain =
+        std::all_of(entries.begin(), entries.end(), [](const auto& entry) { return isCarriedByXML(entry.first); });
+    if (!(plain ? contents(entries, depth) : contents(withCarriedKeys(entries), depth))) return false;
     --level_;
     line("</dict>");
     return true;
+  }
+
+  bool contents(const PropertyListDictionary& entries, int depth) {
+    return std::all_of(entries.begin(), entries.end(), [&](const auto& entry) {
+      return textElement("key", entry.first) && value(entry.second, depth + 1);
+    });
   }
 
   int level_ = 0;

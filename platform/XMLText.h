@@ -7,6 +7,14 @@ namespace epg {
 /// Whether the bytes are UTF-8 throughout (no surrogates, no overlong forms).
 bool isUTF8(const std::string& text);
 
+/// What stands for a character that XML 1.0 cannot carry: U+FFFD.
+extern const char* const replacementCharacter;
+
+/// Whether the text is UTF-8 and every character of it can stand in an XML 1.0 document.
+bool isCarriedByXML(const std::string& text);
+/// The text with U+FFFD for each character that cannot. Text that is not UTF-8 is left as it is.
+std::string carriedByXML(const std::string& text);
+
 enum class XMLContext { Text, Attribute };
 
 /// Appends the text escaped for XML 1.0: "&amp;", "&lt;", "&gt;", a carriage return as a character reference so
