@@ -1,0 +1,55 @@
+#include <algorithm>
+#include <iterator>
+
+#include "host/CommandContext.h"
+#include "host/Commands.h"
+#include "host/EventsArgument.h"
+#include "host/ItemCheck.h"
+#include "host/LineText.h"
+#include "host/LocalTimeText.h"
+#include "host/Messages.h"
+#include "host/PluginSession.h"
+#include "host/Progress.h"
+#include "host/Refusal.h"
+#include "host/TagCatalogue.h"
+#include "host/TimeCheck.h"
+#include "platform/LocalCalendar.h"
+
+namespace epg {
+
+namespace {
+
+std::vector<Finding> findingsIn(CommandContext& context, const Schedule& schedule, const LocalCalendar& calendar) {
+  PluginSession session(context, PluginSession::Purpose::Reading);
+  const Progress progress(context.messages, "Checking the events");
+  const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
+  const EPGItemLookup lookup = [store](const std::string& id) -> EPGItem::Values {
+    const std::shared_ptr<EPGItem> item = store->item(id);
+    return item ? item->values() : nullptr;
+  };
+  const std::vector<std::string> catalogue = tagCatalogue(session);
+  if (catalogue.empty()) throw Refusal(missingCatalogueMessage(session));
+  std::vector<Finding> findings = timeFindings(schedule, calendar);
+  std::vector<Finding> ofItems = itemFindings(schedule, lookup, catalogue);
+  std::move(ofItems.begin(), ofItems.end(), std::back_inserter(findings));
+  std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+    if (!a.time || !b.time) return a.time.has_value() && !b.time;
+    return *a.time < *b.time;
+  });
+  return findings;
+}
+
+}  // namespace
+
+int checkEvents(CommandContext& context, const CheckOptions& options) {
+  const Schedule schedule = readEventsArgument(context, options.events);
+  const LocalCalendar calendar;
+  const std::vector<Finding> findings = findingsIn(context, schedule, calendar);
+  for (const Finding& finding : findings) {
+    context.output << localTimeText(calendar, finding.time) << '\t'
+                   << (finding.uniqueID ? escapedForLine(*finding.uniqueID) : "-") << '\t' << finding.text << '\n';
+  }
+  return findings.empty() && schedule.warnings.empty() ? 0 : 1;
+}
+
+}  // namespace epg

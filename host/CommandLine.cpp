@@ -1,0 +1,298 @@
+#include "host/CommandLine.h"
+
+#include <utf8.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <functional>
+#include <new>
+#include <optional>
+#include <set>
+#include <sstream>
+
+#include "host/CommandContext.h"
+#include "host/Commands.h"
+#include "host/LineText.h"
+#include "host/Messages.h"
+#include "host/Refusal.h"
+
+namespace epg {
+
+namespace {
+
+constexpr int done = 0;
+constexpr int refused = 1;
+constexpr int wrongUsage = 2;
+
+/// The parser reads "[a,b]" as a list of values, "{}" as an empty one, "++" as the end of a command's arguments and
+/// whatever begins with "-" as an option. A mark in front makes a text like any other of each.
+constexpr char guard = '\x01';
+
+std::string guarded(const std::string& text) { return guard + text; }
+
+std::string unguarded(const std::string& text) { return !text.empty() && text[0] == guard ? text.substr(1) : text; }
+
+bool needsGuard(const std::string& argument) {
+  return !argument.empty() && (argument[0] == guard || std::string("[{+").find(argument[0]) != std::string::npos);
+}
+
+/// The arguments as the parser is given them, last to first. The values of `optionsWithText` and all that stands behind
+/// "--" are guarded; "--title=…" becomes two arguments, because the parser would take the next one for an empty value.
+std::vector<std::string> parserArguments(const std::vector<std::string>& arguments,
+                                         const std::set<std::string>& optionsWithText) {
+  std::vector<std::string> parsed;
+  bool isValue = false;
+  bool areTexts = false;
+  for (const std::string& argument : arguments) {
+    const std::size_t equals = argument.find('=');
+    if (isValue || areTexts) {
+      parsed.push_back(guarded(argument));
+      isValue = false;
+    } else if (argument == "--") {
+      areTexts = true;
+    } else if (equals != std::string::npos && optionsWithText.count(argument.substr(0, equals)) > 0) {
+      parsed.push_back(argument.substr(0, equals));
+      parsed.push_back(guarded(argument.substr(equals + 1)));
+    } else {
+      parsed.push_back(needsGuard(argument) ? guarded(argument) : argument);
+      isValue = optionsWithText.count(argument) > 0;
+    }
+  }
+  std::reverse(parsed.begin(), parsed.end());
+  return parsed;
+}
+
+void store(const std::string& text, std::string* target) { *target = text; }
+void store(const std::string& text, std::optional<std::string>* target) { *target = text; }
+void store(const std::string& text, std::vector<std::string>* target) { target->push_back(text); }
+
+const char* const idsDescription =
+    "EPG unique IDs; - reads them from standard input, one a line, escaped as `list` writes them";
+
+const char* const escapesFooter =
+    "Listings keep to one line an entry: in IDs and texts a backslash is written \\\\, a line\n"
+    "feed, tab or carriage return \\n, \\t or \\r, and any other control character \\xNN, byte by\n"
+    "byte. IDs that are read from standard input are written the same way; IDs among the\n"
+    "arguments stand for themselves. An ID that begins with - goes behind --.";
+
+/// What each command was given, and the one that was chosen.
+class Parser {
+ public:
+  explicit Parser(CommandContext& context) : context_(context) {
+    app_.require_subcommand(1);
+    app_.fallthrough();
+    app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    addText(&app_, "--data-folder", &dataFolder_,
+            "Folder of the item store and the export configurations; default: " + context.dataFolderPath)
+        ->type_name("DIR");
+    app_.footer(
+        "Exit status: 0 done; 1 refused or failed, with a message; 2 wrong usage.\n"
+        "Each command has its own --help.");
+    addImport();
+    addExport();
+    add("configurations", "List the export configurations of the data folder",
+        [this] { return listConfigurations(context_); });
+    add("list", "List the entries: ID, tab, title", [this] { return listEntries(context_); })->footer(escapesFooter);
+    addRemove();
+    addDuplicate();
+    addCheck();
+    addShow();
+    addEdit();
+  }
+
+  /// Throws what the parser throws, and `WrongUsage`.
+  void parse(const std::vector<std::string>& arguments) {
+    std::vector<std::string> reversed = parserArguments(arguments, optionsWithText_);
+    try {
+      app_.parse(reversed);
+    } catch (const CLI::RequiredError&) {
+      const std::vector<std::string> unknown = app_.remaining();
+      if (!app_.get_subcommands().empty() || unknown.empty()) throw;
+      throw WrongUsage("there is no command \"" + unguarded(unknown.front()) + "\"; --help lists them");
+    }
+    if (dataFolder_) {
+      if (dataFolder_->empty()) throw WrongUsage("--data-folder needs the name of a folder");
+      context_.dataFolderPath = *dataFolder_;
+    }
+  }
+
+  int run() const { return run_(); }
+
+  CLI::App& app() { return app_; }
+
+ private:
+  CLI::App* add(const std::string& name, const std::string& description, std::function<int()> run) {
+    CLI::App* const command = app_.add_subcommand(name, description);
+    command->group("Commands");
+    command->callback([this, run = std::move(run)] { run_ = run; });
+    return command;
+  }
+
+  void addImport() {
+    CLI::App* const command = add("import", "Make an entry of every programme of an XMLTV guide",
+                                  [this] { return importGuide(context_, import_); });
+    addText(command, "GUIDE", &import_.guide, "The guide, plain or compressed by gzip")->type_name("")->required();
+    command->add_flag("--replace", import_.replace, "Replace the metadata of entries that are there already");
+    command->footer(
+        "Entries that are there already stay as they were edited, unless --replace is given. A\n"
+        "programme without a title or a valid start is skipped with a warning.");
+  }
+
+  void addExport() {
+    CLI::App* const command = add("export", "Write the day file of scheduled events; its path is the last line printed",
+                                  [this] { return exportEvents(context_, export_); });
+    addText(command, "EVENTS", &export_.events,
+            "A property list (array of events) or an XMLTV guide, plain or compressed by gzip")
+        ->type_name("")
+        ->required();
+    addText(command, "--configuration", &export_.configuration,
+            "The export configuration; needed where the data folder has several")
+        ->type_name("NAME");
+  }
+
+  void addRemove() {
+    CLI::App* const command = add("remove", "Remove entries", [this] { return removeEntries(context_, remove_); });
+    addIDs(command, &remove_.ids);
+    command->footer(std::string("IDs without an entry are told and passed over; when none of them has one, the exit\n"
+                                "status is 1.\n\n") +
+                    escapesFooter);
+  }
+
+  void addDuplicate() {
+    CLI::App* const command = add("duplicate", "Copy an entry to another ID, replacing what is there",
+                                  [this] { return duplicateEntry(context_, duplicate_); });
+    addText(command, "SOURCE", &duplicate_.source, "EPG unique ID of the entry to copy")->type_name("")->required();
+    addText(command, "TARGET", &duplicate_.target, "EPG unique ID of the copy")->type_name("")->required();
+  }
+
+  void addCheck() {
+    CLI::App* const command = add("check", "Look for what would embarrass a channel on air",
+                                  [this] { return checkEvents(context_, check_); });
+    addText(command, "EVENTS", &check_.events, "As for export")->type_name("")->required();
+    command->footer(
+        "Reports overlaps and gaps on a channel (a property list is one channel), events without\n"
+        "start, end or item, or that end before they start, items without title or description,\n"
+        "and tags outside the catalogue. One line each: local time, tab, ID, tab, what is wrong.\n"
+        "The exit status is 1 when there is any.");
+  }
+
+  void addShow() {
+    CLI::App* const command =
+        add("show", "Show what the editor shows for these entries", [this] { return showEntries(context_, show_); });
+    addIDs(command, &show_.ids);
+    command->footer(std::string("Texts that differ are shown as <Multiple Values>. A tag is on [x], off [ ] or mixed\n"
+                                "[-].\n\n") +
+                    escapesFooter);
+  }
+
+  void addEdit() {
+    CLI::App* const command =
+        add("edit", "Edit one entry or many at once", [this] { return editEntries(context_, edit_); });
+    addIDs(command, &edit_.ids);
+    addText(command, "--title", &edit_.title, "The title of all of them")->type_name("TEXT");
+    addText(command, "--description", &edit_.description, "The description of all of them")->type_name("TEXT");
+    addText(command, "--image-url", &edit_.imageURL, "The image URL of all of them")->type_name("TEXT");
+    addText(command, "--tag", &edit_.tags, "Turn a tag of the catalogue on; may be repeated")
+        ->type_name("NAME")
+        ->take_all()
+        ->allow_extra_args(false);
+    addText(command, "--untag", &edit_.untags, "Turn a tag of the catalogue off; may be repeated")
+        ->type_name("NAME")
+        ->take_all()
+        ->allow_extra_args(false);
+    command->add_flag("--dry-run", edit_.dryRun, "Show the result and change nothing");
+    command->footer(std::string("This is an editing session like any other: a text that is not given is one that the\n"
+                                "operator did not touch. Committing writes what its field shows into every entry, the\n"
+                                "empty text included, unless the entries differ there; then each keeps its own. An ID\n"
+                                "without an entry makes a new one.\n\n") +
+                    escapesFooter);
+  }
+
+  /// Adds an option, or a positional argument, whose texts go to `target` as they are.
+  template <typename Target>
+  CLI::Option* addText(CLI::App* app, const std::string& name, Target* target, const std::string& description) {
+    if (name.compare(0, 2, "--") == 0) optionsWithText_.insert(name);
+    const CLI::callback_t callback = [target](const CLI::results_t& results) {
+      for (const std::string& result : results) store(unguarded(result), target);
+      return true;
+    };
+    return app->add_option(name, callback, description);
+  }
+
+  void addIDs(CLI::App* command, std::vector<std::string>* ids) {
+    addText(command, "ID", ids, idsDescription)
+        ->type_name("")
+        ->required()
+        ->expected(1, CLI::detail::expected_max_vector_size)
+        ->allow_extra_args()
+        ->take_all();
+  }
+
+  CommandContext& context_;
+  CLI::App app_{"EPG DorvaSelin at the command line: programme metadata, and the day file of scheduled events.",
+                "dorvaselin"};
+  std::set<std::string> optionsWithText_;
+  std::function<int()> run_;
+  std::optional<std::string> dataFolder_;
+  ImportOptions import_;
+  ExportOptions export_;
+  RemoveOptions remove_;
+  DuplicateOptions duplicate_;
+  CheckOptions check_;
+  ShowOptions show_;
+  EditOptions edit_;
+};
+
+/// Tells people what the parser has to say, which may be the help that they asked for.
+int parserStatus(Parser& parser, const CLI::ParseError& error, CommandContext& context) {
+  std::ostringstream output;
+  std::ostringstream messages;
+  const int status = parser.app().exit(error, output, messages);
+  context.output << output.str();
+  std::string text = messages.str();
+  text.erase(std::remove(text.begin(), text.end(), guard), text.end());
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  if (!text.empty()) context.messages.line(text);
+  return status == 0 ? done : wrongUsage;
+}
+
+int statusOf(const std::vector<std::string>& arguments, CommandContext& context) {
+  for (const std::string& argument : arguments) {
+    if (!utf8::is_valid(argument.begin(), argument.end())) {
+      throw WrongUsage("the argument " + argument + " is not UTF-8");
+    }
+  }
+  Parser parser(context);
+  try {
+    parser.parse(arguments);
+  } catch (const CLI::ParseError& error) {
+    return parserStatus(parser, error, context);
+  }
+  return parser.run();
+}
+
+}  // namespace
+
+int runCommandLine(const std::vector<std::string>& arguments, CommandContext& context) {
+  int status = refused;
+  try {
+    status = statusOf(arguments, context);
+  } catch (const WrongUsage& problem) {
+    context.messages.line(problem.what());
+    status = wrongUsage;
+  } catch (const Refusal& problem) {
+    context.messages.line(problem.what());
+  } catch (const std::bad_alloc&) {
+    context.messages.line("not enough memory");
+  } catch (const std::exception& problem) {
+    context.messages.line(std::string("failed: ") + problem.what());
+  }
+  context.output.flush();
+  if (!context.output && status == done) {
+    context.messages.line("standard output: cannot be written");
+    status = refused;
+  }
+  return status;
+}
+
+}  // namespace epg

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+namespace epg {
+
+class Environment;
+class Messages;
+class ReportingEnvironment;
+
+/// Where the platform keeps application data: on a Mac "Library/Application Support/EPG DorvaSelin" in the home
+/// folder, elsewhere "EPGDorvaSelin" in XDG_DATA_HOME or, where that names no absolute path, in "~/.local/share".
+std::string defaultDataFolderPath(Environment& environment);
+
+/// Makes the folder and those above it that are missing. Throws a `Refusal` that names the folder that cannot be made.
+void makeDataFolder(ReportingEnvironment& environment, const std::string& path);
+
+/// Keeps every other command that would change the folder waiting for as long as the object lives, so that none
+/// works on a store that another one is about to replace. The lock is on the folder itself: nothing is left in it.
+class DataFolderLock {
+ public:
+  /// Waits for whoever has the lock, with a message. Throws a `Refusal` when the folder cannot be locked.
+  DataFolderLock(ReportingEnvironment& environment, Messages& messages, const std::string& path);
+  DataFolderLock(const DataFolderLock&) = delete;
+  DataFolderLock& operator=(const DataFolderLock&) = delete;
+  ~DataFolderLock();
+
+ private:
+  Environment& environment_;
+  int descriptor_ = -1;
+};
+
+}  // namespace epg

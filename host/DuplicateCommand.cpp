@@ -1,0 +1,22 @@
+#include "host/CommandContext.h"
+#include "host/Commands.h"
+#include "host/LineText.h"
+#include "host/NewEntry.h"
+#include "host/PluginSession.h"
+#include "host/Refusal.h"
+
+namespace epg {
+
+int duplicateEntry(CommandContext& context, const DuplicateOptions& options) {
+  PluginSession session(context, PluginSession::Purpose::Changing);
+  const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
+  if (!store->item(options.source)) throw Refusal(escapedForLine(options.source) + ": no such entry");
+  const bool replaces = store->item(options.target) != nullptr;
+  if (!replaces) refuseUnusableID(options.target);
+  session.plugin().duplicateEPGItemWithUniqueID(options.source, options.target);
+  session.endAfterSave();
+  context.output << (replaces ? "Replaced entry: " : "New entry: ") << escapedForLine(options.target) << '\n';
+  return 0;
+}
+
+}  // namespace epg

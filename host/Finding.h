@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/Instant.h"
+
+namespace epg {
+
+/// One thing that would embarrass a channel on air.
+struct Finding {
+  std::optional<Instant> time;          ///< When it would show; absent where the event has no start.
+  std::optional<std::string> uniqueID;  ///< The EPG unique ID of the event.
+  std::string text;
+};
+
+}  // namespace epg

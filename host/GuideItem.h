@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "platform/PropertyList.h"
+
+namespace epg {
+
+struct XMLTVProgramme;
+
+/// The entries of a new EPG item for the programme. What the guide does not tell stays absent.
+PropertyListDictionary itemOfProgramme(const XMLTVProgramme& programme, const std::string& uniqueID);
+
+/// `values` with the programme's metadata in place of its own. Entries that the plug-in does not know stay.
+PropertyListDictionary itemReplacedByProgramme(PropertyListDictionary values, const XMLTVProgramme& programme,
+                                               const std::string& uniqueID);
+
+}  // namespace epg

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "editor/EditorInterface.h"
+
+namespace epg {
+
+class Environment;
+
+/// A field that holds its text instead of drawing it.
+class TextFieldValue : public TextField {
+ public:
+  std::string stringValue() const override { return text_; }
+  void setStringValue(const std::string& text) override { text_ = text; }
+  std::optional<std::string> placeholderString() const override { return placeholder_; }
+  void setPlaceholderString(const std::optional<std::string>& placeholder) override { placeholder_ = placeholder; }
+
+ private:
+  std::string text_;
+  std::optional<std::string> placeholder_;
+};
+
+/// A table that keeps no cells: whoever prints it asks the data source then.
+class TableWithoutCells : public TableView {
+ public:
+  void reloadData() override {}
+};
+
+/// The plug-in's bundle as the command line supplies it: resources from a folder, and an editor whose views hold what
+/// a window would show. For one plug-in object.
+class HostBundle : public Bundle {
+ public:
+  /// `environment` must outlive the object.
+  HostBundle(Environment& environment, std::string resourceFolder);
+
+  std::optional<std::string> pathForResource(const std::string& name, const std::string& type) const override;
+  EditorOutlets loadInterface(const std::string& nibName, EPGDorvaSelinViewController& owner) override;
+
+  const std::string& resourceFolder() const { return resourceFolder_; }
+
+  /// Null until the editor view has been asked for.
+  EPGDorvaSelinViewController* editor() const { return editor_; }
+  TableWithoutCells& tagsTable() { return tagsTable_; }
+  TextFieldValue& imageURL() { return imageURL_; }
+  TextFieldValue& title() { return title_; }
+  TextFieldValue& description() { return description_; }
+
+ private:
+  Environment& environment_;
+  const std::string resourceFolder_;
+  EPGDorvaSelinViewController* editor_ = nullptr;
+  View view_;
+  TableWithoutCells tagsTable_;
+  TextFieldValue imageURL_;
+  TextFieldValue title_;
+  TextFieldValue description_;
+};
+
+/// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names; else
+/// "../share/EPGDorvaSelin" beside the program's own folder, where an installation puts it; else `buildTreeFolder`.
+std::string resourceFolder(Environment& environment, const std::string& buildTreeFolder);
+
+}  // namespace epg

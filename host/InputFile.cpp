@@ -1,0 +1,24 @@
+#include "host/InputFile.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include "host/Refusal.h"
+#include "platform/Environment.h"
+
+namespace epg {
+
+std::string systemMessage(int error) {
+  // The environment's word for a name under which something else than a regular file stands.
+  if (error == EINVAL) return "Not a regular file";
+  return std::generic_category().message(error);
+}
+
+std::string readInputFile(Environment& environment, const std::string& path) {
+  std::string content;
+  const int error = readWholeFile(environment, path, &content);
+  if (error != 0) throw Refusal(path + ": " + systemMessage(error));
+  return content;
+}
+
+}  // namespace epg

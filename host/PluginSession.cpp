@@ -1,0 +1,74 @@
+#include "host/PluginSession.h"
+
+#include <cerrno>
+#include <optional>
+
+#include "host/CommandContext.h"
+#include "host/HostBundle.h"
+#include "host/InputFile.h"
+#include "host/Messages.h"
+#include "host/Progress.h"
+#include "host/PropertyListInput.h"
+#include "host/Refusal.h"
+#include "host/ReportingEnvironment.h"
+#include "platform/Paths.h"
+
+namespace epg {
+
+namespace {
+
+std::string storePath(const CommandContext& context) {
+  return appendPathComponent(context.dataFolderPath, "EPGItems.plist");
+}
+
+/// The plug-in starts with an empty store when the file cannot be read, whatever the reason, and says nothing.
+void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& store) {
+  if (store.size() > 0) return;
+  const std::string path = storePath(context);
+  std::string content;
+  const int error = readWholeFile(context.environment, path, &content);
+  if (error == ENOENT) return;
+  if (error != 0) throw Refusal(path + ": " + systemMessage(error));
+  if (dictionaryInPropertyList(content, path).size() != store.snapshot().size()) {
+    throw Refusal(path + ": could not be read at the first try; nothing was done");
+  }
+}
+
+}  // namespace
+
+PluginSession::PluginSession(CommandContext& context, Purpose purpose) : context_(context) {
+  if (purpose == Purpose::Changing) {
+    makeDataFolder(context.environment, context.dataFolderPath);
+    lock_ = std::make_unique<DataFolderLock>(context.environment, context.messages, context.dataFolderPath);
+  }
+  const Progress progress(context.messages, "Reading the item store");
+  bundle_ = std::make_shared<HostBundle>(context.environment, context.resourceFolder);
+  plugin_ = EPGDorvaSelinManagerPlugin::initWithBundle(bundle_, context.dataFolderPath, context.environment);
+  refuseStoreThatWasNotRead(context, *plugin_->epgItems());
+}
+
+PluginSession::~PluginSession() { end("Finishing"); }
+
+void PluginSession::end(const char* work) {
+  if (!plugin_) return;
+  const Progress progress(context_.messages, work);
+  const std::shared_ptr<ObjectEnd> end = plugin_->end();
+  plugin_.reset();
+  end->wait();
+}
+
+void PluginSession::endAfterSave() {
+  end("Saving the item store");
+  const std::string path = storePath(context_);
+  const std::optional<int> error = lastReplacementError(context_.environment, path);
+  if (error == 0) return;
+  std::string text = path + ": not saved";
+  if (error == EILSEQ) {
+    text += ": the store holds a value that no property-list file can hold";
+  } else if (error) {
+    text += ": " + systemMessage(*error);
+  }
+  throw Refusal(text);
+}
+
+}  // namespace epg

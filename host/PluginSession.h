@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "host/DataFolder.h"
+#include "plugin/EPGDorvaSelinManagerPlugin.h"
+
+namespace epg {
+
+class HostBundle;
+struct CommandContext;
+
+/// One plug-in object over the data folder, for the run of one command. However the command ends, the object's
+/// threads have ended before it.
+class PluginSession {
+ public:
+  enum class Purpose {
+    Reading,  ///< Changes nothing: the folder need not exist.
+    Changing  ///< Makes the folder where it is missing and keeps other commands from changing it.
+  };
+
+  /// Throws a `Refusal` when there is an item store that cannot be read: the plug-in would start with an empty one
+  /// and its next save would replace what is there.
+  PluginSession(CommandContext& context, Purpose purpose);
+  PluginSession(const PluginSession&) = delete;
+  PluginSession& operator=(const PluginSession&) = delete;
+  ~PluginSession();
+
+  EPGDorvaSelinManagerPlugin& plugin() { return *plugin_; }
+  HostBundle& bundle() { return *bundle_; }
+
+  /// Drops the plug-in object and waits until it and its threads are gone. `work` is what a terminal shows meanwhile.
+  void end(const char* work);
+  /// As `end`, after the one save of a command. Throws a `Refusal` when the save did not reach the disk.
+  void endAfterSave();
+
+ private:
+  CommandContext& context_;
+  std::unique_ptr<DataFolderLock> lock_;
+  std::shared_ptr<HostBundle> bundle_;
+  std::shared_ptr<EPGDorvaSelinManagerPlugin> plugin_;
+};
+
+}  // namespace epg

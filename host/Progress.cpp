@@ -1,0 +1,46 @@
+#include "host/Progress.h"
+
+#include <system_error>
+
+#include "host/Messages.h"
+
+namespace epg {
+
+using std::chrono::duration_cast;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using std::chrono::steady_clock;
+
+std::string progressText(const std::string& work, seconds elapsed) {
+  return work + ": " + std::to_string(elapsed.count()) + " s";
+}
+
+Progress::Progress(Messages& messages, std::string work, milliseconds quiet)
+    : messages_(messages), work_(std::move(work)), quiet_(quiet), start_(steady_clock::now()) {
+  if (!messages_.isTerminal()) return;
+  try {
+    thread_ = std::thread([this] { run(); });
+  } catch (const std::system_error&) {
+    // No thread to be had: the work matters, its display does not.
+  }
+}
+
+Progress::~Progress() {
+  if (!thread_.joinable()) return;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    isOver_ = true;
+  }
+  over_.notify_one();
+  thread_.join();
+  messages_.showProgress({});
+}
+
+void Progress::run() {
+  std::unique_lock<std::mutex> lock(mutex_);
+  for (auto next = start_ + quiet_; !over_.wait_until(lock, next, [this] { return isOver_; }); next += seconds(1)) {
+    messages_.showProgress(progressText(work_, duration_cast<seconds>(steady_clock::now() - start_)));
+  }
+}
+
+}  // namespace epg

@@ -1,0 +1,34 @@
+#include <unordered_set>
+
+#include "host/CommandContext.h"
+#include "host/Commands.h"
+#include "host/LineText.h"
+#include "host/Messages.h"
+#include "host/PluginSession.h"
+#include "host/UniqueIDArguments.h"
+
+namespace epg {
+
+int removeEntries(CommandContext& context, const RemoveOptions& options) {
+  const std::vector<std::string> ids = uniqueIDs(options.ids, context.input);
+  PluginSession session(context, PluginSession::Purpose::Changing);
+  const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
+  std::size_t found = 0;
+  std::unordered_set<std::string> seen;
+  for (const std::string& id : ids) {
+    if (!seen.insert(id).second) continue;
+    if (store->item(id)) {
+      ++found;
+    } else {
+      context.messages.line(escapedForLine(id) + ": no such entry");
+    }
+  }
+  if (found > 0) {
+    session.plugin().removeEPGItemsWithUniqueIDs(ids);
+    session.endAfterSave();
+  }
+  context.output << counted(found, "entry", "entries") << " removed\n";
+  return found > 0 ? 0 : 1;
+}
+
+}  // namespace epg

@@ -1,0 +1,53 @@
+#include "host/SHA256.h"
+
+#include <array>
+#include <cstdint>
+
+#ifdef __APPLE__
+#include <CommonCrypto/CommonDigest.h>
+#else
+#include <sys/types.h>
+// After the types that it uses without including them.
+#include <sha2.h>
+#endif
+
+namespace epg {
+
+namespace {
+
+using Digest = std::array<std::uint8_t, 32>;
+
+Digest digestOf(const std::string& bytes) {
+  Digest digest{};
+#ifdef __APPLE__
+  // The one-shot call counts in 32 bits; the running one may be given more in turn.
+  CC_SHA256_CTX context;
+  CC_SHA256_Init(&context);
+  constexpr std::size_t most = std::size_t{1} << 30;
+  for (std::size_t at = 0; at < bytes.size(); at += most) {
+    const std::size_t size = bytes.size() - at < most ? bytes.size() - at : most;
+    CC_SHA256_Update(&context, bytes.data() + at, static_cast<CC_LONG>(size));
+  }
+  CC_SHA256_Final(digest.data(), &context);
+#else
+  SHA2_CTX context;
+  SHA256Init(&context);
+  SHA256Update(&context, reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+  SHA256Final(digest.data(), &context);
+#endif
+  return digest;
+}
+
+}  // namespace
+
+std::string sha256(const std::string& bytes) {
+  static const char digits[] = "0123456789abcdef";
+  std::string text;
+  for (const std::uint8_t byte : digestOf(bytes)) {
+    text += digits[byte >> 4];
+    text += digits[byte & 0xF];
+  }
+  return text;
+}
+
+}  // namespace epg

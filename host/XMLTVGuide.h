@@ -1,0 +1,52 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Instant.h"
+
+namespace epg {
+
+class Environment;
+class XMLReader;
+
+/// One programme of a guide. Texts have lost the white space at their ends and are never empty; what the guide does
+/// not tell is absent.
+struct XMLTVProgramme {
+  struct EpisodeNumber {
+    std::string system;
+    std::string text;
+  };
+
+  std::string channel;  ///< Empty where the guide names none.
+  Instant start;
+  std::optional<Instant> stop;
+  std::string clumpIndex = "0/1";  ///< Position among the programmes that share one slot, without white space.
+  std::string title;               ///< The first, as the ones below.
+  std::optional<std::string> description;
+  std::optional<std::string> imageURL;
+  std::vector<std::string> categories;  ///< Each text once, in the guide's order.
+  std::vector<std::string> subTitles;
+  std::vector<EpisodeNumber> episodeNumbers;
+};
+
+struct XMLTVGuide {
+  std::map<std::string, std::string> channelNames;  ///< Channel to its first display name, where it has one.
+  std::vector<XMLTVProgramme> programmes;           ///< In the guide's order.
+  std::vector<std::string> warnings;  ///< "guide.xml: line 3, column 5: …", one for each thing left out.
+};
+
+/// Takes the guide out of a document. `name` stands before each place in messages. A programme without a title or
+/// valid start, or with a reference that stands for no character, is left out with a warning; an unusable stop counts
+/// as absent, with a warning too. Throws a `Refusal` when the document is no guide.
+XMLTVGuide guideInDocument(const XMLReader& document, const std::string& name);
+
+/// The bytes of a guide's file, decompressed where they are gzip. Throws a `Refusal` that names the file.
+std::string readGuideBytes(Environment& environment, const std::string& path);
+
+/// The document in the bytes; throws a `Refusal` that names the file and the place.
+XMLTVGuide parseGuide(const std::string& bytes, const std::string& name);
+
+}  // namespace epg

@@ -1,0 +1,31 @@
+#include <unistd.h>
+
+#include <csignal>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "host/CommandContext.h"
+#include "host/CommandLine.h"
+#include "host/DataFolder.h"
+#include "host/HostBundle.h"
+#include "host/Messages.h"
+#include "host/ReportingEnvironment.h"
+
+int main(int argumentCount, char** arguments) {
+  // A reader that leaves early must not cut a command short before its save: writing fails instead.
+  std::signal(SIGPIPE, SIG_IGN);
+  // Nor must a file that may not grow: a save then fails like any other, with a message.
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::ios::sync_with_stdio(false);
+
+  epg::Messages messages(std::cerr, isatty(STDERR_FILENO) != 0);
+  epg::ReportingEnvironment environment(messages);
+  epg::CommandContext context{environment,
+                              messages,
+                              std::cin,
+                              std::cout,
+                              epg::defaultDataFolderPath(environment),
+                              epg::resourceFolder(environment, DORVASELIN_BUILD_RESOURCES)};
+  return epg::runCommandLine(std::vector<std::string>(arguments + 1, arguments + argumentCount), context);
+}
