@@ -1,6 +1,7 @@
 #include "editor/EPGDorvaSelinViewController.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -41,14 +42,12 @@ std::optional<PropertyList::Array> changedTags(const PropertyList::Array* tags, 
   const std::string& name = *tag.asString();
   if (holdsTag(tags, name) == on) return std::nullopt;
   PropertyList::Array changed;
-  if (tags) changed = *tags;
-  if (on) {
-    changed.push_back(tag);
-  } else {
-    changed.erase(
-        std::remove_if(changed.begin(), changed.end(), [&](const PropertyList& t) { return isTag(t, name); }),
-        changed.end());
+  changed.reserve(tags ? tags->size() + 1 : 1);
+  if (tags) {
+    std::copy_if(tags->begin(), tags->end(), std::back_inserter(changed),
+                 [&](const PropertyList& t) { return !isTag(t, name); });
   }
+  if (on) changed.push_back(tag);
   return changed;
 }
 
@@ -148,13 +147,23 @@ std::vector<TagState> EPGDorvaSelinViewController::tagStates() const {
 
 void EPGDorvaSelinViewController::setStateOfTag(std::ptrdiff_t state, int index) {
   if (!items_ || !isTagIndex(index) || (state != TagStateOn && state != TagStateOff)) return;
-  const PropertyList tag(tags_[static_cast<std::size_t>(index)]);
-  for (std::size_t i = 0; i < items_->size(); ++i) {
+  const std::string& name = tags_[static_cast<std::size_t>(index)];
+  const PropertyList tag(name);
+  const std::optional<std::size_t> changesBefore = items_->changeCount();
+  const std::size_t count = items_->size();
+  std::size_t changedItems = 0;
+  for (std::size_t i = 0; i < count; ++i) {
     const std::shared_ptr<EPGItem> item = items_->at(i);
     const EPGItem::Values values = item->values();
     std::optional<PropertyList::Array> changed = changedTags(tagsValue(*values), tag, state == TagStateOn);
-    if (changed) item->set(ZRLEPGDSTagsKey, PropertyList(std::move(*changed)));
+    if (!changed) continue;
+    item->set(ZRLEPGDSTagsKey, PropertyList(std::move(*changed)));
+    ++changedItems;
   }
+  // The other tags' states still hold, unless there were other changes: then the count is not the one kept here.
+  if (count == 0 || !changesBefore || statesChangeCount_ != changesBefore) return;
+  states_[tagIndexes_.find(name)->second] = state == TagStateOn ? TagStateOn : TagStateOff;
+  statesChangeCount_ = *changesBefore + changedItems;
 }
 
 void EPGDorvaSelinViewController::updateTagsTableView() {
@@ -165,9 +174,7 @@ void EPGDorvaSelinViewController::updateImageURLTextField() {
   updateTextField(outlets_.imageURLTextField, ZRLEPGDSImageURLKey);
 }
 
-void EPGDorvaSelinViewController::updateTitleTextField() {
-  updateTextField(outlets_.titleTextField, ZRLEPGDSTitleKey);
-}
+void EPGDorvaSelinViewController::updateTitleTextField() { updateTextField(outlets_.titleTextField, ZRLEPGDSTitleKey); }
 
 void EPGDorvaSelinViewController::updateDescriptionTextField() {
   updateTextField(outlets_.descriptionTextField, ZRLEPGDSDescriptionKey);

@@ -62,7 +62,7 @@ std::string resourceFolder(Environment& environment, const std::string& buildTre
   const std::string program = programPath();
   const std::size_t slash = program.find_last_of('/');
   if (slash != std::string::npos) {
-    const std::string installed = program.substr(0, slash) + "/../share/EPGDorvaSelin";
+    std::string installed = program.substr(0, slash) + "/../share/EPGDorvaSelin";
     if (exists(environment, installed)) return installed;
   }
   return buildTreeFolder;

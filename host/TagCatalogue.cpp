@@ -27,17 +27,21 @@ Letters lowerCaseLetters(const std::string& text) {
   return letters;
 }
 
-/// How many letters must be put in, taken out or exchanged to make one word the other.
+/// How many letters must be put in, taken out, exchanged or swapped with their neighbour to make one word the other.
 std::size_t editDistance(const Letters& a, const Letters& b) {
+  std::vector<std::size_t> beforeLast(b.size() + 1);
+  std::vector<std::size_t> last(b.size() + 1);
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
   for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = row[0];
+    beforeLast.swap(last);
+    last.swap(row);
     row[0] = i;
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t exchanged = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({row[j] + 1, row[j - 1] + 1, exchanged});
+      const std::size_t exchanged = last[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
+      row[j] = std::min({last[j] + 1, row[j - 1] + 1, exchanged});
+      const bool swapped = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
+      if (swapped) row[j] = std::min(row[j], beforeLast[j - 2] + 1);
     }
   }
   return row[b.size()];

@@ -34,13 +34,18 @@ void EPGItem::setValues(const std::vector<PropertyListDictionary::Entry>& entrie
   noteChange();
 }
 
-void EPGItem::set(const std::string& key, PropertyList value) { setValues({{key, std::move(value)}}); }
+void EPGItem::set(const std::string& key, PropertyList value) {
+  std::vector<PropertyListDictionary::Entry> entry;
+  entry.emplace_back(key, std::move(value));
+  setValues(entry);
+}
 
 void EPGItem::remove(const std::string& key) {
+  Values old;  // As in setValues: what goes with it may be the host's, and may look at this item once more.
   const std::lock_guard<std::mutex> lock(mutex_);
   auto changed = std::make_shared<PropertyListDictionary>(*values_);
   changed->remove(key);
-  values_ = std::move(changed);
+  old = std::exchange(values_, std::move(changed));
   noteChange();
 }
 

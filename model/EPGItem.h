@@ -39,7 +39,7 @@ class EPGItem {
   /// A new item with the same entries; nested values are shared, which is safe because none is changed in place.
   std::shared_ptr<EPGItem> mutableCopy() const;
 
-  /// A count that grows with every change of any item in the process; equal counts mean that nothing changed.
+  /// A count that grows by one with every change of any item in the process; equal counts mean that nothing changed.
   static std::size_t changeCount();
 
  protected:

@@ -5,23 +5,15 @@
 
 #include <atomic>
 #include <cerrno>
+#include <new>
 
 #include "platform/Environment.h"
 #include "platform/Paths.h"
+#include "platform/RepeatedCall.h"
 
 namespace epg {
 
 namespace {
-
-/// Interrupted calls are made again, but not for ever.
-constexpr int maximumTries = 100;
-
-template <typename Call>
-int repeatedWhileInterrupted(Call call) {
-  int error = EINTR;
-  for (int i = 0; i < maximumTries && error == EINTR; ++i) error = call();
-  return error;
-}
 
 std::string folderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
@@ -31,7 +23,24 @@ std::string folderOf(const std::string& path) {
 
 const char* const temporarySuffix = ".tmp";
 
-std::string temporaryPrefix(const std::string& name) { return "." + name + "."; }
+/// Of a name so long that nothing can be added to it only the beginning is used, in whole characters.
+std::string temporaryPrefix(const std::string& name) {
+  constexpr std::size_t longest = 200;  // Of 255 that file systems have, so that there is room for the number.
+  std::size_t size = name.size();
+  if (size > longest) {
+    size = longest;
+    while (size > 0 && (static_cast<unsigned char>(name[size]) & 0xC0) == 0x80) --size;
+  }
+  return "." + name.substr(0, size) + ".";
+}
+
+bool isSameFile(const Environment::FileInfo& a, const Environment::FileInfo& b) {
+  return a.device == b.device && a.inode == b.inode;
+}
+
+int pathInfo(Environment& environment, const std::string& path, Environment::FileInfo* info) {
+  return repeatedWhileInterrupted([&] { return environment.pathInfo(path, info); });
+}
 
 /// An open file of ours, closed when it goes out of sight.
 class OpenFile {
@@ -76,10 +85,12 @@ class TemporaryFile {
       if (error_ == EEXIST) continue;
       if (error_ != 0) return;
       exists_ = true;
-      if (lock()) return;
+      error_ = repeatedWhileInterrupted([&] { return environment_.fileInfo(written_.descriptor(), &info_); });
+      if (error_ != 0 || lock()) return;
       exists_ = false;
       error_ = EAGAIN;
       written_.close();
+      lock_.close();
     }
   }
   TemporaryFile(const TemporaryFile&) = delete;
@@ -93,6 +104,8 @@ class TemporaryFile {
   int error() const { return error_; }
   OpenFile& written() { return written_; }
   const std::string& path() const { return path_; }
+  /// As the file was made.
+  const Environment::FileInfo& info() const { return info_; }
 
   /// No file stands under the temporary name any more.
   void isGone() { exists_ = false; }
@@ -102,18 +115,22 @@ class TemporaryFile {
   bool lock() {
     // A volume without locks has nobody who tidies up by them either.
     if (lock_.open(path_, O_RDONLY | O_NOFOLLOW, 0) == ENOENT) return false;
-    if (lock_.isOpen() && environment_.lockFile(lock_.descriptor()) == EWOULDBLOCK) {
-      lock_.close();
-      return false;
-    }
-    Environment::FileInfo info;
-    return environment_.pathInfo(path_, &info) != ENOENT;
+    if (lock_.isOpen() && takeLock() == EWOULDBLOCK) return false;
+    // The name may even be taken again, by a process with the same number on another machine that has the folder.
+    Environment::FileInfo named;
+    const int error = pathInfo(environment_, path_, &named);
+    return error == 0 ? isSameFile(named, info_) : error != ENOENT;
+  }
+
+  int takeLock() {
+    return repeatedWhileInterrupted([&] { return environment_.lockFile(lock_.descriptor()); });
   }
 
   Environment& environment_;
   std::string path_;
   OpenFile written_;
   OpenFile lock_;
+  Environment::FileInfo info_;
   int error_ = 0;
   bool exists_ = false;
 };
@@ -122,9 +139,8 @@ int writeAll(Environment& environment, int descriptor, const std::string& conten
   std::size_t done = 0;
   while (done < content.size()) {
     std::size_t written = 0;
-    const int error = repeatedWhileInterrupted([&] {
-      return environment.writeFile(descriptor, content.data() + done, content.size() - done, &written);
-    });
+    const int error = repeatedWhileInterrupted(
+        [&] { return environment.writeFile(descriptor, content.data() + done, content.size() - done, &written); });
     if (error != 0) return error;
     if (written == 0) return EIO;
     done += written;
@@ -133,18 +149,20 @@ int writeAll(Environment& environment, int descriptor, const std::string& conten
 }
 
 /// A replaced file hands on who may read and write it. Only a regular file has that to hand on.
-int takeOverMode(Environment& environment, const std::string& target, int descriptor) {
+int takeOverMode(Environment& environment, const std::string& target, const Environment::FileInfo& fresh,
+                 int descriptor) {
   Environment::FileInfo old;
-  if (environment.pathInfo(target, &old) != 0 || old.kind != Environment::FileKind::Regular) return 0;
-  Environment::FileInfo fresh;
-  const int error = environment.fileInfo(descriptor, &fresh);
+  const int error = pathInfo(environment, target, &old);
+  if (error == ENOENT) return 0;
   if (error != 0) return error;
+  if (old.kind != Environment::FileKind::Regular) return 0;
   // Only root may give files away; for everybody else the new file is the writer's own, which is no failure.
   if (old.owner != fresh.owner || old.group != fresh.group) {
-    environment.setFileOwner(descriptor, old.owner, old.group);
+    repeatedWhileInterrupted([&] { return environment.setFileOwner(descriptor, old.owner, old.group); });
   }
   const mode_t permissions = old.mode & 0777;
-  return permissions == (fresh.mode & 0777) ? 0 : environment.setFileMode(descriptor, permissions);
+  if (permissions == (fresh.mode & 0777)) return 0;
+  return repeatedWhileInterrupted([&] { return environment.setFileMode(descriptor, permissions); });
 }
 
 /// Waits until the entries of an open folder are on disk.
@@ -158,23 +176,29 @@ int flushFolder(Environment& environment, const OpenFile& folder) {
 /// there before stands there again.
 int takePlace(Environment& environment, TemporaryFile& file, const std::string& target, const OpenFile& folder) {
   Environment::FileInfo old;
-  const int noTarget = environment.pathInfo(target, &old);
+  const int noTarget = pathInfo(environment, target, &old);
+  if (noTarget != 0 && noTarget != ENOENT) return noTarget;
+  const auto exchange = [&] { return environment.exchangeFiles(file.path(), target); };
   bool exchanged = false;
   int error = ENOTSUP;
-  if (noTarget == 0 && old.kind == Environment::FileKind::Regular) {
-    // The old file stays at hand, under the temporary name.
-    error = repeatedWhileInterrupted([&] { return environment.exchangeFiles(file.path(), target); });
+  if (noTarget == 0 && old.kind != Environment::FileKind::Folder) {
+    // What stood there stays at hand, under the temporary name.
+    error = repeatedWhileInterrupted(exchange);
     exchanged = error == 0;
   }
-  if (error == ENOTSUP) {
+  // Without an exchange, or when somebody has just removed what was to be exchanged.
+  if (error == ENOTSUP || error == ENOENT) {
     error = repeatedWhileInterrupted([&] { return environment.renameFile(file.path(), target); });
     if (error == 0) file.isGone();
   }
   if (error != 0) return error;
   error = flushFolder(environment, folder);
   if (error == 0) return 0;
-  if (exchanged) environment.exchangeFiles(file.path(), target);
-  if (noTarget == ENOENT) environment.removeFile(target);
+  // Another writer may have come after this one; what it has put there is not undone.
+  Environment::FileInfo standing;
+  if (pathInfo(environment, target, &standing) != 0 || !isSameFile(standing, file.info())) return error;
+  if (exchanged) repeatedWhileInterrupted(exchange);
+  if (noTarget == ENOENT) repeatedWhileInterrupted([&] { return environment.removeFile(target); });
   return error;
 }
 
@@ -192,6 +216,13 @@ void removeLeftFiles(Environment& environment, const std::string& target) {
       continue;
     }
     const std::string path = appendPathComponent(folder, name);
+    Environment::FileInfo info;
+    if (environment.pathInfo(path, &info) != 0 || info.kind == Environment::FileKind::Folder) continue;
+    if (info.kind != Environment::FileKind::Regular) {
+      // No writer's new file, but a link or a pipe that one has replaced; such a thing has no lock.
+      environment.removeFile(path);
+      continue;
+    }
     OpenFile left(environment);
     if (left.open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK, 0) != 0) continue;
     if (environment.lockFile(left.descriptor()) == 0) environment.removeFile(path);
@@ -207,7 +238,7 @@ int replace(Environment& environment, const std::string& path, const std::string
   if (file.error() != 0) return file.error();
   OpenFile& written = file.written();
   error = writeAll(environment, written.descriptor(), content);
-  if (error == 0) error = takeOverMode(environment, path, written.descriptor());
+  if (error == 0) error = takeOverMode(environment, path, file.info(), written.descriptor());
   if (error == 0) error = repeatedWhileInterrupted([&] { return environment.flushFile(written.descriptor()); });
   if (error == 0) error = written.close();
   if (error == 0) error = takePlace(environment, file, path, folder);
@@ -218,7 +249,13 @@ int replace(Environment& environment, const std::string& path, const std::string
 
 int replaceFile(Environment& environment, const std::string& path, const std::string& content) {
   const int error = replace(environment, path, content);
-  if (error == 0) removeLeftFiles(environment, path);
+  if (error == 0) {
+    try {
+      removeLeftFiles(environment, path);
+    } catch (const std::bad_alloc&) {
+      // The new file stands. What was left stays until the next time.
+    }
+  }
   environment.fileReplaced(path, error);
   return error;
 }

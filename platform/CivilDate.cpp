@@ -43,7 +43,8 @@ std::int64_t secondsSince1970(const CivilDate& date) {
 
 CivilDate civilDateFromSecondsSince1970(std::int64_t seconds) {
   const std::int64_t day = floorDivide(seconds, secondsPerDay);
-  const auto secondOfDay = static_cast<int>(seconds - day * secondsPerDay);
+  // Not by multiplying back, which the lowest of all seconds would not survive.
+  const auto secondOfDay = static_cast<int>((seconds % secondsPerDay + secondsPerDay) % secondsPerDay);
   const std::int64_t days = day + daysToEpoch;
   const std::int64_t era = floorDivide(days, daysPerEra);
   const std::int64_t dayOfEra = days - era * daysPerEra;

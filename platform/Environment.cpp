@@ -15,11 +15,16 @@
 #include <system_error>
 #include <thread>
 
+#include "platform/RepeatedCall.h"
+
 namespace epg {
 
 namespace {
 
 int resultOf(int returned) { return returned == -1 ? errno : 0; }
+
+/// The system would take the path to end there, and do to another file what is meant for this one.
+bool holdsZeroByte(const std::string& path) { return path.find('\0') != std::string::npos; }
 
 Environment::FileInfo infoFrom(const struct stat& status) {
   Environment::FileInfo info;
@@ -59,7 +64,7 @@ Environment& Environment::standard() {
 }
 
 int Environment::openFile(const std::string& path, int flags, mode_t mode, int* descriptor) {
-  if (path.find('\0') != std::string::npos) return EINVAL;
+  if (holdsZeroByte(path)) return EINVAL;
   *descriptor = ::open(path.c_str(), flags | O_CLOEXEC, static_cast<unsigned>(mode));
   return resultOf(*descriptor);
 }
@@ -104,24 +109,27 @@ int Environment::flushFile(int descriptor) {
 int Environment::closeFile(int descriptor) { return resultOf(::close(descriptor)); }
 
 int Environment::renameFile(const std::string& from, const std::string& to) {
+  if (holdsZeroByte(from) || holdsZeroByte(to)) return EINVAL;
   return resultOf(::rename(from.c_str(), to.c_str()));
 }
 
 int Environment::exchangeFiles(const std::string& one, const std::string& other) {
+  if (holdsZeroByte(one) || holdsZeroByte(other)) return EINVAL;
 #ifdef RENAME_EXCHANGE
   const int error = resultOf(::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE));
   return error == EINVAL || error == ENOSYS ? ENOTSUP : error;
 #else
-  static_cast<void>(one);
-  static_cast<void>(other);
   return ENOTSUP;
 #endif
 }
 
-int Environment::removeFile(const std::string& path) { return resultOf(::unlink(path.c_str())); }
+int Environment::removeFile(const std::string& path) {
+  if (holdsZeroByte(path)) return EINVAL;
+  return resultOf(::unlink(path.c_str()));
+}
 
 int Environment::pathInfo(const std::string& path, FileInfo* info) {
-  if (path.find('\0') != std::string::npos) return EINVAL;
+  if (holdsZeroByte(path)) return EINVAL;
   struct stat status {};
   const int error = resultOf(::lstat(path.c_str(), &status));
   if (error == 0) *info = infoFrom(status);
@@ -130,6 +138,7 @@ int Environment::pathInfo(const std::string& path, FileInfo* info) {
 
 int Environment::listFolder(const std::string& path, std::vector<std::string>* names) {
   names->clear();
+  if (holdsZeroByte(path)) return EINVAL;
   DIR* const folder = ::opendir(path.c_str());
   if (!folder) return errno;
   int error = 0;
@@ -178,23 +187,26 @@ void Environment::fileReplaced(const std::string& /*path*/, int /*error*/) {}
 
 int readWholeFile(Environment& environment, const std::string& path, std::string* content) {
   content->clear();
+  std::vector<char> buffer(std::size_t{1} << 16);
   int descriptor = -1;
   // Not to wait for the other end of a pipe that stands in the file's place.
-  int error = environment.openFile(path, O_RDONLY | O_NONBLOCK, 0, &descriptor);
+  int error =
+      repeatedWhileInterrupted([&] { return environment.openFile(path, O_RDONLY | O_NONBLOCK, 0, &descriptor); });
   if (error != 0) return error;
   Environment::FileInfo info;
-  error = environment.fileInfo(descriptor, &info);
+  error = repeatedWhileInterrupted([&] { return environment.fileInfo(descriptor, &info); });
   if (error == 0 && info.kind != Environment::FileKind::Regular) error = EINVAL;
-  std::vector<char> buffer(std::size_t{1} << 16);
-  while (error == 0) {
-    std::size_t count = 0;
-    error = environment.readFile(descriptor, buffer.data(), buffer.size(), &count);
-    if (error == EINTR) {
-      error = 0;
-      continue;
+  try {
+    while (error == 0) {
+      std::size_t count = 0;
+      error = repeatedWhileInterrupted(
+          [&] { return environment.readFile(descriptor, buffer.data(), buffer.size(), &count); });
+      if (error != 0 || count == 0) break;
+      content->append(buffer.data(), count);
     }
-    if (error != 0 || count == 0) break;
-    content->append(buffer.data(), count);
+  } catch (...) {
+    environment.closeFile(descriptor);
+    throw;
   }
   environment.closeFile(descriptor);
   if (error != 0) content->clear();

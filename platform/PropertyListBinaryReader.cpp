@@ -21,12 +21,18 @@ constexpr std::size_t headerSize = 8;
 constexpr std::size_t trailerSize = 32;
 
 /// Objects may be shared, so a small file can stand for a huge value. What would be written back, counted in
-/// values and bytes of text, must stay below this.
-constexpr std::uint64_t maximumExpandedSize = std::uint64_t{1} << 30;
+/// values and bytes of text, must stay below this: far more than writers share, and no more than memory holds.
+std::uint64_t largestExpandedSize(std::size_t fileSize) {
+  constexpr std::uint64_t ofAnyFile = std::uint64_t{1} << 24;
+  constexpr std::uint64_t ofEachByte = 256;
+  constexpr std::uint64_t ever = std::uint64_t{1} << 30;
+  return std::min(ever, ofAnyFile + ofEachByte * fileSize);
+}
 
 class BinaryReader {
  public:
-  BinaryReader(const std::string& bytes, std::string* problem) : bytes_(bytes), problem_(problem) {}
+  BinaryReader(const std::string& bytes, std::string* problem)
+      : bytes_(bytes), problem_(problem), maximumExpandedSize_(largestExpandedSize(bytes.size())) {}
 
   std::optional<PropertyList> read() {
     if (bytes_.size() < headerSize + trailerSize) {
@@ -49,6 +55,7 @@ class BinaryReader {
       return std::nullopt;
     }
     tableOffset_ = static_cast<std::size_t>(table);
+    unclaimed_ = tableOffset_;
     objects_.resize(static_cast<std::size_t>(count));
     const Object* object = objectAt(static_cast<std::size_t>(top), 1);
     if (!object) return std::nullopt;
@@ -110,7 +117,7 @@ class BinaryReader {
       return nullptr;
     }
     if (!readObject(static_cast<std::size_t>(offset), object, depth)) return nullptr;
-    if (object.expandedSize > maximumExpandedSize) {
+    if (object.expandedSize > maximumExpandedSize_) {
       fail(static_cast<std::size_t>(offset), "the value is larger than any that can be meant");
       return nullptr;
     }
@@ -142,6 +149,7 @@ class BinaryReader {
       case 0x7:
         return readText(offset, marker >> 4, object);
       case 0x8:
+        if (depth > PropertyList::maximumDepth) return fail(offset, "nested too deep");
         return readUID(offset, (marker & 0xF) + 1, object);
       case 0xA:
       case 0xD:
@@ -219,6 +227,9 @@ class BinaryReader {
     if (!fits(start, count, width)) return fail(offset, "an object is cut off");
     span->start = start;
     span->count = static_cast<std::size_t>(count);
+    // Each object has bytes of its own. Could they share them, a small file would fill the memory.
+    if (span->count * width > unclaimed_) return fail(offset, "objects that overlap");
+    unclaimed_ -= span->count * width;
     return true;
   }
 
@@ -263,7 +274,7 @@ class BinaryReader {
     if (!object) return nullptr;
     container.expandedSize += object->expandedSize;
     // Both sizes are below the limit or just above it, so the sum cannot overflow before it is refused.
-    if (container.expandedSize > maximumExpandedSize) {
+    if (container.expandedSize > maximumExpandedSize_) {
       fail(at, "the value is larger than any that can be meant");
       return nullptr;
     }
@@ -305,6 +316,8 @@ class BinaryReader {
   std::size_t offsetWidth_ = 0;
   std::size_t referenceWidth_ = 0;
   std::size_t tableOffset_ = 0;
+  std::size_t unclaimed_ = 0;  ///< Bytes before the table that no text, data or container has been read from.
+  std::uint64_t maximumExpandedSize_;
   std::vector<Object> objects_;  ///< Never resized while objects are read.
 };
 

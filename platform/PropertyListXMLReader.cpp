@@ -1,9 +1,11 @@
 // The XML form of property lists, read.
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -51,6 +53,33 @@ std::optional<PropertyList> integerFromText(const std::string& text) {
   return PropertyList::fromInteger(static_cast<std::int64_t>(0 - magnitude));
 }
 
+/// Whether the text is a number with a point or an exponent or neither; standard libraries differ in what they take
+/// for one, and in how they say that it is too small.
+bool isDecimalNumber(const std::string& text) {
+  std::size_t at = 0;
+  const auto skipSign = [&] {
+    if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
+  };
+  const auto skipDigits = [&] {
+    const std::size_t start = at;
+    while (at < text.size() && std::isdigit(static_cast<unsigned char>(text[at]))) ++at;
+    return at - start;
+  };
+  skipSign();
+  std::size_t digits = skipDigits();
+  if (at < text.size() && text[at] == '.') {
+    ++at;
+    digits += skipDigits();
+  }
+  if (digits == 0) return false;
+  if (at < text.size() && text[at] == 'e') {
+    ++at;
+    skipSign();
+    if (skipDigits() == 0) return false;
+  }
+  return at == text.size();
+}
+
 std::optional<PropertyList> realFromText(const std::string& text) {
   std::string lower;
   for (const char c : text) lower += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -60,14 +89,12 @@ std::optional<PropertyList> realFromText(const std::string& text) {
     return PropertyList::fromReal(infinity);
   }
   if (lower == "-inf" || lower == "-infinity") return PropertyList::fromReal(-infinity);
-  if (lower.empty() || lower.find_first_not_of("0123456789+-.e") != std::string::npos) return std::nullopt;
+  if (!isDecimalNumber(lower)) return std::nullopt;
   std::istringstream stream(lower);
   stream.imbue(std::locale::classic());
   double value = 0;
   stream >> value;
   // Too large or too small a number is one all the same: the nearest that there is.
-  if (stream.fail() && value == 0) return std::nullopt;
-  if (!stream.eof()) return std::nullopt;
   if (std::fabs(value) == std::numeric_limits<double>::max() && stream.fail()) value = std::copysign(infinity, value);
   return PropertyList::fromReal(value);
 }
@@ -150,6 +177,10 @@ class XMLValueReader {
       if (!holdsNoText(element)) return failure(element, "text between the values of a container");
       return name == "array" ? array(element, depth) : dictionary(element, depth);
     }
+    static const char* const scalars[] = {"string", "integer", "real", "true", "false", "date", "data"};
+    if (std::find(std::begin(scalars), std::end(scalars), name) == std::end(scalars)) {
+      return failure(element, "<" + name + "> is no property-list value");
+    }
     if (element.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; })) {
       return failure(element, "an element inside <" + name + ">");
     }
@@ -185,10 +216,8 @@ class XMLValueReader {
       value = realFromText(trimmed(text));
     } else if (name == "date") {
       value = dateFromText(trimmed(text));
-    } else if (name == "data") {
-      value = dataFromText(text);
     } else {
-      return failure(element, "<" + name + "> is no property-list value");
+      value = dataFromText(text);
     }
     if (!value) return failure(element, "the content is no " + name);
     return value;

@@ -99,8 +99,7 @@ class XMLWriter {
       std::istringstream back(text);
       back.imbue(std::locale::classic());
       double read = 0;
-      back >> read;
-      if (read == value) break;
+      if (back >> read && read == value) break;  // The largest number, rounded up, is beyond what can be read.
     }
     return text;
   }

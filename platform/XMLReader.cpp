@@ -110,6 +110,10 @@ std::optional<std::string> documentInUTF8(const std::string& bytes, std::string*
   if (startsWith(bytes, "<\0", 2)) return convertUTF16ToUTF8(bytes, 0, false, problem);
   const std::string encoding = declaredEncoding(bytes);
   if (encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII") return bytes;
+  if (startsWith(encoding, "UTF-16", 6)) {
+    *problem = "line 1: the file says that it is in UTF-16 and is not";
+    return std::nullopt;
+  }
   const char* const converter = converterName(encoding);
   if (*converter == '\0') {
     *problem = "line 1: the encoding " + encoding + " is not supported (UTF-8, UTF-16, ISO-8859-1, Windows-1252)";
@@ -211,6 +215,11 @@ std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::strin
     *problem = reader->placeOfOffset(offset) + ": not well-formed XML (" + result.description() + ")";
     return nullptr;
   }
+  // The parser lets one tag that begins with the last byte of all pass.
+  if (!document.empty() && document.back() == '<') {
+    *problem = reader->placeOfOffset(document.size() - 1) + ": not well-formed XML (a tag without an end)";
+    return nullptr;
+  }
   pugi::xml_node root;
   for (const pugi::xml_node node : reader->document_.children()) {
     const bool surplus = node.type() == pugi::node_element
@@ -250,9 +259,11 @@ std::string XMLReader::placeOfOffset(std::size_t offset) const {
 std::string XMLReader::place(pugi::xml_node node) const {
   const std::ptrdiff_t offset = node.offset_debug();
   if (offset < 0) return "line 1, column 1";
-  // The parser points behind an element's "<".
-  const bool element = node.type() == pugi::node_element && offset > 0;
-  return placeOfOffset(static_cast<std::size_t>(offset) - (element ? 1 : 0));
+  // The parser points behind what opens the node.
+  std::size_t opening = 0;
+  if (node.type() == pugi::node_element) opening = std::strlen("<");
+  if (node.type() == pugi::node_cdata) opening = std::strlen("<![CDATA[");
+  return placeOfOffset(static_cast<std::size_t>(offset) - std::min(opening, static_cast<std::size_t>(offset)));
 }
 
 std::optional<std::string> XMLReader::text(pugi::xml_node element, std::string* problem) const {

@@ -31,9 +31,12 @@ void EPGItemStore::setItem(const std::string& uniqueID, std::shared_ptr<EPGItem>
 }
 
 void EPGItemStore::removeItem(const std::string& uniqueID) {
+  EPGItemStoreEntry removed;  // Given up after the lock, should it be the last hold on it.
   const std::lock_guard<std::mutex> lock(mutex_);
   const auto entry = entries_.find(uniqueID);
-  if (entry != entries_.end() && entry->second.item) entries_.erase(entry);
+  if (entry == entries_.end() || !entry->second.item) return;
+  std::swap(entry->second, removed);
+  entries_.erase(entry);
 }
 
 std::size_t EPGItemStore::size() const {
