@@ -4,7 +4,7 @@ add_library(EPGCocoa INTERFACE)
 
 if(APPLE)
   target_link_libraries(EPGCocoa INTERFACE "-framework Cocoa")
-  target_compile_options(EPGCocoa INTERFACE -fno-objc-arc)
+  target_compile_options(EPGCocoa INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fno-objc-arc>)
 else()
   execute_process(COMMAND "${EPG_GNUSTEP_CONFIG}" --objc-flags
     OUTPUT_VARIABLE epg_gnustep_flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
@@ -20,7 +20,7 @@ else()
   set(epg_gnustep_folders ${epg_gnustep_flags})
   list(FILTER epg_gnustep_folders INCLUDE REGEX "^-I/")
   list(TRANSFORM epg_gnustep_folders REPLACE "^-I" "")
-  target_compile_options(EPGCocoa INTERFACE ${epg_gnustep_options})
+  target_compile_options(EPGCocoa INTERFACE "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${epg_gnustep_options}>")
   # GNUstep's headers do not stand up to this project's warnings.
   target_include_directories(EPGCocoa SYSTEM INTERFACE ${epg_gnustep_folders})
   target_link_options(EPGCocoa INTERFACE -shared-libgcc -rdynamic)
@@ -31,6 +31,7 @@ else()
     # The runtime is GCC's, and so are its headers, which may stand behind clang's own only.
     execute_process(COMMAND gcc -print-file-name=include
       OUTPUT_VARIABLE epg_objc_headers OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-    target_compile_options(EPGCocoa INTERFACE -fobjc-runtime=gcc "SHELL:-idirafter ${epg_objc_headers}")
+    target_compile_options(EPGCocoa INTERFACE
+      "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fobjc-runtime=gcc;SHELL:-idirafter ${epg_objc_headers}>")
   endif()
 endif()

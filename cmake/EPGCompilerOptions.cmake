@@ -30,7 +30,7 @@ if(EPG_SANITIZE)
     # Not part of "undefined", yet the mistake that time arithmetic invites.
     string(APPEND epg_sanitizers ",float-cast-overflow")
   endif()
-  add_compile_options(-fsanitize=${epg_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  add_compile_options(-fsanitize=${epg_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=${epg_sanitizers})
 endif()
 

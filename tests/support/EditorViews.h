@@ -62,7 +62,7 @@ class EditorViews : public Bundle {
   /// Resources that were asked for ("Tags.plist") and interface files that were loaded.
   mutable std::vector<std::string> resourcesAsked;
   std::vector<std::string> interfacesLoaded;
-  const EPGDorvaSelinViewController* owner = nullptr;
+  EPGDorvaSelinViewController* owner = nullptr;
 
   std::optional<std::string> pathForResource(const std::string& name, const std::string& type) const override;
   EditorOutlets loadInterface(const std::string& nibName, EPGDorvaSelinViewController& interfaceOwner) override;

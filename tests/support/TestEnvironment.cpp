@@ -6,7 +6,7 @@ namespace epg::test {
 
 void TestEnvironment::before(Call call, const std::string& part, Action action) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  rules_.push_back({call, part, std::move(action)});
+  rules_.push_back({call, part, std::make_shared<Action>(std::move(action))});
 }
 
 void TestEnvironment::holdBefore(Call call, const std::string& part, const Gate& gate) {
@@ -76,14 +76,14 @@ void TestEnvironment::waitForThreads() const {
 }
 
 int TestEnvironment::run(Call call, const std::string& path) {
-  Action action;
+  std::shared_ptr<Action> action;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     for (const Rule& rule : rules_) {
       if (rule.call == call && path.find(rule.part) != std::string::npos) action = rule.action;
     }
   }
-  return action ? action() : 0;
+  return action ? (*action)() : 0;
 }
 
 int TestEnvironment::run(Call call, int descriptor) {

@@ -94,7 +94,7 @@ class TestEnvironment : public Environment {
   struct Rule {
     Call call;
     std::string part;
-    Action action;
+    std::shared_ptr<Action> action;  ///< Shared, so that what it remembers stays from call to call.
   };
 
   int run(Call call, const std::string& path);

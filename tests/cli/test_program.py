@@ -1,0 +1,309 @@
+#!/usr/bin/env python3
+"""The program among others: pipes, locks, permissions, signals, where it finds its files."""
+
+import datetime
+import fcntl
+import os
+import pathlib
+import plistlib
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import unittest
+
+import dorvaselin
+
+NOBODY = 65534
+
+
+class Pipes(dorvaselin.CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.run_well("import", dorvaselin.SAMPLES / "guide.xml")
+
+    def shell(self, line):
+        environment = self.environment(D=str(dorvaselin.program()), DATA=str(self.data))
+        return subprocess.run(
+            ["bash", "-c", f"set -o pipefail; d() {{ \"$D\" --data-folder \"$DATA\" \"$@\"; }}; {line}"],
+            capture_output=True,
+            env=environment,
+            timeout=120,
+            check=False,
+        )
+
+    def test_a_listing_becomes_the_selection_of_an_edit(self):
+        before = self.store()
+        result = self.shell("d list | grep News | cut -f1 | d edit - --tag Repeat")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        edited = 0
+        for key, item in self.store().items():
+            tags = before[key].get("tags", [])
+            if "News" in item["title"] and "Repeat" not in tags:
+                self.assertEqual(item["tags"], [*tags, "Repeat"])
+                edited += 1
+            else:
+                self.assertEqual(item.get("tags", []), tags)
+        self.assertGreater(edited, 2)
+
+    def test_a_selection_of_nothing_is_refused(self):
+        before = self.store_path.read_bytes()
+        result = self.shell("(d list | grep 'no such title' || true) | cut -f1 | d edit - --tag Live")
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr.decode(), "standard input: no EPG unique ID\n")
+        self.assertEqual(self.store_path.read_bytes(), before)
+
+    def test_a_reader_that_leaves_early_does_not_kill_the_program(self):
+        read, write = os.pipe()
+        os.close(read)
+        result = self.run_command("list", stdout=write)
+        os.close(write)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr.decode(), "standard output: cannot be written\n")
+
+    def test_a_change_is_saved_although_nobody_reads_what_the_program_says(self):
+        read, write = os.pipe()
+        os.close(read)
+        result = self.run_command("edit", "new", "--title", "T", stdout=write)
+        os.close(write)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(self.store()["new"]["title"], "T")
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "no device that is always full")
+    def test_a_listing_that_cannot_be_written_is_a_failure(self):
+        with open("/dev/full", "wb") as full:
+            self.assertEqual(self.run_command("list", stdout=full).returncode, 1)
+
+    def test_standard_input_that_is_not_utf8_is_refused(self):
+        before = self.store_path.read_bytes()
+        result = self.run_command("edit", "-", "--title", "T", text=b"E1\n\xff\n")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"standard input: line 2: not UTF-8", result.stderr)
+        self.assertEqual(self.store_path.read_bytes(), before)
+
+    def test_arguments_that_are_not_utf8_are_wrong_usage(self):
+        for arguments in ((b"edit", b"\xff"), (b"import", b"caf\xe9.xml"), (b"list\xff",)):
+            self.assertEqual(self.run_command(*arguments).returncode, 2)
+
+    def test_statuses_are_0_1_and_2(self):
+        self.assertEqual(self.run_command("list").returncode, 0)
+        self.assertEqual(self.run_command("import", "none.xml").returncode, 1)
+        self.assertEqual(self.run_command("import").returncode, 2)
+        self.assertEqual(self.run_command("--help").returncode, 0)
+        self.assertEqual(subprocess.run([dorvaselin.program()], capture_output=True, check=False).returncode, 2)
+
+
+class Store(dorvaselin.CommandLineTest):
+    def test_values_of_every_type_survive_an_edit(self):
+        odd = {
+            "uniqueID": 7,
+            "title": "One",
+            "integer": -(2**63),
+            "large": 2**64 - 1,
+            "real": 0.1,
+            "true": True,
+            "date": datetime.datetime(1969, 7, 20, 20, 17, 40),
+            "data": bytes(range(256)),
+            "nested": {"list": [1, [2, {"three": "3"}], "", " "], "é": "\t\n"},
+        }
+        for form in (plistlib.FMT_XML, plistlib.FMT_BINARY):
+            self.write_store({"E1": odd, "E2": {"title": "Two"}, "no item": ["a", "list"]}, form)
+            self.run_well("edit", "E1", "--tag", "Live")
+            expected = dict(odd, uniqueID="E1", description="", imageURL="", tags=["Live"])
+            self.assertEqual(self.store(), {"E1": expected, "E2": {"title": "Two"}, "no item": ["a", "list"]})
+
+    def test_two_saves_of_the_same_store_are_the_same_bytes(self):
+        self.run_well("import", dorvaselin.SAMPLES / "guide.xml")
+        before = self.store_path.read_bytes()
+        self.run_well("edit", "E1", "--title", "x")
+        self.run_well("remove", "E1")
+        self.assertEqual(self.store_path.read_bytes(), before)
+
+    def test_a_store_that_is_no_property_list_stays_as_it_is(self):
+        for content in (b"", b"\0" * 100, b"<plist>", b"bplist00" + b"\xff" * 40, b"{ E1 = {}; }"):
+            self.data.mkdir(exist_ok=True)
+            self.store_path.write_bytes(content)
+            for arguments in (
+                ("list",),
+                ("import", dorvaselin.SAMPLES / "guide.xml"),
+                ("edit", "E1", "--title", "x"),
+                ("remove", "E1"),
+            ):
+                result = self.run_command(*arguments)
+                self.assertEqual(result.returncode, 1)
+                self.assertIn(str(self.store_path).encode(), result.stderr)
+            self.assertEqual(self.store_path.read_bytes(), content)
+            self.assertEqual([path.name for path in self.data.iterdir()], ["EPGItems.plist"])
+
+    def test_a_save_that_the_system_refuses_is_reported_and_leaves_nothing(self):
+        self.write_store({"E1": {"title": "One"}})
+        before = self.store_path.read_bytes()
+        result = self.run_command(
+            "import",
+            dorvaselin.SAMPLES / "guide.xml",
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096)),
+        )
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(f"{self.store_path}: not saved: File too large".encode(), result.stderr)
+        self.assertEqual(self.store_path.read_bytes(), before)
+        self.assertEqual([path.name for path in self.data.iterdir()], ["EPGItems.plist"])
+
+
+class Locks(dorvaselin.CommandLineTest):
+    def test_changes_that_are_made_at_once_are_all_kept(self):
+        count = 16
+        running = [
+            subprocess.Popen(
+                self.command("edit", f"E{i}", "--title", f"Title {i}"),
+                stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL,
+                env=self.environment(),
+            )
+            for i in range(count)
+        ]
+        self.assertEqual([process.wait(120) for process in running], [0] * count)
+        self.assertEqual(
+            {key: item["title"] for key, item in self.store().items()}, {f"E{i}": f"Title {i}" for i in range(count)}
+        )
+        self.assertEqual([path.name for path in self.data.iterdir()], ["EPGItems.plist"])
+
+    def test_who_changes_waits_for_who_changes_and_says_so(self):
+        self.write_store({"E1": {"title": "One"}})
+        folder = os.open(self.data, os.O_RDONLY)
+        self.addCleanup(os.close, folder)
+        fcntl.flock(folder, fcntl.LOCK_EX)
+        with subprocess.Popen(
+            self.command("edit", "E1", "--title", "Two"),
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            env=self.environment(),
+        ) as waiting:
+            self.assertIn(b"Waiting", waiting.stderr.readline())
+            # Meanwhile reading goes on, and the one who has the lock may change what the other one has not read yet.
+            self.assertEqual(self.run_well("list"), ["E1\tOne"])
+            self.write_store({"E1": {"title": "One"}, "E2": {"title": "Meanwhile"}})
+            fcntl.flock(folder, fcntl.LOCK_UN)
+            self.assertEqual(waiting.wait(120), 0)
+        self.assertEqual({key: item["title"] for key, item in self.store().items()}, {"E1": "Two", "E2": "Meanwhile"})
+
+    def test_a_killed_program_leaves_no_lock(self):
+        self.write_store({"E1": {"title": "One"}})
+        folder = os.open(self.data, os.O_RDONLY)
+        self.addCleanup(os.close, folder)
+        fcntl.flock(folder, fcntl.LOCK_EX)
+        with subprocess.Popen(
+            self.command("remove", "E1"), stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=self.environment()
+        ) as waiting:
+            waiting.stderr.readline()
+            waiting.send_signal(signal.SIGKILL)
+            waiting.wait(120)
+        fcntl.flock(folder, fcntl.LOCK_UN)
+        self.run_well("edit", "E1", "--title", "Two")
+
+
+@unittest.skipUnless(os.geteuid() == 0, "only the superuser can become somebody else")
+class Permissions(dorvaselin.CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.write_store({"E1": {"title": "One"}})
+        os.chmod(self.folder, 0o755)
+        try:
+            self.run_as_nobody("--help")
+        except PermissionError:
+            self.skipTest("the program lies where only the superuser can run it")
+
+    def run_as_nobody(self, *arguments):
+        return self.run_command(*arguments, user=NOBODY, group=NOBODY, extra_groups=[])
+
+    def test_a_folder_that_may_not_be_written_keeps_its_store(self):
+        before = self.store_path.read_bytes()
+        result = self.run_as_nobody("edit", "E1", "--title", "Two")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(f"{self.store_path}: not saved: Permission denied".encode(), result.stderr)
+        self.assertEqual(self.store_path.read_bytes(), before)
+        self.assertEqual([path.name for path in self.data.iterdir()], ["EPGItems.plist"])
+
+    def test_a_store_that_may_not_be_read_is_not_taken_for_an_empty_one(self):
+        os.chmod(self.store_path, 0o600)
+        os.chmod(self.data, 0o777)
+        before = self.store_path.read_bytes()
+        for arguments in (("list",), ("edit", "E1", "--title", "Two")):
+            result = self.run_as_nobody(*arguments)
+            self.assertEqual(result.returncode, 1)
+            self.assertEqual(result.stderr.decode(), f"{self.store_path}: Permission denied\n")
+        self.assertEqual(self.store_path.read_bytes(), before)
+
+    def test_reading_needs_no_permission_to_write(self):
+        result = self.run_as_nobody("list")
+        self.assertEqual((result.returncode, result.stdout), (0, b"E1\tOne\n"))
+
+    def test_an_export_folder_that_may_not_be_written_is_named(self):
+        folder = self.configure_export()
+        events = self.write("events.plist", plistlib.dumps([{"eventEPGUniqueID": "E1"}]))
+        result = self.run_as_nobody("export", events)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"EPG XML File Write Error", result.stderr)
+        self.assertIn(f"{folder}/".encode(), result.stderr)
+        self.assertIn(b"Permission denied", result.stderr)
+        self.assertEqual(list(folder.iterdir()), [])
+
+
+class Places(dorvaselin.CommandLineTest):
+    def catalogue(self, folder, tag):
+        folder.mkdir(parents=True)
+        (folder / "Tags.plist").write_bytes(plistlib.dumps({"tags": [tag]}))
+        return folder
+
+    def tags_shown(self, command, **changes):
+        result = subprocess.run(
+            [command, "--data-folder", self.data, "show", "E1"],
+            capture_output=True,
+            env=self.environment(**changes),
+            timeout=120,
+            check=False,
+        )
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return [line[4:] for line in result.stdout.decode().splitlines() if line.startswith("[")]
+
+    def test_the_built_program_finds_the_resources_of_its_source(self):
+        expected = plistlib.loads((dorvaselin.ROOT / "resources" / "Tags.plist").read_bytes())["tags"]
+        self.assertEqual(self.tags_shown(dorvaselin.program()), expected)
+
+    def test_an_installed_program_finds_the_resources_that_were_installed_with_it(self):
+        (self.folder / "prefix" / "bin").mkdir(parents=True)
+        installed = shutil.copy(dorvaselin.program(), self.folder / "prefix" / "bin")
+        self.catalogue(self.folder / "prefix" / "share" / "EPGDorvaSelin", "Installed")
+        self.assertEqual(self.tags_shown(installed), ["Installed"])
+
+    def test_the_environment_names_other_resources(self):
+        folder = self.catalogue(self.folder / "resources", "Named")
+        self.assertEqual(self.tags_shown(dorvaselin.program(), DORVASELIN_RESOURCES=str(folder)), ["Named"])
+
+    @unittest.skipUnless(sys.platform.startswith("linux"), "another platform has another folder")
+    def test_data_lie_where_the_platform_keeps_them(self):
+        for changes, folder in (
+            ({}, self.folder / "home/.local/share/EPGDorvaSelin"),
+            ({"XDG_DATA_HOME": str(self.folder / "xdg")}, self.folder / "xdg/EPGDorvaSelin"),
+        ):
+            environment = self.environment(**changes)
+            for arguments in (["list"], ["edit", "E1", "--title", "One"], ["list"]):
+                result = subprocess.run(
+                    [dorvaselin.program(), *arguments], capture_output=True, env=environment, timeout=120, check=False
+                )
+                self.assertEqual(result.returncode, 0, result.stderr)
+            self.assertEqual(result.stdout, b"E1\tOne\n")
+            self.assertEqual([path.name for path in folder.iterdir()], ["EPGItems.plist"])
+
+    def test_an_export_without_configurations_goes_to_the_desktop(self):
+        self.write_store({})
+        desktop = self.folder / "home/Desktop"
+        desktop.mkdir(parents=True)
+        events = self.write("events.plist", plistlib.dumps([]))
+        path = pathlib.Path(self.run_well("export", events)[-1])
+        self.assertEqual(path.parent, desktop)
+        self.assertTrue(path.is_file())
+
+
+if __name__ == "__main__":
+    dorvaselin.main()

@@ -1,0 +1,294 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/Dictionary.h"
+#include "tests/support/Editor.h"
+
+namespace epg::test {
+namespace {
+
+class ApplyChanges : public ::testing::Test {
+ protected:
+  Editor editor{{"x"}};
+};
+
+TEST_F(ApplyChanges, WithoutItemsChangesNothing) {
+  editor.show({});
+  editor.views.title.type("T");
+  editor->applyChanges();
+  EXPECT_EQ(editor->items()->size(), 0u);
+  EXPECT_EQ(editor.views.title.stringValue(), "T");
+}
+
+TEST_F(ApplyChanges, BeforeAnyItemsWereGivenChangesNothing) {
+  editor->applyChanges();
+  EXPECT_EQ(editor->items(), nullptr);
+}
+
+TEST_F(ApplyChanges, CreatesTheEntryOfAnItemThatHasNone) {
+  const Item item = itemWith({});
+  editor.show({item});
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*item, "title"), "");
+  EXPECT_EQ(textOf(*item, "description"), "");
+  EXPECT_EQ(textOf(*item, "imageURL"), "");
+}
+
+TEST_F(ApplyChanges, WritesTheCommonValueBackIntoEveryItem) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("A");
+  editor.show({a, b});
+  const EPGItem::Values before = a->values();
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "A");
+  EXPECT_EQ(textOf(*b, "title"), "A");
+  EXPECT_NE(a->values(), before) << "an equal value is stored too";
+}
+
+TEST_F(ApplyChanges, WritesTypedTextIntoEveryItem) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("A");
+  editor.show({a, b});
+  editor.views.title.type("Z");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "Z");
+  EXPECT_EQ(textOf(*b, "title"), "Z");
+}
+
+TEST_F(ApplyChanges, ClearsACommonValueEverywhere) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("A");
+  editor.show({a, b});
+  editor.views.title.type("");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "");
+  EXPECT_EQ(textOf(*b, "title"), "");
+}
+
+TEST_F(ApplyChanges, LeavesDifferentValuesWhereTheMixedFieldIsEmpty) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("B");
+  editor.show({a, b});
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "A");
+  EXPECT_EQ(textOf(*b, "title"), "B");
+}
+
+TEST_F(ApplyChanges, ReplacesDifferentValuesByTheTextOfTheMixedField) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("B");
+  editor.show({a, b});
+  editor.views.title.type("Z");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "Z");
+  EXPECT_EQ(textOf(*b, "title"), "Z");
+}
+
+TEST_F(ApplyChanges, CannotClearDifferentValuesInOneStep) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("B");
+  editor.show({a, b});
+  editor.views.title.type("typed");
+  editor.views.title.type("");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "A");
+  EXPECT_EQ(textOf(*b, "title"), "B");
+}
+
+TEST_F(ApplyChanges, ClearsDifferentValuesInTwoSteps) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("B");
+  editor.show({a, b});
+  editor.views.title.type("same");
+  editor->applyChanges();
+  editor->setItems(editor->items());
+  editor.views.title.type("");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "");
+  EXPECT_EQ(textOf(*b, "title"), "");
+}
+
+TEST_F(ApplyChanges, LeavesAnAbsentEntryAbsentWhereTheMixedFieldIsEmpty) {
+  const Item a = itemTitled("A");
+  const Item b = itemWith({});
+  editor.show({a, b});
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "A");
+  EXPECT_EQ(valueOf(*b, "title"), std::nullopt);
+}
+
+TEST_F(ApplyChanges, CreatesAnAbsentEntryWithTheTextOfTheMixedField) {
+  const Item a = itemTitled("A");
+  const Item b = itemWith({});
+  editor.show({a, b});
+  editor.views.title.type("Z");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*b, "title"), "Z");
+}
+
+TEST_F(ApplyChanges, FillsAFirstItemWithoutAnImageURLFromTheOneBehindIt) {
+  const Item first = itemWith({});
+  const Item second = itemWith({{"imageURL", "X"}});
+  editor.show({first, second});
+  EXPECT_EQ(editor.views.imageURL.stringValue(), "X");
+  EXPECT_EQ(editor.views.imageURL.placeholderString(), std::nullopt);
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*first, "imageURL"), "X");
+  EXPECT_EQ(textOf(*second, "imageURL"), "X");
+}
+
+TEST_F(ApplyChanges, LeavesALaterItemWithoutAnImageURLWithoutOne) {
+  const Item first = itemWith({{"imageURL", "X"}});
+  const Item second = itemWith({});
+  editor.show({first, second});
+  EXPECT_EQ(editor.views.imageURL.placeholderString(), "<Multiple Values>");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*first, "imageURL"), "X");
+  EXPECT_EQ(valueOf(*second, "imageURL"), std::nullopt);
+}
+
+TEST_F(ApplyChanges, StoresTheTextExactlyAsTyped) {
+  for (const std::string& text :
+       {std::string("  leading and trailing \t"), std::string("line\nbreak"), std::string("no address at all"),
+        std::string("<Multiple Values>"), std::string("&amp; ' \" <"), std::string("a\0b", 3),
+        std::string("\xF0\x9F\x8E\xAC Caf\xC3\xA9"), std::string("\x01\x7F"), std::string(100000, 'x')}) {
+    const Item item = itemTitled("A");
+    editor.show({item});
+    editor.views.title.type(text);
+    editor.views.description.type(text);
+    editor.views.imageURL.type(text);
+    editor->applyChanges();
+    EXPECT_EQ(textOf(*item, "title"), text);
+    EXPECT_EQ(textOf(*item, "description"), text);
+    EXPECT_EQ(textOf(*item, "imageURL"), text);
+  }
+}
+
+TEST_F(ApplyChanges, WritesEachFieldIntoItsOwnEntry) {
+  const Item item = itemWith({});
+  editor.show({item});
+  editor.views.title.type("T");
+  editor.views.description.type("D");
+  editor.views.imageURL.type("I");
+  editor->applyChanges();
+  EXPECT_EQ(*item->values(), dictionaryOf({{"title", "T"}, {"description", "D"}, {"imageURL", "I"}}));
+}
+
+TEST_F(ApplyChanges, DecidesForEachFieldOnItsOwn) {
+  const Item a = itemWith({{"title", "A"}, {"description", "same"}});
+  const Item b = itemWith({{"title", "B"}, {"description", "same"}});
+  editor.show({a, b});
+  editor.views.imageURL.type("I");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "A");
+  EXPECT_EQ(textOf(*b, "title"), "B");
+  EXPECT_EQ(textOf(*a, "description"), "same");
+  EXPECT_EQ(textOf(*b, "imageURL"), "I");
+}
+
+TEST_F(ApplyChanges, KeepsEveryOtherEntry) {
+  const Item item = itemWith({{"uniqueID", "QM-1"},
+                              {"tags", listOfNames({"x"})},
+                              {"rating", PropertyList::fromInteger(12)},
+                              {"", "nameless"}});
+  editor.show({item});
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*item, "uniqueID"), "QM-1");
+  EXPECT_EQ(valueOf(*item, "tags"), listOfNames({"x"}));
+  EXPECT_EQ(valueOf(*item, "rating"), PropertyList::fromInteger(12));
+  EXPECT_EQ(textOf(*item, ""), "nameless");
+  EXPECT_EQ(item->values()->size(), 7u);
+}
+
+TEST_F(ApplyChanges, ReplacesAValueOfAnotherTypeByTheShownText) {
+  const Item item = itemWith({{"title", PropertyList::fromInteger(3)}});
+  editor.show({item});
+  editor->applyChanges();
+  EXPECT_EQ(valueOf(*item, "title"), PropertyList(""));
+}
+
+TEST_F(ApplyChanges, LeavesAValueOfAnotherTypeWhereTheMixedFieldIsEmpty) {
+  const Item a = itemTitled("A");
+  const Item b = itemWith({{"title", PropertyList::fromInteger(3)}});
+  editor.show({a, b});
+  editor->applyChanges();
+  EXPECT_EQ(valueOf(*b, "title"), PropertyList::fromInteger(3));
+}
+
+TEST_F(ApplyChanges, LeavesTheFieldsAndTheirPlaceholdersAsTheyWere) {
+  editor.show({itemTitled("A"), itemTitled("B")});
+  editor.views.title.type("Z");
+  editor.views.description.type("D");
+  editor.views.journal.clear();
+  editor->applyChanges();
+  EXPECT_EQ(editor.views.journal, Journal());
+  EXPECT_EQ(editor.views.title.stringValue(), "Z");
+  EXPECT_EQ(editor.views.title.placeholderString(), "<Multiple Values>");
+  EXPECT_EQ(editor.views.description.placeholderString(), std::nullopt);
+}
+
+TEST_F(ApplyChanges, TakesAMixedFieldForMixedUntilItIsRefreshed) {
+  const Item a = itemTitled("A");
+  const Item b = itemTitled("B");
+  editor.show({a, b});
+  editor.views.title.type("Z");
+  editor->applyChanges();
+  editor.views.title.type("");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*a, "title"), "Z") << "an empty mixed field leaves values alone, also after it was applied";
+  EXPECT_EQ(textOf(*b, "title"), "Z");
+}
+
+TEST_F(ApplyChanges, GoesByThePlaceholderAloneWhoeverSetIt) {
+  const Item item = itemTitled("A");
+  editor.show({item});
+  editor.views.title.type("");
+  editor.views.title.setPlaceholderString("hint");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*item, "title"), "A");
+  editor.views.title.setPlaceholderString("");
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*item, "title"), "A") << "an empty placeholder is one, too";
+  editor.views.title.setPlaceholderString(std::nullopt);
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*item, "title"), "");
+}
+
+TEST_F(ApplyChanges, NeverCallsTheDelegate) {
+  // Anything that is looked at through this pointer ends the test.
+  editor->setDelegate(&editor);
+  editor.show({itemTitled("A")});
+  editor->applyChanges();
+  EXPECT_EQ(editor->delegate(), &editor);
+}
+
+TEST_F(ApplyChanges, ChangesNoTag) {
+  const Item item = itemWithTags({"x", "y"});
+  const PropertyList before = *valueOf(*item, ZRLEPGDSTagsKey);
+  editor.show({item});
+  editor->applyChanges();
+  EXPECT_EQ(valueOf(*item, ZRLEPGDSTagsKey)->asArray(), before.asArray());
+}
+
+TEST_F(ApplyChanges, ReachesAnItemThatWasAppendedSinceTheRefresh) {
+  editor.show({itemTitled("A")});
+  const Item late = itemTitled("B");
+  editor->items()->append(late);
+  editor->applyChanges();
+  EXPECT_EQ(textOf(*late, "title"), "A");
+}
+
+TEST_F(ApplyChanges, ChangesAllEntriesOfAnItemAtOneMoment) {
+  const Item item = itemWith({{"title", "A"}, {"description", "A"}, {"imageURL", "A"}});
+  editor.show({item});
+  const std::size_t before = EPGItem::changeCount();
+  editor.views.title.type("B");
+  editor.views.description.type("B");
+  editor.views.imageURL.type("B");
+  editor->applyChanges();
+  EXPECT_EQ(EPGItem::changeCount(), before + 1);
+}
+
+}  // namespace
+}  // namespace epg::test

@@ -1,0 +1,151 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/host/CommandTest.h"
+
+namespace epg::test {
+
+namespace {
+
+using testing::HasSubstr;
+
+class CommandLine : public CommandTest {
+ protected:
+  /// The IDs that `show` was understood to be given: each of them is unknown and told.
+  std::vector<std::string> understoodIDs(const std::vector<std::string>& ids) {
+    std::vector<std::string> arguments = {"show"};
+    arguments.insert(arguments.end(), ids.begin(), ids.end());
+    std::vector<std::string> understood;
+    for (const std::string& line : linesOf(runWell(arguments).messages)) {
+      understood.push_back(line.substr(0, line.find(": no such entry")));
+    }
+    return understood;
+  }
+};
+
+const std::vector<std::string> commands = {"import",    "export", "configurations", "list", "remove",
+                                           "duplicate", "check",  "show",           "edit"};
+
+}  // namespace
+
+TEST_F(CommandLine, HasHelpEverywhere) {
+  const CommandResult all = runWell({"--help"});
+  for (const std::string& command : commands) {
+    EXPECT_THAT(all.output, HasSubstr("\n  " + command + " ")) << command;
+    for (const char* help : {"--help", "-h"}) {
+      const CommandResult own = runWell({command, help});
+      EXPECT_THAT(own.output, HasSubstr("Usage: dorvaselin " + command)) << command;
+      EXPECT_EQ(own.messages, "");
+    }
+  }
+  EXPECT_FALSE(exists(dataFolder()));
+}
+
+TEST_F(CommandLine, EndsWithTwoWhereItIsWrong) {
+  const std::vector<std::string> wrong[] = {{},
+                                            {"lst"},
+                                            {"List"},
+                                            {"--data-folder"},
+                                            {"--data-folder", "", "list"},
+                                            {"--no-such-option", "list"},
+                                            {"list", "superfluous"},
+                                            {"list", "--replace"},
+                                            {"import"},
+                                            {"import", "a", "b"},
+                                            {"export"},
+                                            {"export", "a", "--configuration"},
+                                            {"remove"},
+                                            {"duplicate", "A"},
+                                            {"duplicate", "A", "B", "C"},
+                                            {"check"},
+                                            {"show"},
+                                            {"edit", "--title", "T"},
+                                            {"edit", "A", "--title"},
+                                            {"edit", "A", "--title", "T", "--title", "U"},
+                                            {"show", "-", "-"}};
+  for (const std::vector<std::string>& arguments : wrong) {
+    const CommandResult result = run(arguments);
+    EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);
+    EXPECT_NE(result.messages, "") << testing::PrintToString(arguments);
+    EXPECT_EQ(result.output, "") << testing::PrintToString(arguments);
+  }
+  EXPECT_FALSE(exists(dataFolder()));
+}
+
+TEST_F(CommandLine, NamesACommandThatThereIsNot) {
+  EXPECT_EQ(run({"lst", "x"}).messages, "there is no command \"lst\"; --help lists them\n");
+  EXPECT_EQ(run({"--", "[x]"}).messages, "there is no command \"[x]\"; --help lists them\n");
+}
+
+TEST_F(CommandLine, RefusesArgumentsThatAreNotUTF8) {
+  for (const char* argument : {"\xFF", "caf\xE9", "\xED\xA0\x80", "\xC0\xAF"}) {
+    const CommandResult result = run({"edit", "A", "--title", argument});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.messages, HasSubstr("is not UTF-8"));
+  }
+  EXPECT_THAT(run({"edit", "caf\xE9"}).messages, HasSubstr("caf\\xE9"));
+}
+
+TEST_F(CommandLine, DoesNotLetAnArgumentSteerTheTerminal) {
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"\x1B[2J"}, {"list", "\x1B[2J"}, {"list", "--\x1B[2J"}, {"import", "\x1B[2J"}}) {
+    EXPECT_THAT(run(arguments).messages, AllOf(HasSubstr("\\x1B[2J"), Not(HasSubstr("\x1B"))));
+  }
+}
+
+TEST_F(CommandLine, TakesEveryIDAsItIs) {
+  const std::vector<std::string> ids = {"[a,b]", "[]", "{}",  "++",       "%%", "list", "edit",
+                                        "a b",   "=",  "a=b", "\xC3\xA9", "5",  "-5"};
+  EXPECT_EQ(understoodIDs(ids), ids);
+  for (const std::string& id : ids) EXPECT_EQ(understoodIDs({id}), std::vector<std::string>{id});
+}
+
+TEST_F(CommandLine, TakesIDsThatLookLikeOptionsBehindTwoDashes) {
+  EXPECT_EQ(understoodIDs({"A", "--", "--title", "-x", "--tag="}),
+            (std::vector<std::string>{"A", "--title", "-x", "--tag="}));
+}
+
+TEST_F(CommandLine, TakesEveryTextAsItIs) {
+  for (const char* title :
+       {"[a,b]", "{}", "%%", "++", "--tag", "--", "-", "-x", "list", "", "a=b", "=", "\"quoted\"", "$HOME"}) {
+    EXPECT_EQ(linesOf(runWell({"edit", "A", "--title", title, "--dry-run"}).output)[1],
+              std::string("Title:") + (*title == '\0' ? "" : " ") + title);
+    EXPECT_EQ(linesOf(runWell({"edit", "A", "--title=" + std::string(title), "--dry-run"}).output)[1],
+              std::string("Title:") + (*title == '\0' ? "" : " ") + title);
+  }
+}
+
+TEST_F(CommandLine, DoesNotTakeWhatFollowsAnEmptyTextForIt) {
+  const std::vector<std::string> lines =
+      linesOf(runWell({"edit", "A", "--title=", "--tag", "Live", "--dry-run"}).output);
+  EXPECT_EQ(lines[1], "Title:");
+  EXPECT_EQ(lines[4], "[x] Live");
+}
+
+TEST_F(CommandLine, TakesOneNameForEachTagOption) {
+  const std::vector<std::string> lines =
+      linesOf(runWell({"edit", "--tag", "Live", "A", "--tag", "News", "B", "--dry-run"}).output);
+  EXPECT_EQ(lines[0], "Would be a new entry: A");
+  EXPECT_EQ(lines[1], "Would be a new entry: B");
+}
+
+TEST_F(CommandLine, TakesTheDataFolderBeforeAndBehindTheCommand) {
+  writeStore(storeOf({item("E1", {{"title", "One"}})}));
+  EXPECT_EQ(runWell({"--data-folder", dataFolder(), "list"}).output, "E1\tOne\n");
+  EXPECT_EQ(runWell({"list", "--data-folder", dataFolder()}).output, "E1\tOne\n");
+  EXPECT_EQ(runWell({"--data-folder=" + dataFolder() + "/", "list"}).output, "E1\tOne\n");
+}
+
+TEST_F(CommandLine, RefusesADataFolderThatIsAFile) {
+  const std::string path = write("file", "x");
+  const std::vector<std::string> all[] = {{"list"}, {"configurations"}, {"edit", "A"}, {"remove", "A"}, {"show", "A"}};
+  for (std::vector<std::string> arguments : all) {
+    arguments.insert(arguments.begin(), {"--data-folder", path});
+    const CommandResult result = run(arguments);
+    EXPECT_EQ(result.status, 1) << arguments[2];
+    EXPECT_THAT(result.messages, HasSubstr("Not a directory")) << arguments[2];
+  }
+  EXPECT_EQ(contentOf(path), "x");
+}
+
+}  // namespace epg::test

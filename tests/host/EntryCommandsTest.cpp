@@ -1,0 +1,172 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "tests/host/CommandTest.h"
+
+namespace epg::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// list, configurations, remove and duplicate.
+class EntryCommands : public CommandTest {
+ protected:
+  EntryCommands() {
+    writeStore(storeOf(
+        {item("E2", {{"title", "Two"}}), item("E1", {{"title", "One"}, {"tags", names({"Live"})}}), item("E3", {})}));
+  }
+};
+
+}  // namespace
+
+TEST_F(EntryCommands, ListIDsAndTitlesByID) { EXPECT_EQ(runWell({"list"}).output, "E1\tOne\nE2\tTwo\nE3\t\n"); }
+
+TEST_F(EntryCommands, ListNothingOfAFolderThatIsNotThere) {
+  EXPECT_EQ(runWell({"--data-folder", file("none"), "list"}).output, "");
+  EXPECT_EQ(runWell({"--data-folder", file("none"), "configurations"}).output, "Default EPG Settings\n");
+  EXPECT_FALSE(exists(file("none")));
+}
+
+TEST_F(EntryCommands, ListKeepsToOneLineAnEntryAndLeavesTheTerminalAlone) {
+  // The binary form can hold what the XML form cannot.
+  const std::string bytes = std::string("bplist00\xD1\x01\x02\x53") + "a\x1B\n" + std::string("\xD1\x03\x04\x55") +
+                            "title" + std::string("\x65\0A\0\t\0\x9B\0\\\0\xE9", 11) +
+                            std::string("\x08\x0B\x0F\x12\x18", 5) + std::string(6, '\0') + "\x01\x01" +
+                            std::string(7, '\0') + "\x05" + std::string(8, '\0') + std::string(7, '\0') + "\x23";
+  writeFile(storePath(), bytes);
+  EXPECT_EQ(runWell({"list"}).output, "a\\x1B\\n\tA\\t\\xC2\\x9B\\\\é\n");
+}
+
+TEST_F(EntryCommands, ListsIDsThatRemoveTakesBack) {
+  const std::string odd = "a\nb\t\\ -\xE2\x80\xAE";
+  writeStore(storeOf({item(odd, {{"title", "Odd"}}), item("E1", {{"title", "One"}})}));
+  const std::string listing = runWell({"list"}).output;
+  const std::string line = linesOf(listing)[1];
+  runWell({"remove", "-"}, line.substr(0, line.find('\t')) + "\n");
+  EXPECT_EQ(store(), storeOf({item("E1", {{"title", "One"}})}));
+}
+
+TEST_F(EntryCommands, ConfigurationsNameTheFiles) {
+  configureExport("Morning");
+  configureExport("Evening");
+  writeFile(dataFolder() + "/Night.EPGCONF", "");
+  EXPECT_EQ(runWell({"configurations"}).output, "Evening\nMorning\n");
+}
+
+TEST_F(EntryCommands, RemoveEntries) {
+  EXPECT_EQ(runWell({"remove", "E1", "E3"}).output, "2 entries removed\n");
+  EXPECT_EQ(store(), storeOf({item("E2", {{"title", "Two"}})}));
+}
+
+TEST_F(EntryCommands, RemoveTellsOfUnknownIDsAndRemovesTheOthers) {
+  const CommandResult result = runWell({"remove", "E9", "E1", "E1", "E9"});
+  EXPECT_EQ(result.messages, "E9: no such entry\n");
+  EXPECT_EQ(result.output, "1 entry removed\n");
+}
+
+TEST_F(EntryCommands, RemoveFailsWhereNoneOfTheIDsHasAnEntry) {
+  const std::string before = contentOf(storePath()) + "\n";
+  writeFile(storePath(), before);
+  const CommandResult result = run({"remove", "E8", "e1"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages, "E8: no such entry\ne1: no such entry\n");
+  EXPECT_EQ(contentOf(storePath()), before);
+}
+
+TEST_F(EntryCommands, DuplicateAnEntry) {
+  EXPECT_EQ(runWell({"duplicate", "E1", "E9"}).output, "New entry: E9\n");
+  const PropertyListDictionary after = store();
+  EXPECT_EQ(after.size(), 4U);
+  // The copy goes on naming its source until it is edited.
+  EXPECT_EQ(*after.find("E9"), *after.find("E1"));
+}
+
+TEST_F(EntryCommands, DuplicateOntoAnEntryReplacesIt) {
+  EXPECT_EQ(runWell({"duplicate", "E1", "E2"}).output, "Replaced entry: E2\n");
+  EXPECT_EQ(*store().find("E2"), *store().find("E1"));
+}
+
+TEST_F(EntryCommands, DuplicateRefusesASourceWithoutEntry) {
+  const std::string before = contentOf(storePath());
+  const CommandResult result = run({"duplicate", "E9", "E1"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages, "E9: no such entry\n");
+  EXPECT_EQ(contentOf(storePath()), before);
+}
+
+TEST_F(EntryCommands, DuplicateRefusesATargetThatTheFileWouldNotGiveBack) {
+  for (const char* target : {"", "a\x1B"}) {
+    EXPECT_EQ(run({"duplicate", "E1", target}).status, 1);
+  }
+  EXPECT_THAT(run({"duplicate", "E1", "a\x1B"}).messages, HasSubstr("a\\x1B: "));
+  EXPECT_EQ(store().size(), 3U);
+}
+
+TEST_F(EntryCommands, KeepTheirHandsOffAStoreThatCannotBeRead) {
+  writeFile(storePath(), "<plist><dict><key>E1</key>");
+  const std::vector<std::string> commands[] = {{"list"},         {"configurations"},
+                                               {"remove", "E1"}, {"duplicate", "E1", "E2"},
+                                               {"show", "E1"},   {"edit", "E1", "--title", "x"}};
+  for (const std::vector<std::string>& command : commands) {
+    const CommandResult result = run(command);
+    EXPECT_EQ(result.status, 1) << command[0];
+    EXPECT_THAT(result.messages, testing::StartsWith(storePath() + ": not a property list: line 1")) << command[0];
+    EXPECT_EQ(result.output, "") << command[0];
+  }
+  EXPECT_EQ(contentOf(storePath()), "<plist><dict><key>E1</key>");
+}
+
+TEST_F(EntryCommands, DoNotTakeAStoreForEmptyThatCouldNotBeReadOnce) {
+  class FailsOnce : public ReportingEnvironment {
+   public:
+    using ReportingEnvironment::ReportingEnvironment;
+    int readFile(int descriptor, char* buffer, std::size_t capacity, std::size_t* count) override {
+      if (!std::exchange(hasFailed_, true)) return EIO;
+      return ReportingEnvironment::readFile(descriptor, buffer, capacity, count);
+    }
+
+   private:
+    bool hasFailed_ = false;
+  };
+  const std::string before = contentOf(storePath());
+  useEnvironment([](Messages& messages) { return std::make_unique<FailsOnce>(messages); });
+  const CommandResult result = run({"edit", "E9", "--title", "T"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages, storePath() + ": could not be read at the first try; nothing was done\n");
+  EXPECT_EQ(contentOf(storePath()), before);
+}
+
+TEST_F(EntryCommands, WorkOnAStoreThatHoldsNoItems) {
+  writeStore({});
+  EXPECT_EQ(runWell({"list"}).output, "");
+  PropertyListDictionary strange;
+  strange.set("E1", "no item");
+  writeStore(strange);
+  EXPECT_EQ(runWell({"list"}).output, "");
+  runWell({"edit", "E2", "--title", "T"});
+  EXPECT_EQ(store().size(), 2U);
+}
+
+TEST_F(EntryCommands, WaitForNobodyWhenTheyOnlyRead) {
+  class Locked : public ReportingEnvironment {
+   public:
+    using ReportingEnvironment::ReportingEnvironment;
+    int openFile(const std::string& path, int flags, mode_t mode, int* descriptor) override {
+      EXPECT_EQ(path.find("EPGItems.plist") == std::string::npos && path.find("Tags.plist") == std::string::npos, false)
+          << path;
+      return ReportingEnvironment::openFile(path, flags, mode, descriptor);
+    }
+  };
+  useEnvironment([](Messages& messages) { return std::make_unique<Locked>(messages); });
+  runWell({"list"});
+  runWell({"configurations"});
+  runWell({"show", "E1"});
+  runWell({"edit", "E1", "--tag", "Live", "--dry-run"});
+}
+
+}  // namespace epg::test

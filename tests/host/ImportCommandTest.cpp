@@ -1,0 +1,184 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "host/EPGUniqueID.h"
+#include "host/XMLTVGuide.h"
+#include "tests/host/CommandTest.h"
+#include "tests/host/GzipData.h"
+
+namespace epg::test {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const char* const twoProgrammes =
+    "<programme start='20261114060000' stop='20261114063000' channel='one'><title>Kids' Corner</title>"
+    "<desc>Q&amp;A</desc><category>News</category><category>Live</category><icon src='http://i/1.png'/></programme>\n"
+    "<programme start='20261114063000' stop='20261114070000' channel='one'><title>Bare</title></programme>\n";
+
+class ImportCommand : public CommandTest {
+ protected:
+  /// The ID of the guide's programme.
+  static std::string idOf(const std::string& path, std::size_t index) {
+    return epgUniqueID(parseGuide(contentOf(path), path).programmes.at(index));
+  }
+};
+
+/// A disk that is full, or fails otherwise, whenever something is written.
+class FailingDisk : public ReportingEnvironment {
+ public:
+  FailingDisk(Messages& messages, int error) : ReportingEnvironment(messages), error_(error) {}
+  int writeFile(int /*descriptor*/, const char* /*bytes*/, std::size_t /*size*/, std::size_t* /*written*/) override {
+    return error_;
+  }
+
+ private:
+  int error_;
+};
+
+}  // namespace
+
+TEST_F(ImportCommand, MakesAnEntryOfEachProgramme) {
+  const std::string guide = writeGuide(twoProgrammes);
+  const CommandResult result = runWell({"import", guide});
+  EXPECT_EQ(result.output, "2 programmes, 2 new entries, 0 kept entries\n");
+  EXPECT_EQ(result.messages, "");
+  EXPECT_EQ(store(), storeOf({item(idOf(guide, 0), {{"title", "Kids' Corner"},
+                                                    {"description", "Q&A"},
+                                                    {"imageURL", "http://i/1.png"},
+                                                    {"tags", names({"News", "Live"})}}),
+                              item(idOf(guide, 1), {{"title", "Bare"}})}));
+}
+
+TEST_F(ImportCommand, MakesTheDataFolderAndThoseAboveIt) {
+  runWell({"--data-folder", file("a/b/c"), "import", writeGuide(twoProgrammes)});
+  EXPECT_TRUE(exists(file("a/b/c/EPGItems.plist")));
+}
+
+TEST_F(ImportCommand, MakesOneEntryOfAProgrammeThatIsShownTwice) {
+  const CommandResult result =
+      runWell({"import", writeGuide("<programme start='2001' channel='one'><title>T</title></programme>"
+                                    "<programme start='2002' channel='two'><title> T </title></programme>")});
+  EXPECT_EQ(result.output, "2 programmes, 1 new entry, 0 kept entries\n");
+}
+
+TEST_F(ImportCommand, ChangesNothingTheSecondTime) {
+  const std::string guide = writeGuide(twoProgrammes);
+  runWell({"import", guide});
+  const std::string before = contentOf(storePath());
+  writeFile(storePath(), before + "\n<!-- not rewritten -->");
+  const CommandResult result = runWell({"import", guide});
+  EXPECT_EQ(result.output, "2 programmes, 0 new entries, 2 kept entries\n");
+  EXPECT_EQ(contentOf(storePath()), before + "\n<!-- not rewritten -->");
+  runWell({"import", guide, "--replace"});
+  EXPECT_EQ(contentOf(storePath()), before + "\n<!-- not rewritten -->");
+}
+
+TEST_F(ImportCommand, LeavesWhatTheOperatorEdited) {
+  const std::string guide = writeGuide(twoProgrammes);
+  runWell({"import", guide});
+  runWell({"edit", idOf(guide, 0), "--title", "Edited"});
+  const PropertyListDictionary before = store();
+  runWell({"import", guide});
+  EXPECT_EQ(store(), before);
+}
+
+TEST_F(ImportCommand, ReplacesTheMetadataWhenToldAndNothingElse) {
+  const std::string guide = writeGuide(twoProgrammes);
+  writeStore(storeOf({item(idOf(guide, 0), {{"title", "Edited"},
+                                            {"description", "Edited"},
+                                            {"tags", names({"Sport"})},
+                                            {"archiveNumber", PropertyList::fromInteger(7)}}),
+                      item(idOf(guide, 1), {{"title", "Bare"}, {"description", "Added"}, {"tags", names({"Sport"})}}),
+                      item("other", {{"title", "Not in the guide"}})}));
+  const CommandResult result = runWell({"import", "--replace", guide});
+  EXPECT_EQ(result.output, "2 programmes, 0 new entries, 0 kept entries, 2 replaced entries\n");
+  EXPECT_EQ(store(),
+            storeOf({item(idOf(guide, 0), {{"title", "Kids' Corner"},
+                                           {"description", "Q&A"},
+                                           {"imageURL", "http://i/1.png"},
+                                           {"tags", names({"News", "Live"})},
+                                           {"archiveNumber", PropertyList::fromInteger(7)}}),
+                     item(idOf(guide, 1), {{"title", "Bare"}}), item("other", {{"title", "Not in the guide"}})}));
+}
+
+TEST_F(ImportCommand, KeepsWhatIsInTheStoreBesides) {
+  PropertyListDictionary before = storeOf({item("E1", {{"title", "One"}, {"x", PropertyList::fromReal(1.5)}})});
+  before.set("no item", "a string");
+  writeStore(before);
+  runWell({"import", writeGuide(twoProgrammes)});
+  PropertyListDictionary after = store();
+  EXPECT_EQ(after.size(), 4U);
+  EXPECT_EQ(*after.find("E1"), *before.find("E1"));
+  EXPECT_EQ(*after.find("no item"), *before.find("no item"));
+}
+
+TEST_F(ImportCommand, WarnsOfWhatItSkipsAndIsDone) {
+  const CommandResult result = runWell(
+      {"import", writeGuide("<programme start='2001'/>\n<programme start='2001'><title>T</title></programme>")});
+  EXPECT_EQ(result.output, "1 programme, 1 new entry, 0 kept entries\n");
+  EXPECT_EQ(result.messages, file("guide.xml") + ": line 3, column 1: programme skipped: it has no title\n");
+}
+
+TEST_F(ImportCommand, TouchesNothingWhenTheGuideCannotBeRead) {
+  for (const std::string& content : {std::string("<tv>"), std::string("<html/>"), std::string("\x1f\x8b")}) {
+    const CommandResult result = run({"import", write("guide.xml", content)});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.messages, HasSubstr(file("guide.xml") + ": "));
+    EXPECT_EQ(result.output, "");
+  }
+  EXPECT_EQ(run({"import", file("none.xml")}).messages, file("none.xml") + ": No such file or directory\n");
+  EXPECT_FALSE(exists(dataFolder()));
+}
+
+TEST_F(ImportCommand, ReadsACompressedGuide) {
+  const std::string guide = write("guide.xml.gz", gzipData("<tv>" + std::string(twoProgrammes) + "</tv>"));
+  EXPECT_EQ(runWell({"import", guide}).output, "2 programmes, 2 new entries, 0 kept entries\n");
+}
+
+TEST_F(ImportCommand, RefusesAStoreThatCannotBeRead) {
+  const std::string guide = writeGuide(twoProgrammes);
+  const std::pair<const char*, const char*> stores[] = {
+      {"", "not a property list: line 1"},
+      {"<plist><dict><key>E1</key>\n<string>cut", "not a property list: line "},
+      {"<plist><array/></plist>", "its top level is not a dictionary"},
+      {"bplist00", "not a property list: "}};
+  for (const auto& [content, problem] : stores) {
+    writeStore({});
+    writeFile(storePath(), content);
+    const CommandResult result = run({"import", guide});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.messages, testing::StartsWith(storePath() + ": "));
+    EXPECT_THAT(result.messages, HasSubstr(problem));
+    EXPECT_EQ(contentOf(storePath()), content);
+  }
+  removeAll(storePath());
+  writeStore({});
+  removeAll(storePath());
+  ASSERT_EQ(run({"--data-folder", file("data/EPGItems.plist/x"), "import", guide}).status, 0);
+  EXPECT_EQ(run({"import", guide}).messages, storePath() + ": Not a regular file\n");
+}
+
+TEST_F(ImportCommand, ReportsASaveThatFailed) {
+  const std::string guide = writeGuide(twoProgrammes);
+  writeStore(storeOf({item("E1", {{"title", "One"}})}));
+  const std::string before = contentOf(storePath());
+  useEnvironment([](Messages& messages) { return std::make_unique<FailingDisk>(messages, ENOSPC); });
+  const CommandResult result = run({"import", guide});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages, storePath() + ": not saved: No space left on device\n");
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(contentOf(storePath()), before);
+  EXPECT_THAT(namesIn(dataFolder()), testing::ElementsAre("EPGItems.plist"));
+}
+
+TEST_F(ImportCommand, CountsAnEmptyGuide) {
+  EXPECT_EQ(runWell({"import", writeGuide("")}).output, "0 programmes, 0 new entries, 0 kept entries\n");
+  EXPECT_THAT(namesIn(dataFolder()), IsEmpty());
+}
+
+}  // namespace epg::test

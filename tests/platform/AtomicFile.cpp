@@ -1,0 +1,416 @@
+#include "platform/AtomicFile.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#ifdef __linux__
+#include <sched.h>
+#include <sys/mount.h>
+#endif
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "platform/XMLText.h"
+#include "tests/platform/ChildProcess.h"
+#include "tests/platform/FaultyEnvironment.h"
+#include "tests/platform/TemporaryFolder.h"
+
+namespace epg::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// Which permissions new files do not get, until this goes out of sight.
+class FileCreationMask {
+ public:
+  explicit FileCreationMask(mode_t mask) : before_(::umask(mask)) {}
+  FileCreationMask(const FileCreationMask&) = delete;
+  FileCreationMask& operator=(const FileCreationMask&) = delete;
+  ~FileCreationMask() { ::umask(before_); }
+
+ private:
+  mode_t before_;
+};
+
+class AtomicFile : public ::testing::Test {
+ protected:
+  int replace(const std::string& content) { return replaceFile(environment, target, content); }
+
+  /// The temporary files' paths that were made so far.
+  std::vector<std::string> temporaryPaths() const {
+    std::vector<std::string> paths;
+    for (const auto& call : environment.calls()) {
+      if (call.name != "openFile" || call.path == folder.path()) continue;
+      if (std::find(paths.begin(), paths.end(), call.path) == paths.end()) paths.push_back(call.path);
+    }
+    return paths;
+  }
+
+  TemporaryFolder folder;
+  std::string target = folder.file("target");
+  FaultyEnvironment environment;
+};
+
+TEST_F(AtomicFile, NewFileHoldsTheContent) {
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, OldContentIsReplaced) {
+  putFile(target, "something longer than the new content");
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, ContentMayBeEmpty) {
+  putFile(target, "old");
+  EXPECT_EQ(replace(""), 0);
+  EXPECT_EQ(contentOf(target), "");
+}
+
+TEST_F(AtomicFile, ContentMayHoldEveryByte) {
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+  EXPECT_EQ(replace(bytes), 0);
+  EXPECT_EQ(contentOf(target), bytes);
+}
+
+TEST_F(AtomicFile, ContentMayBeLarge) {
+  const std::string content(std::size_t{20} << 20, 'x');
+  EXPECT_EQ(replace(content), 0);
+  EXPECT_TRUE(contentOf(target) == content);
+}
+
+TEST_F(AtomicFile, ContentIsWholeHoweverLittleIsWrittenAtOnce) {
+  environment.limitWritesTo(1);
+  EXPECT_EQ(replace("written byte by byte"), 0);
+  EXPECT_EQ(contentOf(target), "written byte by byte");
+}
+
+TEST_F(AtomicFile, AWriterThatNeverWritesAnythingFails) {
+  putFile(target, "old");
+  environment.limitWritesTo(0);
+  EXPECT_EQ(replace("new"), EIO);
+  EXPECT_EQ(contentOf(target), "old");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, WhoHasTheOldFileOpenGoesOnReadingIt) {
+  putFile(target, "old");
+  const int descriptor = ::open(target.c_str(), O_RDONLY);
+  EXPECT_EQ(replace("new"), 0);
+  char buffer[8] = {};
+  EXPECT_EQ(::read(descriptor, buffer, sizeof buffer), 3);
+  EXPECT_STREQ(buffer, "old");
+  ::close(descriptor);
+}
+
+TEST_F(AtomicFile, ReportsTheFateOfTheFile) {
+  replace("new");
+  environment.failEvery("writeFile", ENOSPC);
+  replace("newer");
+  EXPECT_EQ(environment.replaced(), (std::vector<std::pair<std::string, int>>{{target, 0}, {target, ENOSPC}}));
+}
+
+TEST_F(AtomicFile, LeavesNoDescriptorOpen) {
+  const int before = openDescriptors();
+  replace("new");
+  replace("newer");
+  environment.failEvery("flushFile", EIO);
+  replace("newest");
+  EXPECT_EQ(openDescriptors(), before);
+}
+
+// In which order: only this order keeps a file whole through a power cut.
+
+TEST_F(AtomicFile, IsLockedWrittenFlushedAndClosedBeforeItTakesThePlace) {
+  putFile(target, "old");
+  ASSERT_EQ(replace("new"), 0);
+  std::vector<std::string> order;
+  for (const std::string& name : environment.callNames()) {
+    if (name == "renameFile") {
+      order.back() = "exchangeFiles";  // On a volume that cannot exchange files.
+      continue;
+    }
+    for (const char* important : {"lockFile", "writeFile", "flushFile", "closeFile", "exchangeFiles"}) {
+      if (name == important) order.push_back(name);
+    }
+  }
+  ASSERT_GE(order.size(), 6U);
+  order.resize(6);
+  EXPECT_EQ(order, Names({"lockFile", "writeFile", "flushFile", "closeFile", "exchangeFiles", "flushFile"}));
+}
+
+// Mode and owner
+
+TEST_F(AtomicFile, NewFileHasTheModeOfAnyNewFile) {
+  for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{027}, mode_t{077}}) {
+    const FileCreationMask here(mask);
+    ::unlink(target.c_str());
+    EXPECT_EQ(replace("new"), 0);
+    EXPECT_EQ(infoOf(target).mode, 0666 & ~mask);
+  }
+}
+
+TEST_F(AtomicFile, ReplacedFileKeepsItsMode) {
+  const FileCreationMask here(022);
+  for (const mode_t mode : {mode_t{0600}, mode_t{0444}, mode_t{0664}, mode_t{0755}, mode_t{0644}}) {
+    ::unlink(target.c_str());
+    putFile(target, "old");
+    ::chmod(target.c_str(), mode);
+    EXPECT_EQ(replace("new"), 0);
+    EXPECT_EQ(infoOf(target).mode, mode);
+    EXPECT_EQ(contentOf(target), "new");
+  }
+}
+
+TEST_F(AtomicFile, ReplacedFileDoesNotKeepTheRightToRunAsItsOwner) {
+  putFile(target, "old");
+  ::chmod(target.c_str(), 06755);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(infoOf(target).mode, mode_t{0755});
+}
+
+TEST_F(AtomicFile, ReplacedFileKeepsItsOwnerWhereThatIsPermitted) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can give files away";
+  putFile(target, "old");
+  ASSERT_EQ(::chown(target.c_str(), 1234, 2345), 0);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(infoOf(target).owner, 1234U);
+  EXPECT_EQ(infoOf(target).group, 2345U);
+}
+
+TEST_F(AtomicFile, FileOfAnotherUserIsReplacedWhereTheFolderPermitsIt) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs root to make a file of another user";
+  putFile(target, "old");
+  ::chmod(target.c_str(), 0600);
+  const int result = exitOfChild([&] { return becomeUnprivileged() ? replace("new") : 255; });
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_NE(infoOf(target).owner, 0U);
+  EXPECT_EQ(infoOf(target).mode, mode_t{0600});
+}
+
+// What else can stand under the name
+
+TEST_F(AtomicFile, SymbolicLinkIsReplacedAndNotFollowed) {
+  TemporaryFolder elsewhere;
+  putFile(elsewhere.file("linked"), "linked");
+  ASSERT_EQ(::symlink(elsewhere.file("linked").c_str(), target.c_str()), 0);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Regular);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(contentOf(elsewhere.file("linked")), "linked");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, DanglingLinkIsReplacedAndNothingIsMadeWhereItPoints) {
+  TemporaryFolder elsewhere;
+  ASSERT_EQ(::symlink(elsewhere.file("nothing").c_str(), target.c_str()), 0);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Regular);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(elsewhere.names(), Names());
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, LinkToAFolderIsReplacedAndTheFolderStaysAsItIs) {
+  TemporaryFolder elsewhere;
+  ASSERT_EQ(::symlink(elsewhere.path().c_str(), target.c_str()), 0);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(elsewhere.names(), Names());
+}
+
+TEST_F(AtomicFile, ModeOfWhatALinkPointsToIsNotTakenOver) {
+  const FileCreationMask here(022);
+  putFile(folder.file("linked"), "linked");
+  ::chmod(folder.file("linked").c_str(), 0600);
+  ASSERT_EQ(::symlink("linked", target.c_str()), 0);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(infoOf(target).mode, mode_t{0644});
+}
+
+TEST_F(AtomicFile, OtherNamesOfTheOldFileKeepTheOldContent) {
+  putFile(target, "old");
+  ASSERT_EQ(::link(target.c_str(), folder.file("other name").c_str()), 0);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(contentOf(folder.file("other name")), "old");
+}
+
+TEST_F(AtomicFile, FolderInThePlaceStaysAndIsAnError) {
+  ASSERT_EQ(::mkdir(target.c_str(), 0755), 0);
+  EXPECT_EQ(replace("new"), EISDIR);
+  EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Folder);
+  putFile(target + "/inside", "inside");
+  EXPECT_EQ(replace("new"), EISDIR);
+  EXPECT_EQ(contentOf(target + "/inside"), "inside");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, PipeInThePlaceIsReplacedWithoutWaitingForIt) {
+  ASSERT_EQ(::mkfifo(target.c_str(), 0644), 0);
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Regular);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+// Folders
+
+TEST_F(AtomicFile, MissingFolderIsAnErrorAndIsNotMade) {
+  EXPECT_EQ(replaceFile(environment, folder.file("missing/target"), "new"), ENOENT);
+  EXPECT_EQ(folder.names(), Names());
+}
+
+TEST_F(AtomicFile, FileInTheFoldersPlaceIsAnError) {
+  putFile(folder.file("file"), "file");
+  EXPECT_EQ(replaceFile(environment, folder.file("file/target"), "new"), ENOTDIR);
+  EXPECT_EQ(contentOf(folder.file("file")), "file");
+}
+
+TEST_F(AtomicFile, FolderMayBeReachedThroughALink) {
+  ASSERT_EQ(::mkdir(folder.file("real").c_str(), 0755), 0);
+  ASSERT_EQ(::symlink("real", folder.file("link").c_str()), 0);
+  EXPECT_EQ(replaceFile(environment, folder.file("link/target"), "new"), 0);
+  EXPECT_EQ(contentOf(folder.file("real/target")), "new");
+}
+
+TEST_F(AtomicFile, NameAloneIsAFileInTheWorkingFolder) {
+  const int result = exitOfChild([&] {
+    if (::chdir(folder.path().c_str()) != 0) return 255;
+    return replaceFile(environment, "target", "new");
+  });
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, FolderThatMayNotBeWrittenIsAnErrorAndTheOldFileStays) {
+  putFile(target, "old");
+  ::chmod(folder.path().c_str(), 0555);
+  EXPECT_EQ(exitOfChild([&] { return becomeUnprivileged() ? replace("new") : 255; }), EACCES);
+  ::chmod(folder.path().c_str(), 0755);
+  EXPECT_EQ(contentOf(target), "old");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, FolderThatMayBeWrittenButNotReadTakesTheFile) {
+  putFile(target, "old");
+  ::chmod(folder.path().c_str(), 0333);
+  EXPECT_EQ(exitOfChild([&] { return becomeUnprivileged() ? replace("new") : 255; }), 0);
+  ::chmod(folder.path().c_str(), 0755);
+  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+// Full disks, as the system itself reports them
+
+TEST_F(AtomicFile, LimitOfTheProcessOnFileSizesIsAnErrorAndTheOldFileStays) {
+  putFile(target, "old");
+  const int result = exitOfChild([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit limit {};
+    limit.rlim_cur = limit.rlim_max = 100000;
+    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 ? replace(std::string(200000, 'x')) : 255;
+  });
+  EXPECT_EQ(result, EFBIG);
+  EXPECT_EQ(contentOf(target), "old");
+  EXPECT_EQ(folder.names(), Names({"target"}));
+}
+
+TEST_F(AtomicFile, FullDiskIsAnErrorAndTheOldFileStays) {
+#ifdef __linux__
+  constexpr int notPermitted = 254;
+  // In a child with mounts of its own, so that nothing of this is left on the machine.
+  const int result = exitOfChild([&] {
+    if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        ::mount("tmpfs", folder.path().c_str(), "tmpfs", 0, "size=256k") != 0) {
+      return notPermitted;
+    }
+    if (replace("old") != 0) return 1;
+    if (replace(std::string(std::size_t{1} << 20, 'x')) != ENOSPC) return 2;
+    if (contentOf(target) != "old") return 3;
+    if (folder.names() != Names({"target"})) return 4;
+    if (replace("new") != 0) return 5;
+    return contentOf(target) == "new" ? 0 : 6;
+  });
+  if (result == notPermitted) GTEST_SKIP() << "NOT TESTED: this user may not mount a small disk";
+  EXPECT_EQ(result, 0);
+#else
+  GTEST_SKIP() << "NOT TESTED: small disks are mounted on Linux only";
+#endif
+}
+
+// Names of temporary files
+
+TEST_F(AtomicFile, TemporaryFileStandsHiddenBesideTheTargetAndIsNoConfiguration) {
+  target = folder.file("name.epgconf");
+  replace("new");
+  replace("newer");
+  ASSERT_EQ(temporaryPaths().size(), 2U);
+  for (const std::string& path : temporaryPaths()) {
+    const std::string start = folder.file(".name.epgconf.");
+    EXPECT_EQ(path.substr(0, start.size()), start);
+    EXPECT_EQ(path.substr(path.size() - 4), ".tmp");
+  }
+}
+
+TEST_F(AtomicFile, TemporaryFilesNeverShareAName) {
+  replace("new");
+  replace("newer");
+  EXPECT_EQ(temporaryPaths().size(), 2U);
+}
+
+TEST_F(AtomicFile, NameMayBeAsLongAsTheSystemPermits) {
+  target = folder.file(std::string(255, 'n'));
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(replace("newer"), 0);
+  EXPECT_EQ(contentOf(target), "newer");
+  EXPECT_EQ(folder.names(), Names({std::string(255, 'n')}));
+}
+
+TEST_F(AtomicFile, LongNameIsNotCutInsideACharacter) {
+  for (int lead = 0; lead < 4; ++lead) {
+    std::string name(static_cast<std::size_t>(lead), 'n');
+    while (name.size() + 4 <= 255) name += "🎬";
+    target = folder.file(name);
+    EXPECT_EQ(replace("new"), 0);
+  }
+  for (const std::string& path : temporaryPaths()) EXPECT_TRUE(isUTF8(path)) << path;
+}
+
+TEST_F(AtomicFile, NameLongerThanTheSystemPermitsIsAnErrorAndLeavesNothing) {
+  target = folder.file(std::string(256, 'n'));
+  EXPECT_EQ(replace("new"), ENAMETOOLONG);
+  EXPECT_EQ(folder.names(), Names());
+}
+
+TEST_F(AtomicFile, NameMayHoldAnyCharacterButTheSlash) {
+  for (const char* name : {" ", "a\nb", "'\"\\*?", "..a", "~", "-rf", "é節🎬", "\xFF\xFE", "a.tmp"}) {
+    target = folder.file(name);
+    EXPECT_EQ(replace(name), 0) << name;
+    EXPECT_EQ(contentOf(target), name);
+  }
+}
+
+TEST_F(AtomicFile, ZeroByteInThePathIsAnErrorAndMakesNoFile) {
+  putFile(target, "old");
+  target += std::string("\0.epgconf", 9);
+  EXPECT_EQ(replace("new"), EINVAL);
+  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOf(folder.file("target")), "old");
+}
+
+}  // namespace
+}  // namespace epg::test

@@ -1,0 +1,97 @@
+#!/usr/bin/env python3
+"""Local times in every zone, compared with Python's zoneinfo, which computes them without the C library.
+
+usage: zoneinfo_comparison.py SEED PROGRAM…
+
+Around every change of a zone's offset in sample years, and at random from 1700 to 2500.
+"""
+
+import datetime
+import random
+import subprocess
+import sys
+import zoneinfo
+
+UTC = datetime.timezone.utc
+EPOCH = datetime.datetime(1970, 1, 1, tzinfo=UTC)
+RANDOM_TIMES = 60
+# Before, at and after the ends of 32 bits, the beginnings of zones, the world wars, now and far ahead.
+SAMPLE_YEARS = (1883, 1893, 1916, 1942, 1966, 1970, 1999, 2011, 2012, 2025, 2037, 2038, 2039, 2100, 2400)
+MUST_BE_THERE = ("Europe/Rome", "America/New_York", "Asia/Kolkata", "Asia/Kathmandu", "Australia/Lord_Howe")
+
+
+def seconds(moment):
+    return (moment - EPOCH) // datetime.timedelta(seconds=1)
+
+
+def utc(year, month=1, day=1):
+    return seconds(datetime.datetime(year, month, day, tzinfo=UTC))
+
+
+def local(zone, second):
+    return (EPOCH + datetime.timedelta(seconds=second)).astimezone(zone)
+
+
+def changes(zone, year):
+    """The first second after every change of the offset within the year that lasts at least a week."""
+    found = []
+    week = 7 * 86400
+    for start in range(utc(year), utc(year + 1), week):
+        before, after = start, start + week
+        if local(zone, before).utcoffset() == local(zone, after).utcoffset():
+            continue
+        while after - before > 1:
+            middle = (before + after) // 2
+            if local(zone, middle).utcoffset() == local(zone, start).utcoffset():
+                before = middle
+            else:
+                after = middle
+        found.append(after)
+    return found
+
+
+def times(zone, generator):
+    chosen = [generator.randint(utc(1700), utc(2500)) for _ in range(RANDOM_TIMES)]
+    for year in SAMPLE_YEARS:
+        chosen.append(utc(year))
+        for change in changes(zone, year):
+            chosen += (change - 3600, change - 1, change, change + 1, change + 3600)
+    chosen += (-(2**31), -(2**31) - 1, 2**31 - 1, 2**31, -1, 0)
+    return chosen
+
+
+def expected(zone, second):
+    time = local(zone, second)
+    return f"{time.year} {time.month} {time.day} {time.hour} {time.minute} {time.second}"
+
+
+def main():
+    generator = random.Random(int(sys.argv[1]))
+    names = sorted(zoneinfo.available_timezones() - {"localtime", "Factory", "leapseconds"})
+    missing = [name for name in MUST_BE_THERE if name not in names]
+    if missing:
+        sys.exit(f"the zone files are missing (package tzdata): {', '.join(missing)}")
+
+    questions, answers = [], []
+    for name in names:
+        zone = zoneinfo.ZoneInfo(name)
+        for second in times(zone, generator):
+            questions.append(f"{name} {second}")
+            answers.append(expected(zone, second))
+    output = subprocess.run(
+        sys.argv[2:], input="\n".join(questions) + "\n", stdout=subprocess.PIPE, text=True, check=True
+    ).stdout.splitlines()
+    if len(output) != len(questions):
+        sys.exit(f"{len(questions)} questions and {len(output)} answers")
+    wrong = [
+        f"{question}: {told} instead of {answer}"
+        for question, told, answer in zip(questions, output, answers)
+        if told != answer
+    ]
+    print(f"{len(names)} zones, {len(questions)} times, {len(wrong)} differ")
+    if wrong:
+        sys.exit("\n".join(wrong[:50]))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,199 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "model/KeyConstants.h"
+#include "plugin/EPGItemStore.h"
+#include "tests/support/Dictionary.h"
+#include "tests/support/Items.h"
+
+namespace epg::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(ItemStoreTest, FindsAnItemByItsKeyAlone) {
+  EPGItemStore store;
+  const auto item = itemWith({{ZRLEPGDSUniqueIDKey, "other"}});
+  store.setItem("E1", item);
+  EXPECT_EQ(item, store.item("E1"));
+  EXPECT_FALSE(store.item("other"));
+  EXPECT_FALSE(store.item(""));
+}
+
+TEST(ItemStoreTest, IDsAreComparedExactly) {
+  EPGItemStore store;
+  for (const char* const id : {"e", "E", " e", "e ", "", "caf\xC3\xA9", "cafe\xCC\x81"})
+    store.setItem(id, itemTitled(id));
+  EXPECT_EQ(7U, store.size());
+  for (const std::string& id : store.uniqueIDs()) EXPECT_EQ(id, textOf(*store.item(id), ZRLEPGDSTitleKey));
+}
+
+TEST(ItemStoreTest, SettingAnItemReplacesTheOldOne) {
+  EPGItemStore store;
+  const auto old = itemTitled("old");
+  store.setItem("E1", old);
+  store.setItem("E1", itemTitled("new"));
+  EXPECT_EQ("new", textOf(*store.item("E1"), ZRLEPGDSTitleKey));
+  EXPECT_EQ("old", textOf(*old, ZRLEPGDSTitleKey));
+  EXPECT_EQ(1U, store.size());
+}
+
+TEST(ItemStoreTest, SettingNoItemChangesNothing) {
+  EPGItemStore store;
+  store.setItem("E1", itemTitled("A"));
+  store.setItem("E1", nullptr);
+  store.setItem("E2", nullptr);
+  EXPECT_THAT(store.uniqueIDs(), ElementsAre("E1"));
+}
+
+TEST(ItemStoreTest, ItemsAreSharedWithWhoeverTookThem) {
+  EPGItemStore store;
+  store.setItem("E1", itemTitled("A"));
+  store.item("E1")->set(ZRLEPGDSTitleKey, "B");
+  EXPECT_EQ("B", textOf(*store.item("E1"), ZRLEPGDSTitleKey));
+}
+
+TEST(ItemStoreTest, ARemovedItemLivesOnWithWhoeverHoldsIt) {
+  EPGItemStore store;
+  store.setItem("E1", itemTitled("A"));
+  const auto held = store.item("E1");
+  store.removeItem("E1");
+  store.removeItem("E1");
+  EXPECT_FALSE(store.item("E1"));
+  EXPECT_EQ("A", textOf(*held, ZRLEPGDSTitleKey));
+}
+
+TEST(ItemStoreTest, IDsAreSortedByTheirBytes) {
+  EPGItemStore store;
+  for (const char* const id : {"b", "B", "\xC3\xA9", "a10", "a2", ""}) store.setItem(id, itemWith({}));
+  EXPECT_THAT(store.uniqueIDs(), ElementsAre("", "B", "a10", "a2", "b", "\xC3\xA9"));
+}
+
+TEST(ItemStoreTest, ValuesThatAreNoDictionariesAreNoItems) {
+  EPGItemStore store(dictionaryOf({{"E1", dictionaryOf({})},
+                                   {"number", PropertyList::fromInteger(7)},
+                                   {"text", "x"},
+                                   {"list", PropertyList::Array{PropertyList(dictionaryOf({}))}}}));
+  EXPECT_EQ(1U, store.size());
+  EXPECT_THAT(store.uniqueIDs(), ElementsAre("E1"));
+  EXPECT_FALSE(store.item("number"));
+  store.removeItem("number");
+  ASSERT_TRUE(store.entry("number"));
+  EXPECT_EQ(PropertyList::fromInteger(7), store.entry("number")->value);
+}
+
+TEST(ItemStoreTest, AnItemTakesThePlaceOfAValueThatIsNone) {
+  EPGItemStore store(dictionaryOf({{"E1", "x"}}));
+  store.setItem("E1", itemTitled("A"));
+  EXPECT_EQ(1U, store.size());
+  EXPECT_EQ(PropertyList(dictionaryOf({{"E1", dictionaryOf({{ZRLEPGDSTitleKey, "A"}})}})),
+            propertyListOfStore(store.snapshot()));
+}
+
+TEST(ItemStoreTest, EntriesCanBeSetAndRemovedWhateverTheyAre) {
+  EPGItemStore store;
+  EPGItemStoreEntry number;
+  number.value = PropertyList::fromInteger(7);
+  store.setEntry("n", number);
+  EXPECT_FALSE(store.item("n"));
+  EXPECT_EQ(0U, store.size());
+  store.removeEntry("n");
+  store.removeEntry("n");
+  EXPECT_FALSE(store.entry("n"));
+  EXPECT_THAT(store.snapshot(), IsEmpty());
+}
+
+TEST(ItemStoreTest, ASnapshotKeepsTheItemsThatStoodThereThen) {
+  EPGItemStore store;
+  store.setItem("E1", itemTitled("A"));
+  store.setItem("E2", itemTitled("B"));
+  const EPGItemStoreSnapshot snapshot = store.snapshot();
+  store.setItem("E1", itemTitled("C"));
+  store.removeItem("E2");
+  store.setItem("E3", itemTitled("D"));
+  EXPECT_EQ(PropertyList(dictionaryOf(
+                {{"E1", dictionaryOf({{ZRLEPGDSTitleKey, "A"}})}, {"E2", dictionaryOf({{ZRLEPGDSTitleKey, "B"}})}})),
+            propertyListOfStore(snapshot));
+}
+
+TEST(ItemStoreTest, ASnapshotSharesTheItemsWithTheStore) {
+  EPGItemStore store;
+  store.setItem("E1", itemTitled("A"));
+  const EPGItemStoreSnapshot snapshot = store.snapshot();
+  ASSERT_EQ(1U, snapshot.size());
+  EXPECT_EQ(store.item("E1"), snapshot[0].second.item);
+}
+
+/// A value of the host's that looks at something when it goes.
+class LookingBack : public ForeignValue {
+ public:
+  explicit LookingBack(std::function<void()> look) : look_(std::move(look)) {}
+  LookingBack(const LookingBack&) = delete;
+  LookingBack& operator=(const LookingBack&) = delete;
+  ~LookingBack() override { look_(); }
+
+ private:
+  std::function<void()> look_;
+};
+
+TEST(ItemStoreTest, WhatGoesWithAnItemMayLookAtTheStore) {
+  EPGItemStore store;
+  int looks = 0;
+  const auto put = [&] {
+    auto value = std::make_shared<LookingBack>([&] { looks += store.item("other") ? 100 : 1; });
+    store.setItem("E1", itemWith({{"hosts own", PropertyList::fromForeign(std::move(value))}}));
+  };
+  put();
+  put();  // Replaces the first.
+  store.removeItem("E1");
+  EXPECT_EQ(2, looks);
+  put();
+  store.removeEntry("E1");
+  EXPECT_EQ(3, looks);
+}
+
+TEST(ItemStoreTest, WhatGoesWithAValueMayLookAtTheItem) {
+  const auto item = itemTitled("A");
+  int looks = 0;
+  const auto put = [&] {
+    auto value = std::make_shared<LookingBack>([&] { looks += item->values()->find(ZRLEPGDSTitleKey) ? 1 : 100; });
+    item->set("hosts own", PropertyList::fromForeign(std::move(value)));
+  };
+  put();
+  put();
+  item->remove("hosts own");
+  EXPECT_EQ(2, looks);
+}
+
+TEST(ItemStoreTest, CanBeReadAndChangedByManyThreadsAtOnce) {
+  EPGItemStore store;
+  std::atomic<bool> done{false};
+  std::thread reader([&] {
+    while (!done) {
+      for (const auto& entry : store.snapshot()) {
+        const auto item = store.item(entry.first);
+        EXPECT_EQ(entry.first, item ? textOf(*item, ZRLEPGDSTitleKey) : entry.first);
+      }
+    }
+  });
+  for (int i = 0; i < 2000; ++i) {
+    const std::string id = std::to_string(i % 50);
+    store.setItem(id, itemTitled(id));
+    if (i % 3 == 0) store.removeItem(std::to_string((i + 25) % 50));
+  }
+  done = true;
+  reader.join();
+  EXPECT_EQ(store.size(), store.uniqueIDs().size());
+}
+
+}  // namespace
+}  // namespace epg::test
