@@ -1,0 +1,39 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <memory>
+#include <mutex>
+
+#include "plugin/EPGItemStore.h"
+
+/// An item store of the core as the live mutable dictionary that a host expects. Keys are strings. Any thread may
+/// read and change it at any time, as every operation is the store's own; whoever enumerates sees the keys of the
+/// moment when it began.
+@interface EPGDorvaSelinItemStore : NSMutableDictionary {
+ @private
+  std::shared_ptr<epg::EPGItemStore>* _store;
+  NSMutableDictionary* _handedOut;
+  std::mutex* _handedOutMutex;
+}
+@end
+
+/// What a store held at one moment, for its save thread: a dictionary of the items that the store holds too.
+@interface EPGDorvaSelinItemStoreSnapshot : NSDictionary {
+ @private
+  epg::EPGItemStoreSnapshot* _snapshot;
+}
+@end
+
+namespace epg::cocoa {
+
+/// A new object (autoreleased) for the store; for a store that is a dictionary of the host's, that dictionary.
+NSMutableDictionary* objectOfStore(const std::shared_ptr<EPGItemStore>& store);
+/// The store behind an object of `objectOfStore`; for another dictionary a store that uses it in place. Null for nil.
+std::shared_ptr<EPGItemStore> storeOfObject(NSMutableDictionary* object);
+
+NSDictionary* objectOfSnapshot(EPGItemStoreSnapshot snapshot);
+/// Of any dictionary; entries under keys that are no strings make a snapshot that cannot be written.
+EPGItemStoreSnapshot snapshotOfObject(NSDictionary* object);
+
+}  // namespace epg::cocoa

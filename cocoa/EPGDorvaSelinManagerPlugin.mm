@@ -1,0 +1,301 @@
+#import "cocoa/EPGDorvaSelinManagerPlugin.h"
+
+#include <atomic>
+#include <mutex>
+#include <utility>
+
+#import "cocoa/CocoaEnvironment.h"
+#import "cocoa/EPGDorvaSelinItemStore.h"
+#import "cocoa/EPGDorvaSelinViewController.h"
+#import "cocoa/EPGDorvaSelinViewControllerParts.h"
+#import "cocoa/ExceptionGuard.h"
+#import "cocoa/FoundationItemList.h"
+#import "cocoa/FoundationValues.h"
+#include "plugin/EPGDorvaSelinManagerPlugin.h"
+
+using epg::cocoa::fromString;
+using epg::cocoa::optionalDate;
+using epg::cocoa::toString;
+using epg::cocoa::toXMLElement;
+
+namespace {
+
+/// Passes the core's report on to whoever is the host's delegate at that moment.
+class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
+ public:
+  void setDelegate(id delegate) { delegate_ = reinterpret_cast<void*>(delegate); }
+  id delegate() const { return reinterpret_cast<id>(delegate_.load()); }
+
+  bool respondsToEPGExportEventCompleted() const override {
+    return [delegate() respondsToSelector:@selector(epgExportEventCompleted:error:)] != NO;
+  }
+  void epgExportEventCompleted(bool succeeded, const epg::EPGError* error) override {
+    [delegate() epgExportEventCompleted:succeeded ? YES : NO
+                                  error:error != nullptr ? epg::cocoa::toError(*error) : nil];
+  }
+
+ private:
+  std::atomic<void*> delegate_{nullptr};  ///< Not owned.
+};
+
+/// The core's plug-in with the platform's threads and view controller. Lives as long as the object it belongs to.
+class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
+ public:
+  PluginOfObject(::EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, const std::string& dataFolderPath)
+      : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, epg::cocoa::CocoaEnvironment::shared()),
+        object_(object),
+        bundle_([bundle retain]) {}
+  ~PluginOfObject() override {
+    releaseViewController();
+    [bundle_ release];
+  }
+
+  using epg::EPGDorvaSelinManagerPlugin::exportEvents;
+
+  /// The events are read on the export's own thread, out of a list that the host no longer changes.
+  void exportEvents(NSArray* events, const std::string& configurationFilename) {
+    events_ = events;
+    epg::EPGDorvaSelinManagerPlugin::exportEvents(std::vector<epg::EPGEvent>(), configurationFilename);
+    events_ = nil;
+  }
+
+ protected:
+  void detachSaveThread(epg::EPGItemStoreSnapshot snapshot) override {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    detachThread(@selector(saveEPGItemsToFileThread:), epg::cocoa::objectOfSnapshot(std::move(snapshot)));
+    [pool drain];
+  }
+
+  void detachExportThread(std::vector<epg::EPGEvent> /*events*/) override {
+    NSArray* events = events_ != nil ? [events_ copy] : [[NSArray alloc] init];
+    detachThread(@selector(exportEventsThread:), events);
+    [events release];
+  }
+
+  std::shared_ptr<epg::EPGDorvaSelinViewController> makeViewController(const std::string& nibName) override {
+    viewController_ = [[::EPGDorvaSelinViewController alloc] initWithNibName:toString(nibName) bundle:bundle_];
+    [viewController_ setDelegate:object_];
+    // Owned by the platform's view controller, which goes only with this object.
+    return std::shared_ptr<epg::EPGDorvaSelinViewController>(std::shared_ptr<void>(),
+                                                             &[viewController_ parts].controller);
+  }
+
+#ifdef __APPLE__
+  std::size_t hashOfPlaybackID(const std::string& playbackUniqueID) const override {
+    return [toString(playbackUniqueID) hash];
+  }
+#endif
+
+ private:
+  void detachThread(SEL selector, id argument) {
+    const auto detach = [&] { [NSThread detachNewThreadSelector:selector toTarget:object_ withObject:argument]; };
+    if (epg::cocoa::exceptionRaisedBy(detach) != nil) {
+      // The system has no thread to give. Late is better than not at all.
+      [object_ performSelector:selector withObject:argument];
+    }
+  }
+
+  void releaseViewController() {
+    if (viewController_ != nil && ![NSThread isMainThread]) {
+      // The last to hold the object was a thread of its own, where views must not go away: the main thread gets the
+      // last hold on the controller.
+      [viewController_ performSelectorOnMainThread:@selector(self) withObject:nil waitUntilDone:NO];
+    }
+    [viewController_ release];
+  }
+
+  ::EPGDorvaSelinManagerPlugin* object_;
+  NSBundle* bundle_;
+  NSArray* events_ = nil;
+  ::EPGDorvaSelinViewController* viewController_ = nil;
+};
+
+/// A path that no file can have, for a host without a data folder: nothing is read and nothing is written.
+const std::string noFolder(1, '\0');
+
+}  // namespace
+
+struct EPGDorvaSelinManagerPluginParts {
+  EPGDorvaSelinManagerPluginParts(EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, NSString* dataFolderPath)
+      : plugin(std::make_shared<PluginOfObject>(object, bundle,
+                                                dataFolderPath != nil ? fromString(dataFolderPath) : noFolder)),
+        epgItems([epg::cocoa::objectOfStore(plugin->epgItems()) retain]) {
+    NSMutableArray* list = [[NSMutableArray alloc] init];
+    plugin->setEditedItems(std::make_shared<epg::cocoa::FoundationItemList>(list));
+    [list release];
+    plugin->setDelegate(&delegateCaller);
+  }
+  ~EPGDorvaSelinManagerPluginParts() { [epgItems release]; }
+
+  DelegateCaller delegateCaller;
+  std::shared_ptr<PluginOfObject> plugin;
+  std::mutex epgItemsMutex;  ///< Guards the reference below and the core's as one.
+  NSMutableDictionary* epgItems;
+};
+
+@implementation EPGDorvaSelinManagerPlugin
+
++ (NSString*)pluginName {
+  return toString(epg::EPGDorvaSelinManagerPlugin::pluginName());
+}
+
+- (id)initWithBundle:(NSBundle*)bundle dataFolderPath:(NSString*)dataFolderPath {
+  self = [super init];
+  if (self != nil) {
+    _parts = new EPGDorvaSelinManagerPluginParts(self, bundle, dataFolderPath);
+  }
+  return self;
+}
+
+- (id)init {
+  return [self initWithBundle:nil dataFolderPath:nil];
+}
+
+- (void)dealloc {
+  delete _parts;
+  [super dealloc];
+}
+
+- (void)setDelegate:(id<TelvarinManagerEPGPluginProtocol_Delegate>)delegate {
+  _parts->delegateCaller.setDelegate(delegate);
+}
+
+- (id<TelvarinManagerEPGPluginProtocol_Delegate>)delegate {
+  return _parts->delegateCaller.delegate();
+}
+
+- (NSString*)exportPath {
+  return toString(_parts->plugin->exportPath());
+}
+
+- (NSArray*)configurationFilenames {
+  return epg::cocoa::toStrings(_parts->plugin->configurationFilenames());
+}
+
+- (void)setEditedEPGUniqueIDs:(NSArray*)uniqueIDs {
+  _parts->plugin->setEditedEPGUniqueIDs(epg::cocoa::fromStrings(uniqueIDs));
+}
+
+- (NSView*)editorView {
+  epg::View* view = _parts->plugin->editorView();
+  return view != nullptr ? static_cast<epg::cocoa::CocoaView*>(view)->view : nil;
+}
+
+- (NSSize)minimumEditorViewSize {
+  const epg::ViewSize size = _parts->plugin->minimumEditorViewSize();
+  return NSMakeSize(static_cast<CGFloat>(size.width), static_cast<CGFloat>(size.height));
+}
+
+- (NSSize)maximumEditorViewSize {
+  const epg::ViewSize size = _parts->plugin->maximumEditorViewSize();
+  return NSMakeSize(static_cast<CGFloat>(size.width), static_cast<CGFloat>(size.height));
+}
+
+- (BOOL)commitEditing {
+  return _parts->plugin->commitEditing() ? YES : NO;
+}
+
+- (void)revertEditing {
+  _parts->plugin->revertEditing();
+}
+
+- (void)removeEPGItemsWithUniqueIDs:(NSArray*)uniqueIDs {
+  _parts->plugin->removeEPGItemsWithUniqueIDs(epg::cocoa::fromStrings(uniqueIDs));
+}
+
+- (void)duplicateEPGItemWithUniqueID:(NSString*)sourceUniqueID toItemWithUniqueID:(NSString*)targetUniqueID {
+  if (sourceUniqueID != nil && targetUniqueID != nil) {
+    _parts->plugin->duplicateEPGItemWithUniqueID(fromString(sourceUniqueID), fromString(targetUniqueID));
+  }
+}
+
+- (void)exportEvents:(NSArray*)events configurationFilename:(NSString*)configurationFilename {
+  _parts->plugin->exportEvents(events, fromString(configurationFilename));
+}
+
+- (void)cancelExportEvents {
+  _parts->plugin->cancelExportEvents();
+}
+
+- (NSString*)stringValue {
+  return toString(_parts->plugin->stringValue());
+}
+
+- (void)saveEPGItemsToFile {
+  _parts->plugin->saveEPGItemsToFile();
+}
+
+- (void)saveEPGItemsToFileThread:(NSDictionary*)snapshot {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  if (snapshot != nil) {
+    _parts->plugin->saveEPGItemsToFileThread(epg::cocoa::snapshotOfObject(snapshot));
+  }
+  [pool drain];
+}
+
+- (BOOL)writeXMLFileWithEvents:(NSArray*)events forDate:(NSDate*)date {
+  const std::optional<epg::Instant> instant = optionalDate(date);
+  return instant && _parts->plugin->writeXMLFileWithEvents(epg::cocoa::fromEvents(events), *instant) ? YES : NO;
+}
+
+- (void)exportEventsThread:(NSArray*)events {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  _parts->plugin->exportEventsThread(epg::cocoa::fromEvents(events));
+  [pool drain];
+}
+
+- (NSString*)shortDateStringWithDate:(NSDate*)date {
+  const std::optional<epg::Instant> instant = optionalDate(date);
+  return instant ? toString(_parts->plugin->shortDateStringWithDate(*instant)) : nil;
+}
+
+- (NSXMLElement*)dateXMLElementWithDate:(NSDate*)date {
+  return toXMLElement(_parts->plugin->dateXMLElementWithDate(optionalDate(date)));
+}
+
+- (NSXMLElement*)timeXMLElementWithDate:(NSDate*)date {
+  return toXMLElement(_parts->plugin->timeXMLElementWithDate(optionalDate(date)));
+}
+
+- (NSXMLElement*)tagsXMLElementWithTags:(NSArray*)tags {
+  const epg::PropertyList list = epg::cocoa::fromObject(tags != nil ? tags : [NSArray array]);
+  return toXMLElement(_parts->plugin->tagsXMLElementWithTags(list.asArray()));
+}
+
+- (NSXMLElement*)xmlEventWithDictionary:(NSDictionary*)event {
+  const std::optional<epg::XMLElement> program = _parts->plugin->xmlEventWithDictionary(epg::cocoa::fromEvent(event));
+  return program ? toXMLElement(*program) : nil;
+}
+
+- (NSError*)errorWithMessage:(NSString*)message {
+  return epg::cocoa::toError(_parts->plugin->errorWithMessage(fromString(message)));
+}
+
+- (NSMutableDictionary*)epgItems {
+  const std::lock_guard<std::mutex> lock(_parts->epgItemsMutex);
+  return [[_parts->epgItems retain] autorelease];
+}
+
+- (void)setEpgItems:(NSMutableDictionary*)epgItems {
+  const std::shared_ptr<epg::EPGItemStore> store = epg::cocoa::storeOfObject(epgItems);
+  const std::lock_guard<std::mutex> lock(_parts->epgItemsMutex);
+  [_parts->epgItems autorelease];
+  _parts->epgItems = [epgItems retain];
+  _parts->plugin->setEpgItems(store);
+}
+
+- (NSMutableArray*)editedItems {
+  const std::shared_ptr<epg::EPGItemList> list = _parts->plugin->editedItems();
+  return list != nullptr ? static_cast<epg::cocoa::FoundationItemList*>(list.get())->array() : nil;
+}
+
+- (void)setEditedItems:(NSMutableArray*)editedItems {
+  _parts->plugin->setEditedItems(editedItems != nil ? std::make_shared<epg::cocoa::FoundationItemList>(editedItems)
+                                                    : nullptr);
+}
+
++ (BOOL)isDate:(NSDate*)first equalToDate:(NSDate*)second {
+  return epg::EPGDorvaSelinManagerPlugin::isDateEqualToDate(optionalDate(first), optionalDate(second)) ? YES : NO;
+}
+
+@end

@@ -1,0 +1,48 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+#include <string>
+
+#import "cocoa/EPGDorvaSelinViewController.h"
+#import "cocoa/EditorViews.h"
+#include "editor/EPGDorvaSelinViewController.h"
+
+namespace epg::cocoa {
+
+/// The plug-in's bundle for one view controller: the interface file's views are the controller's.
+class CocoaBundle : public Bundle {
+ public:
+  CocoaBundle(::EPGDorvaSelinViewController* viewController, NSBundle* bundle)
+      : viewController_(viewController), bundle_([bundle retain]) {}
+  ~CocoaBundle() override { [bundle_ release]; }
+
+  std::optional<std::string> pathForResource(const std::string& name, const std::string& type) const override;
+  EditorOutlets loadInterface(const std::string& nibName, EPGDorvaSelinViewController& owner) override;
+
+ private:
+  ::EPGDorvaSelinViewController* viewController_;  ///< Owns this object.
+  NSBundle* bundle_;
+};
+
+}  // namespace epg::cocoa
+
+/// What a view controller is made of behind AppKit.
+struct EPGDorvaSelinViewControllerParts {
+  EPGDorvaSelinViewControllerParts(EPGDorvaSelinViewController* viewController, NSString* nibName, NSBundle* bundle);
+
+  epg::EditorOutlets outlets();
+
+  epg::cocoa::CocoaBundle bundle;
+  epg::cocoa::CocoaView view;
+  epg::cocoa::CocoaTableView tagsTableView;
+  epg::cocoa::CocoaTextField imageURLTextField;
+  epg::cocoa::CocoaTextField titleTextField;
+  epg::cocoa::CocoaTextField descriptionTextField;
+  epg::EPGDorvaSelinViewController controller;
+};
+
+@interface EPGDorvaSelinViewController (Parts)
+- (EPGDorvaSelinViewControllerParts&)parts;
+@end

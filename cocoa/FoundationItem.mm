@@ -1,0 +1,38 @@
+#import "cocoa/FoundationItem.h"
+
+#import "cocoa/ExceptionGuard.h"
+#import "cocoa/FoundationValues.h"
+
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+namespace epg::cocoa {
+
+FoundationItem::FoundationItem(NSDictionary* dictionary)
+    : dictionary_(static_cast<NSMutableDictionary*>([dictionary retain])) {}
+
+FoundationItem::~FoundationItem() { [dictionary_ release]; }
+
+NSMutableDictionary* FoundationItem::dictionary() const { return [[dictionary_ retain] autorelease]; }
+
+EPGItem::Values FoundationItem::values() const {
+  auto values = std::make_shared<PropertyListDictionary>();
+  // The host may be changing the dictionary at this moment. The core knows what to do with an exception of its own
+  // language; the platform's would unwind it unnoticed.
+  const auto read = [&] { *values = fromDictionary(dictionary_); };
+  if (NSException* exception = exceptionRaisedBy(read)) {
+    throw std::runtime_error(fromString([exception description]));
+  }
+  return values;
+}
+
+void FoundationItem::setValues(const std::vector<PropertyListDictionary::Entry>& entries) {
+  for (const auto& [key, value] : entries) {
+    [dictionary_ setObject:toObject(value) forKey:toString(key)];
+  }
+}
+
+void FoundationItem::remove(const std::string& key) { [dictionary_ removeObjectForKey:toString(key)]; }
+
+}  // namespace epg::cocoa

@@ -1,0 +1,143 @@
+#import "host/window/Playback.h"
+
+#include <string>
+
+#include "host/window/PlaylistFile.h"
+
+namespace {
+
+// The keys of EPG events, as the plug-in's host and every plug-in know them.
+NSString* const uniqueIDKey = @"eventEPGUniqueID";
+NSString* const playbackIDKey = @"eventEPGPlaybackUniqueID";
+NSString* const startKey = @"eventEPGStartDateTime";
+NSString* const endKey = @"eventEPGEndDateTime";
+
+NSString* stringOf(const std::string& text) {
+  NSString* string = [NSString stringWithUTF8String:text.c_str()];
+  return string != nil ? string : @"";
+}
+
+NSString* stringOf(const std::optional<std::string>& text) { return text ? stringOf(*text) : nil; }
+
+NSDate* dateOf(const std::optional<epg::Instant>& instant) {
+  return instant ? [NSDate dateWithTimeIntervalSinceReferenceDate:instant->secondsSinceReferenceDate] : nil;
+}
+
+Playback* playbackOf(const epg::ScheduledEvent& scheduled, const epg::PlaylistFile& file) {
+  const epg::EPGEvent& event = scheduled.event;
+  const std::string uniqueID = event.eventEPGUniqueID.value_or("");
+  const auto title = file.titles.find(uniqueID);
+  const auto channelName = file.schedule.channelNames.find(scheduled.channel);
+  return
+      [[[Playback alloc] initWithUniqueID:stringOf(uniqueID)
+                               playbackID:stringOf(event.eventEPGPlaybackUniqueID)
+                                    title:stringOf(title != file.titles.end() ? title->second : uniqueID)
+                                  channel:stringOf(channelName != file.schedule.channelNames.end() ? channelName->second
+                                                                                                   : scheduled.channel)
+                                    start:dateOf(event.eventEPGStartDateTime)
+                                      end:dateOf(event.eventEPGEndDateTime)] autorelease];
+}
+
+NSComparisonResult byStart(id first, id second, void*) {
+  NSDate* start = [first startDate];
+  NSDate* other = [second startDate];
+  if (start == nil || other == nil) {
+    return start == other ? NSOrderedSame : start == nil ? NSOrderedDescending : NSOrderedAscending;
+  }
+  return [start compare:other];
+}
+
+}  // namespace
+
+@implementation Playback
+
+- (id)initWithUniqueID:(NSString*)uniqueID
+            playbackID:(NSString*)playbackID
+                 title:(NSString*)title
+               channel:(NSString*)channel
+                 start:(NSDate*)start
+                   end:(NSDate*)end {
+  self = [super init];
+  if (self != nil) {
+    _uniqueID = [uniqueID copy];
+    _playbackID = [playbackID copy];
+    _title = [title copy];
+    _channel = [channel copy];
+    _start = [start retain];
+    _end = [end retain];
+  }
+  return self;
+}
+
+- (void)dealloc {
+  [_uniqueID release];
+  [_playbackID release];
+  [_title release];
+  [_channel release];
+  [_start release];
+  [_end release];
+  [super dealloc];
+}
+
+- (NSString*)uniqueID {
+  return _uniqueID;
+}
+
+- (NSString*)title {
+  return _title;
+}
+
+- (NSString*)channel {
+  return _channel;
+}
+
+- (NSDate*)startDate {
+  return _start;
+}
+
+- (NSString*)startText {
+  if (_start == nil) {
+    return @"";
+  }
+  NSDateFormatter* formatter = [[[NSDateFormatter alloc] init] autorelease];
+  [formatter setDateFormat:@"yyyy-MM-dd HH:mm"];
+  return [formatter stringFromDate:_start];
+}
+
+- (NSDictionary*)event {
+  NSMutableDictionary* event = [NSMutableDictionary dictionaryWithObject:_uniqueID forKey:uniqueIDKey];
+  if (_playbackID != nil) {
+    [event setObject:_playbackID forKey:playbackIDKey];
+  }
+  if (_start != nil) {
+    [event setObject:_start forKey:startKey];
+  }
+  if (_end != nil) {
+    [event setObject:_end forKey:endKey];
+  }
+  return event;
+}
+
+- (BOOL)matches:(NSString*)searchText {
+  if ([searchText length] == 0) {
+    return YES;
+  }
+  NSString* all = [NSString stringWithFormat:@"%@\n%@\n%@\n%@", _title, _uniqueID, _channel, [self startText]];
+  return [all rangeOfString:searchText options:NSCaseInsensitiveSearch].location != NSNotFound;
+}
+
+@end
+
+NSArray* playbacksInFile(NSString* path, NSString** problem) {
+  epg::PlaylistFile file;
+  std::string message;
+  if (!epg::readPlaylistFile([path fileSystemRepresentation], &file, &message)) {
+    *problem = stringOf(message);
+    return nil;
+  }
+  NSMutableArray* playbacks = [NSMutableArray array];
+  for (const epg::ScheduledEvent& scheduled : file.schedule.events) {
+    [playbacks addObject:playbackOf(scheduled, file)];
+  }
+  return [playbacks sortedArrayUsingFunction:byStart context:nullptr];
+}

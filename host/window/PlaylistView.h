@@ -1,0 +1,34 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#import "host/window/Playback.h"
+
+/// The list of playbacks and entries: a search field over a table with multiple selection.
+@interface PlaylistView : NSView <NSTableViewDataSource, NSTableViewDelegate> {
+ @private
+  NSSearchField* _searchField;
+  NSTableView* _table;
+  NSMutableArray* _playbacks;
+  NSArray* _shown;
+  id _target;
+  BOOL _selecting;
+}
+
+/// `target` is told `selectionChanged:` when the user selects other lines.
+- (id)initWithFrame:(NSRect)frame target:(id)target;
+
+- (void)setPlaybacks:(NSArray*)playbacks;
+- (NSArray*)playbacks;
+- (void)addPlayback:(Playback*)playback;
+- (void)removePlayback:(Playback*)playback;
+
+/// EPG unique IDs of the selected lines, each once, in the list's order.
+- (NSArray*)selectedIDs;
+/// Selects every shown line of these entries, without telling the target.
+- (void)selectIDs:(NSArray*)uniqueIDs;
+
+- (NSSearchField*)searchField;
+- (NSTableView*)table;
+
+@end

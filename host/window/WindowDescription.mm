@@ -1,0 +1,137 @@
+#import "host/window/WindowDescription.h"
+
+namespace {
+
+const NSTimeInterval betweenLooks = 0.02;
+/// Of a table, from the first on.
+const NSInteger mostRows = 200;
+
+/// Left, bottom, width and height in the content's coordinates.
+NSArray* place(NSRect rect, NSView* view) {
+  const NSRect inWindow = [view convertRect:rect toView:[[view window] contentView]];
+  return [NSArray arrayWithObjects:[NSNumber numberWithDouble:NSMinX(inWindow)],
+                                   [NSNumber numberWithDouble:NSMinY(inWindow)],
+                                   [NSNumber numberWithDouble:NSWidth(inWindow)],
+                                   [NSNumber numberWithDouble:NSHeight(inWindow)], nil];
+}
+
+NSDictionary* descriptionOfTable(NSTableView* table) {
+  NSMutableArray* rows = [NSMutableArray array];
+  for (NSInteger row = 0; row < [table numberOfRows] && row < mostRows; ++row) {
+    NSMutableDictionary* cells = [NSMutableDictionary dictionary];
+    for (NSUInteger index = 0; index < [[table tableColumns] count]; ++index) {
+      NSTableColumn* column = [[table tableColumns] objectAtIndex:index];
+      const NSInteger columnIndex = static_cast<NSInteger>(index);
+      id value = [[table dataSource] tableView:table objectValueForTableColumn:column row:row];
+      const NSRect visible = NSIntersectionRect([table frameOfCellAtColumn:columnIndex row:row], [table visibleRect]);
+      [cells setObject:[NSDictionary dictionaryWithObjectsAndKeys:[value description], @"value", place(visible, table),
+                                                                  @"place", nil]
+                forKey:[column identifier]];
+    }
+    [cells setObject:[NSNumber numberWithBool:[table isRowSelected:row]] forKey:@"selected row"];
+    [rows addObject:cells];
+  }
+  return [NSDictionary
+      dictionaryWithObjectsAndKeys:@"table", @"kind", rows, @"rows", place([table visibleRect], table), @"place", nil];
+}
+
+NSMutableDictionary* descriptionOfControl(NSControl* control, NSString* kind, NSString* text) {
+  NSMutableDictionary* description = [NSMutableDictionary dictionary];
+  [description setObject:kind forKey:@"kind"];
+  [description setObject:[NSString stringWithString:text] forKey:@"text"];
+  [description setObject:place([control bounds], control) forKey:@"place"];
+  [description setObject:[NSNumber numberWithBool:[control isEnabled]] forKey:@"enabled"];
+  return description;
+}
+
+BOOL hasKeyboard(NSView* view) {
+  id responder = [[view window] firstResponder];
+  // While a field is edited, the window's editor stands in for it.
+  if ([responder isKindOfClass:[NSText class]] && [responder isFieldEditor]) {
+    responder = [responder delegate];
+  }
+  return responder == view ? YES : NO;
+}
+
+void append(NSView* view, NSMutableArray* descriptions) {
+  id object = view;
+  NSMutableDictionary* description = nil;
+  if ([view isKindOfClass:[NSTableView class]]) {
+    description = [NSMutableDictionary dictionaryWithDictionary:descriptionOfTable(object)];
+  } else if ([view isKindOfClass:[NSPopUpButton class]]) {
+    description = descriptionOfControl(object, @"pop-up", [object titleOfSelectedItem]);
+  } else if ([view isKindOfClass:[NSButton class]]) {
+    description = descriptionOfControl(object, @"button", [object title]);
+  } else if ([view isKindOfClass:[NSTextField class]]) {
+    NSString* kind = [object isEditable] ? @"field" : @"label";
+    description = descriptionOfControl(object, kind, [object stringValue]);
+    NSString* placeholder = [[object cell] placeholderString];
+    if (placeholder != nil) {
+      [description setObject:placeholder forKey:@"placeholder"];
+    }
+  }
+  if (description != nil) {
+    [description setObject:[NSNumber numberWithBool:hasKeyboard(view)] forKey:@"has keyboard"];
+    [descriptions addObject:description];
+    return;
+  }
+  NSEnumerator* subviews = [[view subviews] objectEnumerator];
+  while (NSView* subview = [subviews nextObject]) {
+    append(subview, descriptions);
+  }
+}
+
+}  // namespace
+
+@implementation WindowDescription
+
+- (id)initWithWindow:(NSWindow*)window path:(NSString*)path {
+  self = [super init];
+  if (self != nil) {
+    _window = window;
+    _path = [path copy];
+    // Not only after events: some of what the window shows comes from other threads.
+    _timer = [NSTimer scheduledTimerWithTimeInterval:betweenLooks
+                                              target:self
+                                            selector:@selector(describe:)
+                                            userInfo:nil
+                                             repeats:YES];
+    [[NSRunLoop currentRunLoop] addTimer:_timer forMode:NSEventTrackingRunLoopMode];
+  }
+  return self;
+}
+
+- (void)stop {
+  [_timer invalidate];
+  _timer = nil;
+}
+
+- (void)dealloc {
+  [_path release];
+  [_written release];
+  [super dealloc];
+}
+
+- (void)describe:(NSTimer*)timer {
+  (void)timer;
+  NSString* mode = [[NSRunLoop currentRunLoop] currentMode];
+  const BOOL mouseIsDown = [mode isEqualToString:NSEventTrackingRunLoopMode];
+  NSMutableArray* views = [NSMutableArray array];
+  append([_window contentView], views);
+  NSDictionary* description =
+      [NSDictionary dictionaryWithObjectsAndKeys:views, @"views", [_window title], @"title",
+                                                 [NSNumber numberWithBool:[_window isKeyWindow]], @"key",
+                                                 [NSNumber numberWithBool:mouseIsDown], @"mouse is down", nil];
+  if ([description isEqual:_written]) {
+    return;
+  }
+  NSData* data = [NSPropertyListSerialization dataFromPropertyList:description
+                                                            format:NSPropertyListXMLFormat_v1_0
+                                                  errorDescription:nullptr];
+  if ([data writeToFile:_path atomically:YES]) {
+    [_written release];
+    _written = [description retain];
+  }
+}
+
+@end

@@ -1,0 +1,12 @@
+#import <AppKit/AppKit.h>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  testing::InitGoogleTest(&argc, argv);
+  // Views need an application object, which opens the screen.
+  [NSApplication sharedApplication];
+  const int result = RUN_ALL_TESTS();
+  [pool drain];
+  return result;
+}
