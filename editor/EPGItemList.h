@@ -26,7 +26,8 @@ class EPGItemList {
   virtual void clear();
 
   /// Grows with every change of the list itself or of any item, so that what was computed from the list can be
-  /// kept while it stands still. Nothing when changes cannot be seen from here.
+  /// kept while it stands still. Nothing when changes cannot be seen from here: a list that keeps its elements in
+  /// another place, or holds items that change without `EPGItem`'s own operations, has to say so.
   virtual std::optional<std::size_t> changeCount() const;
 
  private:

@@ -8,7 +8,9 @@ namespace {
 
 constexpr std::size_t spacesPerLevel = 4;
 
-void indent(std::string& document, int level) { document.append(static_cast<std::size_t>(level) * spacesPerLevel, ' '); }
+void indent(std::string& document, int level) {
+  document.append(static_cast<std::size_t>(level) * spacesPerLevel, ' ');
+}
 
 void appendEndTag(std::string& document, const XMLElement& element) {
   document += "</";

@@ -55,8 +55,7 @@ std::string expandTilde(Environment& environment, const std::string& path) {
   if (path.empty() || path[0] != '~') return path;
   const std::size_t slash = path.find('/');
   const std::string user = path.substr(1, slash == std::string::npos ? std::string::npos : slash - 1);
-  const std::optional<std::string> home =
-      user.empty() ? environment.homeFolder() : environment.homeFolderOfUser(user);
+  const std::optional<std::string> home = user.empty() ? environment.homeFolder() : environment.homeFolderOfUser(user);
   if (!home) return path;
   return appendPathComponent(*home, slash == std::string::npos ? std::string() : path.substr(slash));
 }

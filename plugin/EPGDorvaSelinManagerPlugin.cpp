@@ -54,7 +54,9 @@ EPGDorvaSelinManagerPlugin::EPGDorvaSelinManagerPlugin(Private /*key*/, std::sha
 
 EPGDorvaSelinManagerPlugin::~EPGDorvaSelinManagerPlugin() = default;
 
-std::string EPGDorvaSelinManagerPlugin::storePath() const { return appendPathComponent(dataFolderPath_, storeFilename); }
+std::string EPGDorvaSelinManagerPlugin::storePath() const {
+  return appendPathComponent(dataFolderPath_, storeFilename);
+}
 
 void EPGDorvaSelinManagerPlugin::setDelegate(TelvarinManagerEPGPluginProtocol_Delegate* delegate) {
   delegate_ = delegate;
@@ -127,9 +129,8 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFile() {
 }
 
 void EPGDorvaSelinManagerPlugin::detachSaveThread(EPGItemStoreSnapshot snapshot) {
-  environment_.detachThread([self = shared_from_this(), snapshot = std::move(snapshot)] {
-    self->saveEPGItemsToFileThread(snapshot);
-  });
+  environment_.detachThread(
+      [self = shared_from_this(), snapshot = std::move(snapshot)] { self->saveEPGItemsToFileThread(snapshot); });
 }
 
 void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnapshot& snapshot) {

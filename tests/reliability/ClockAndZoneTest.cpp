@@ -43,15 +43,16 @@ TEST_F(ClockAndZoneTest, MidnightSeparatesTheFilesOfTwoDays) {
 TEST_F(ClockAndZoneTest, TheNightWhenClocksGoForwardSkipsAnHour) {
   TimeZone::use("Europe/Rome");
   EXPECT_EQ((std::vector<std::string>{"25.3.12 1:30", "25.3.12 1:59", "25.3.12 3:0", "25.3.12 3:30"}),
-            startsInFile({utc(2012, 3, 25, 0, 30), utc(2012, 3, 25, 0, 59), utc(2012, 3, 25, 1, 0),
-                          utc(2012, 3, 25, 1, 30)}));
+            startsInFile(
+                {utc(2012, 3, 25, 0, 30), utc(2012, 3, 25, 0, 59), utc(2012, 3, 25, 1, 0), utc(2012, 3, 25, 1, 30)}));
 }
 
 TEST_F(ClockAndZoneTest, TheNightWhenClocksGoBackHasAnHourTwiceInTheOrderOfTime) {
   TimeZone::use("Europe/Rome");
-  EXPECT_EQ((std::vector<std::string>{"28.10.12 1:59", "28.10.12 2:30", "28.10.12 2:0", "28.10.12 2:30", "28.10.12 3:0"}),
-            startsInFile({utc(2012, 10, 28, 2, 0), utc(2012, 10, 27, 23, 59), utc(2012, 10, 28, 1, 30),
-                          utc(2012, 10, 28, 0, 30), utc(2012, 10, 28, 1, 0)}));
+  EXPECT_EQ(
+      (std::vector<std::string>{"28.10.12 1:59", "28.10.12 2:30", "28.10.12 2:0", "28.10.12 2:30", "28.10.12 3:0"}),
+      startsInFile({utc(2012, 10, 28, 2, 0), utc(2012, 10, 27, 23, 59), utc(2012, 10, 28, 1, 30),
+                    utc(2012, 10, 28, 0, 30), utc(2012, 10, 28, 1, 0)}));
 }
 
 TEST_F(ClockAndZoneTest, OffsetsOfHalvesAndQuartersOfAnHour) {

@@ -18,13 +18,15 @@ TEST_F(FoundByFuzzersTest, IDsThatDifferOnlyInCharactersThatXMLCannotCarryKeepTh
   std::multiset<std::string> after;
   for (const auto& entry : storeFile()) after.insert(*stringValue(*entry.second.asDictionary(), ZRLEPGDSTitleKey));
   EXPECT_EQ(before, after);
-  EXPECT_EQ("title of " + std::to_string('a'),
-            *stringValue(*storeFile().find("a")->asDictionary(), ZRLEPGDSTitleKey));
+  EXPECT_EQ("title of " + std::to_string('a'), *stringValue(*storeFile().find("a")->asDictionary(), ZRLEPGDSTitleKey));
   EXPECT_TRUE(storeFile().find("a\xEF\xBF\xBD")) << "an ID that XML can carry keeps its item";
 }
 
 TEST_F(FoundByFuzzersTest, AStoreWithSuchIDsIsTheSameBytesAfterTheNextLoadAndSave) {
-  for (const char* const id : {"\x07\x04" "E2", "E1", "~", "\x01", "\x02"}) put(id, {{ZRLEPGDSTitleKey, "Title"}});
+  for (const char* const id : {"\x07\x04"
+                               "E2",
+                               "E1", "~", "\x01", "\x02"})
+    put(id, {{ZRLEPGDSTitleKey, "Title"}});
   save();
   const std::string first = contentOf(storePath());
   start();

@@ -51,7 +51,8 @@ class FullDiskTest : public PluginTest {};
 TEST_F(FullDiskTest, KeepsTheOldStoreWholeAndSavesAgainOnceThereIsRoom) {
   const std::string volumePath = folder.makeFolder("volume");
   const SmallVolume volume(volumePath);
-  if (volume.error != 0) GTEST_SKIP() << "NOT TRIED: no volume can be mounted here (" << std::strerror(volume.error) << ")";
+  if (volume.error != 0)
+    GTEST_SKIP() << "NOT TRIED: no volume can be mounted here (" << std::strerror(volume.error) << ")";
   stop();
   dataFolder = volumePath;
   start();
@@ -77,7 +78,8 @@ TEST_F(FullDiskTest, KeepsTheOldStoreWholeAndSavesAgainOnceThereIsRoom) {
 TEST_F(FullDiskTest, KeepsTheOldDayFileWholeAndReportsTheWriteError) {
   const std::string volumePath = folder.makeFolder("volume");
   const SmallVolume volume(volumePath);
-  if (volume.error != 0) GTEST_SKIP() << "NOT TRIED: no volume can be mounted here (" << std::strerror(volume.error) << ")";
+  if (volume.error != 0)
+    GTEST_SKIP() << "NOT TRIED: no volume can be mounted here (" << std::strerror(volume.error) << ")";
   configure("Small", {{ZRLEPGDSConfigExportPath, volumePath}});
   put("E1", {{ZRLEPGDSTitleKey, "Before"}});
   exportAndWait({eventAt("E1", 0)}, "Small");

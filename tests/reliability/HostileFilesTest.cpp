@@ -50,8 +50,14 @@ TEST_F(HostileFilesTest, TenThousandConfigurationsAreAllListed) {
 }
 
 TEST_F(HostileFilesTest, ConfigurationsAreListedAndUsedWhateverTheirNamesHold) {
-  const std::vector<std::string> names = {"line\nbreak",           "tab\tstop",         " ",   "quote\"'",
-                                          "\xF0\x9F\x93\xBA live", "\xE4\xB8\xAD\xE6\x96\x87", "..x", "%s%n",
+  const std::vector<std::string> names = {"line\nbreak",
+                                          "tab\tstop",
+                                          " ",
+                                          "quote\"'",
+                                          "\xF0\x9F\x93\xBA live",
+                                          "\xE4\xB8\xAD\xE6\x96\x87",
+                                          "..x",
+                                          "%s%n",
                                           "\xF3\xA0\x80\x81plane fourteen"};
   for (const std::string& name : names) configure(name, {{ZRLEPGDSConfigExportPath, exportFolder}});
   const std::vector<std::string> listed = plugin->configurationFilenames();
