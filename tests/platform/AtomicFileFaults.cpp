@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <ostream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -128,6 +129,9 @@ std::string nameOf(Before before) {
 }
 
 std::string nameOf(Volume volume) { return volume == Volume::Exchanges ? "Exchange" : "NoExchange"; }
+
+void PrintTo(Before before, std::ostream* out) { *out << nameOf(before); }
+void PrintTo(Volume volume, std::ostream* out) { *out << nameOf(volume); }
 
 class Replacement : public ::testing::TestWithParam<std::tuple<Before, Volume>> {
  protected:
