@@ -30,13 +30,19 @@ class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
     return [delegate() respondsToSelector:@selector(epgExportEventCompleted:error:)] != NO;
   }
   void epgExportEventCompleted(bool succeeded, const epg::EPGError* error) override {
-    [delegate() epgExportEventCompleted:succeeded ? YES : NO
-                                  error:error != nullptr ? epg::cocoa::toError(*error) : nil];
+    // The host may have set another one since it was asked.
+    const id current = delegate();
+    if (![current respondsToSelector:@selector(epgExportEventCompleted:error:)]) return;
+    [current epgExportEventCompleted:succeeded ? YES : NO error:error != nullptr ? epg::cocoa::toError(*error) : nil];
   }
 
  private:
   std::atomic<void*> delegate_{nullptr};  ///< Not owned.
 };
+
+/// The list of the call that is being made. One for each thread: a delegate may ask for an export from inside its
+/// report, on the export's thread, while the host's own thread does the same.
+__thread NSArray* eventsHandedIn = nil;
 
 /// The core's plug-in with the platform's threads and view controller. Lives as long as the object it belongs to.
 class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
@@ -54,9 +60,10 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
 
   /// The events are read on the export's own thread, out of a list that the host no longer changes.
   void exportEvents(NSArray* events, const std::string& configurationFilename) {
-    events_ = events;
+    NSArray* const before = eventsHandedIn;
+    eventsHandedIn = events;
     epg::EPGDorvaSelinManagerPlugin::exportEvents(std::vector<epg::EPGEvent>(), configurationFilename);
-    events_ = nil;
+    eventsHandedIn = before;
   }
 
  protected:
@@ -67,7 +74,7 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
   }
 
   void detachExportThread(std::vector<epg::EPGEvent> /*events*/) override {
-    NSArray* events = events_ != nil ? [events_ copy] : [[NSArray alloc] init];
+    NSArray* events = eventsHandedIn != nil ? [eventsHandedIn copy] : [[NSArray alloc] init];
     detachThread(@selector(exportEventsThread:), events);
     [events release];
   }
@@ -106,7 +113,6 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
 
   ::EPGDorvaSelinManagerPlugin* object_;
   NSBundle* bundle_;
-  NSArray* events_ = nil;
   ::EPGDorvaSelinViewController* viewController_ = nil;
 };
 

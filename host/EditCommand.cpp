@@ -81,7 +81,13 @@ int editEntries(CommandContext& context, const EditOptions& options) {
   const std::vector<std::string> ids = uniqueIDs(options.ids, context.input);
   PluginSession session(context, options.dryRun ? PluginSession::Purpose::Reading : PluginSession::Purpose::Changing);
   const std::vector<std::string> newIDs = idsWithoutItem(session, ids);
-  for (const std::string& id : newIDs) refuseUnusableID(id);
+  for (const std::string& id : newIDs) {
+    refuseUnusableID(id);
+    if (session.plugin().epgItems()->entry(id)) {
+      throw Refusal("the store holds something under " + escapedForLine(id) +
+                    " that is no entry; it is left as it is (EPGItems.plist)");
+    }
+  }
   {
     const Progress progress(context.messages, "Editing");
     openEditor(session, ids);

@@ -22,6 +22,7 @@
   NSBundle *bundle = [NSBundle bundleWithPath:bundlePath];
   NSObject<TelvarinManagerEPGPluginProtocol> *plugin =
       [[[bundle principalClass] alloc] initWithBundle:bundle dataFolderPath:dataFolder];
+  if (plugin == nil) [NSException raise:NSInvalidArgumentException format:@"%@ is no EPG plug-in", bundlePath];
   [plugin setDelegate:self];
 
   // An entry with metadata. A host with a window shows [plugin editorView] in between.

@@ -129,6 +129,10 @@ NSComparisonResult byStart(id first, id second, void*) {
 @end
 
 NSArray* playbacksInFile(NSString* path, NSString** problem) {
+  if ([path length] == 0) {
+    *problem = @"no file of events was named (EventsFile)";
+    return nil;
+  }
   epg::PlaylistFile file;
   std::string message;
   if (!epg::readPlaylistFile([path fileSystemRepresentation], &file, &message)) {

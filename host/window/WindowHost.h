@@ -35,6 +35,6 @@
   NSArray* _editedIDs;
   NSArray* _stateBeforeEditing;
   NSArray* _idsAsked;
-  BOOL _closing;
+  BOOL _storeChanged;
 }
 @end

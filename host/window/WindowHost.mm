@@ -323,7 +323,6 @@ NSView* lastKeyView(NSView* editorView) {
 
 - (void)keepEditing:(id)sender {
   (void)sender;
-  _closing = NO;
   [_notice showMessage:[NSString stringWithFormat:@"Editing %@", [self nameOfEdited]]];
 }
 
@@ -335,6 +334,7 @@ NSView* lastKeyView(NSView* editorView) {
   [_notice stopAsking];
   NSString* name = [self nameOfEdited];
   [_plugin commitEditing];
+  _storeChanged = YES;
   // Named anew, because until then what is clicked in the editor would change the store itself.
   [self edit:[[_editedIDs retain] autorelease]];
   [_notice showMessage:[NSString stringWithFormat:@"%@ saved", name]];
@@ -380,6 +380,7 @@ NSView* lastKeyView(NSView* editorView) {
                                                  start:nil
                                                    end:nil] autorelease];
   [_plugin duplicateEPGItemWithUniqueID:source toItemWithUniqueID:target];
+  _storeChanged = YES;
   [[_playlist searchField] setStringValue:@""];
   [_playlist addPlayback:copy];
   [_playlist selectIDs:[NSArray arrayWithObject:target]];
@@ -411,6 +412,7 @@ NSView* lastKeyView(NSView* editorView) {
   (void)sender;
   NSString* name = [self nameOfEdited];
   [_plugin removeEPGItemsWithUniqueIDs:_editedIDs];
+  _storeChanged = YES;
   // An entry that only this window knows goes with its metadata; one of the events file stays, without.
   NSMutableArray* gone = [NSMutableArray array];
   NSEnumerator* playbacks = [[_playlist playbacks] objectEnumerator];
@@ -485,7 +487,6 @@ NSView* lastKeyView(NSView* editorView) {
   if (![self hasUnsavedEdits]) {
     return YES;
   }
-  _closing = YES;
   [self askAboutUnsavedEditsWith:@selector(commitAndClose:) discard:@selector(discardAndClose:)];
   return NO;
 }
@@ -512,12 +513,21 @@ NSView* lastKeyView(NSView* editorView) {
   return [self windowShouldClose:_window] ? NSTerminateNow : NSTerminateCancel;
 }
 
-- (void)applicationWillTerminate:(NSNotification*)notification {
-  (void)notification;
-  // Saves and exports run on threads that keep the plug-in, and that the end of the process would cut short.
+/// Saves and exports run on threads that keep the plug-in, and that the end of the process would cut short.
+- (void)waitForThreads {
   NSDate* end = [NSDate dateWithTimeIntervalSinceNow:longestWaitAtEnd];
   while ([_plugin retainCount] > 1 && [end timeIntervalSinceNow] > 0) {
     [NSThread sleepForTimeInterval:0.005];
+  }
+}
+
+- (void)applicationWillTerminate:(NSNotification*)notification {
+  (void)notification;
+  [self waitForThreads];
+  if (_storeChanged) {
+    // A save that was asked for while another one wrote was dropped. Removing nothing saves the whole store.
+    [_plugin removeEPGItemsWithUniqueIDs:[NSArray array]];
+    [self waitForThreads];
   }
   [_plugin setDelegate:nil];
 }

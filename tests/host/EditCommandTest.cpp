@@ -203,4 +203,14 @@ TEST_F(EditCommand, EditsAHundredThousandEntriesAtOnce) {
                {{"title", "Title 99999"}, {"description", "D"}, {"imageURL", ""}, {"tags", names({"News", "Live"})}})));
 }
 
+TEST_F(EditCommand, LeavesWhatIsNoEntryAsItIs) {
+  PropertyListDictionary content;
+  content.set("b", "kept by another tool");
+  writeStore(content);
+  const CommandResult result = run({"edit", "b", "--title", "X"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.messages, HasSubstr("under b that is no entry"));
+  EXPECT_EQ(*store().find("b")->asString(), "kept by another tool");
+}
+
 }  // namespace epg::test

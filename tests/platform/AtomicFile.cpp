@@ -20,7 +20,8 @@
 #include "platform/XMLText.h"
 #include "tests/platform/ChildProcess.h"
 #include "tests/platform/FaultyEnvironment.h"
-#include "tests/platform/TemporaryFolder.h"
+#include "tests/platform/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
 namespace {
@@ -41,6 +42,9 @@ class FileCreationMask {
 
 class AtomicFile : public ::testing::Test {
  protected:
+  /// Some tests go on as another user.
+  void SetUp() override { ::chmod(folder.path().c_str(), 0777); }
+
   int replace(const std::string& content) { return replaceFile(environment, target, content); }
 
   /// The temporary files' paths that were made so far.
@@ -60,52 +64,52 @@ class AtomicFile : public ::testing::Test {
 
 TEST_F(AtomicFile, NewFileHoldsTheContent) {
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, OldContentIsReplaced) {
-  putFile(target, "something longer than the new content");
+  writeFile(target, "something longer than the new content");
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, ContentMayBeEmpty) {
-  putFile(target, "old");
+  writeFile(target, "old");
   EXPECT_EQ(replace(""), 0);
-  EXPECT_EQ(contentOf(target), "");
+  EXPECT_EQ(contentOrMissing(target), "");
 }
 
 TEST_F(AtomicFile, ContentMayHoldEveryByte) {
   std::string bytes;
   for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
   EXPECT_EQ(replace(bytes), 0);
-  EXPECT_EQ(contentOf(target), bytes);
+  EXPECT_EQ(contentOrMissing(target), bytes);
 }
 
 TEST_F(AtomicFile, ContentMayBeLarge) {
   const std::string content(std::size_t{20} << 20, 'x');
   EXPECT_EQ(replace(content), 0);
-  EXPECT_TRUE(contentOf(target) == content);
+  EXPECT_TRUE(contentOrMissing(target) == content);
 }
 
 TEST_F(AtomicFile, ContentIsWholeHoweverLittleIsWrittenAtOnce) {
   environment.limitWritesTo(1);
   EXPECT_EQ(replace("written byte by byte"), 0);
-  EXPECT_EQ(contentOf(target), "written byte by byte");
+  EXPECT_EQ(contentOrMissing(target), "written byte by byte");
 }
 
 TEST_F(AtomicFile, AWriterThatNeverWritesAnythingFails) {
-  putFile(target, "old");
+  writeFile(target, "old");
   environment.limitWritesTo(0);
   EXPECT_EQ(replace("new"), EIO);
-  EXPECT_EQ(contentOf(target), "old");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "old");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, WhoHasTheOldFileOpenGoesOnReadingIt) {
-  putFile(target, "old");
+  writeFile(target, "old");
   const int descriptor = ::open(target.c_str(), O_RDONLY);
   EXPECT_EQ(replace("new"), 0);
   char buffer[8] = {};
@@ -133,7 +137,7 @@ TEST_F(AtomicFile, LeavesNoDescriptorOpen) {
 // In which order: only this order keeps a file whole through a power cut.
 
 TEST_F(AtomicFile, IsLockedWrittenFlushedAndClosedBeforeItTakesThePlace) {
-  putFile(target, "old");
+  writeFile(target, "old");
   ASSERT_EQ(replace("new"), 0);
   std::vector<std::string> order;
   for (const std::string& name : environment.callNames()) {
@@ -165,16 +169,16 @@ TEST_F(AtomicFile, ReplacedFileKeepsItsMode) {
   const FileCreationMask here(022);
   for (const mode_t mode : {mode_t{0600}, mode_t{0444}, mode_t{0664}, mode_t{0755}, mode_t{0644}}) {
     ::unlink(target.c_str());
-    putFile(target, "old");
+    writeFile(target, "old");
     ::chmod(target.c_str(), mode);
     EXPECT_EQ(replace("new"), 0);
     EXPECT_EQ(infoOf(target).mode, mode);
-    EXPECT_EQ(contentOf(target), "new");
+    EXPECT_EQ(contentOrMissing(target), "new");
   }
 }
 
 TEST_F(AtomicFile, ReplacedFileDoesNotKeepTheRightToRunAsItsOwner) {
-  putFile(target, "old");
+  writeFile(target, "old");
   ::chmod(target.c_str(), 06755);
   EXPECT_EQ(replace("new"), 0);
   EXPECT_EQ(infoOf(target).mode, mode_t{0755});
@@ -182,7 +186,7 @@ TEST_F(AtomicFile, ReplacedFileDoesNotKeepTheRightToRunAsItsOwner) {
 
 TEST_F(AtomicFile, ReplacedFileKeepsItsOwnerWhereThatIsPermitted) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can give files away";
-  putFile(target, "old");
+  writeFile(target, "old");
   ASSERT_EQ(::chown(target.c_str(), 1234, 2345), 0);
   EXPECT_EQ(replace("new"), 0);
   EXPECT_EQ(infoOf(target).owner, 1234U);
@@ -191,11 +195,11 @@ TEST_F(AtomicFile, ReplacedFileKeepsItsOwnerWhereThatIsPermitted) {
 
 TEST_F(AtomicFile, FileOfAnotherUserIsReplacedWhereTheFolderPermitsIt) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs root to make a file of another user";
-  putFile(target, "old");
+  writeFile(target, "old");
   ::chmod(target.c_str(), 0600);
   const int result = exitOfChild([&] { return becomeUnprivileged() ? replace("new") : 255; });
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(contentOrMissing(target), "new");
   EXPECT_NE(infoOf(target).owner, 0U);
   EXPECT_EQ(infoOf(target).mode, mode_t{0600});
 }
@@ -204,13 +208,13 @@ TEST_F(AtomicFile, FileOfAnotherUserIsReplacedWhereTheFolderPermitsIt) {
 
 TEST_F(AtomicFile, SymbolicLinkIsReplacedAndNotFollowed) {
   TemporaryFolder elsewhere;
-  putFile(elsewhere.file("linked"), "linked");
+  writeFile(elsewhere.file("linked"), "linked");
   ASSERT_EQ(::symlink(elsewhere.file("linked").c_str(), target.c_str()), 0);
   EXPECT_EQ(replace("new"), 0);
   EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Regular);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(contentOf(elsewhere.file("linked")), "linked");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(contentOrMissing(elsewhere.file("linked")), "linked");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, DanglingLinkIsReplacedAndNothingIsMadeWhereItPoints) {
@@ -218,22 +222,22 @@ TEST_F(AtomicFile, DanglingLinkIsReplacedAndNothingIsMadeWhereItPoints) {
   ASSERT_EQ(::symlink(elsewhere.file("nothing").c_str(), target.c_str()), 0);
   EXPECT_EQ(replace("new"), 0);
   EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Regular);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(elsewhere.names(), Names());
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(elsewhere.path()), Names());
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, LinkToAFolderIsReplacedAndTheFolderStaysAsItIs) {
   TemporaryFolder elsewhere;
   ASSERT_EQ(::symlink(elsewhere.path().c_str(), target.c_str()), 0);
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(elsewhere.names(), Names());
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(elsewhere.path()), Names());
 }
 
 TEST_F(AtomicFile, ModeOfWhatALinkPointsToIsNotTakenOver) {
   const FileCreationMask here(022);
-  putFile(folder.file("linked"), "linked");
+  writeFile(folder.file("linked"), "linked");
   ::chmod(folder.file("linked").c_str(), 0600);
   ASSERT_EQ(::symlink("linked", target.c_str()), 0);
   EXPECT_EQ(replace("new"), 0);
@@ -241,49 +245,49 @@ TEST_F(AtomicFile, ModeOfWhatALinkPointsToIsNotTakenOver) {
 }
 
 TEST_F(AtomicFile, OtherNamesOfTheOldFileKeepTheOldContent) {
-  putFile(target, "old");
+  writeFile(target, "old");
   ASSERT_EQ(::link(target.c_str(), folder.file("other name").c_str()), 0);
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(contentOf(folder.file("other name")), "old");
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(contentOrMissing(folder.file("other name")), "old");
 }
 
 TEST_F(AtomicFile, FolderInThePlaceStaysAndIsAnError) {
   ASSERT_EQ(::mkdir(target.c_str(), 0755), 0);
   EXPECT_EQ(replace("new"), EISDIR);
   EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Folder);
-  putFile(target + "/inside", "inside");
+  writeFile(target + "/inside", "inside");
   EXPECT_EQ(replace("new"), EISDIR);
-  EXPECT_EQ(contentOf(target + "/inside"), "inside");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target + "/inside"), "inside");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, PipeInThePlaceIsReplacedWithoutWaitingForIt) {
   ASSERT_EQ(::mkfifo(target.c_str(), 0644), 0);
   EXPECT_EQ(replace("new"), 0);
   EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Regular);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 // Folders
 
 TEST_F(AtomicFile, MissingFolderIsAnErrorAndIsNotMade) {
   EXPECT_EQ(replaceFile(environment, folder.file("missing/target"), "new"), ENOENT);
-  EXPECT_EQ(folder.names(), Names());
+  EXPECT_EQ(namesIn(folder.path()), Names());
 }
 
 TEST_F(AtomicFile, FileInTheFoldersPlaceIsAnError) {
-  putFile(folder.file("file"), "file");
+  writeFile(folder.file("file"), "file");
   EXPECT_EQ(replaceFile(environment, folder.file("file/target"), "new"), ENOTDIR);
-  EXPECT_EQ(contentOf(folder.file("file")), "file");
+  EXPECT_EQ(contentOrMissing(folder.file("file")), "file");
 }
 
 TEST_F(AtomicFile, FolderMayBeReachedThroughALink) {
   ASSERT_EQ(::mkdir(folder.file("real").c_str(), 0755), 0);
   ASSERT_EQ(::symlink("real", folder.file("link").c_str()), 0);
   EXPECT_EQ(replaceFile(environment, folder.file("link/target"), "new"), 0);
-  EXPECT_EQ(contentOf(folder.file("real/target")), "new");
+  EXPECT_EQ(contentOrMissing(folder.file("real/target")), "new");
 }
 
 TEST_F(AtomicFile, NameAloneIsAFileInTheWorkingFolder) {
@@ -292,32 +296,32 @@ TEST_F(AtomicFile, NameAloneIsAFileInTheWorkingFolder) {
     return replaceFile(environment, "target", "new");
   });
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, FolderThatMayNotBeWrittenIsAnErrorAndTheOldFileStays) {
-  putFile(target, "old");
+  writeFile(target, "old");
   ::chmod(folder.path().c_str(), 0555);
   EXPECT_EQ(exitOfChild([&] { return becomeUnprivileged() ? replace("new") : 255; }), EACCES);
   ::chmod(folder.path().c_str(), 0755);
-  EXPECT_EQ(contentOf(target), "old");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "old");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, FolderThatMayBeWrittenButNotReadTakesTheFile) {
-  putFile(target, "old");
+  writeFile(target, "old");
   ::chmod(folder.path().c_str(), 0333);
   EXPECT_EQ(exitOfChild([&] { return becomeUnprivileged() ? replace("new") : 255; }), 0);
   ::chmod(folder.path().c_str(), 0755);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 // Full disks, as the system itself reports them
 
 TEST_F(AtomicFile, LimitOfTheProcessOnFileSizesIsAnErrorAndTheOldFileStays) {
-  putFile(target, "old");
+  writeFile(target, "old");
   const int result = exitOfChild([&] {
     ::signal(SIGXFSZ, SIG_IGN);
     struct rlimit limit {};
@@ -325,8 +329,8 @@ TEST_F(AtomicFile, LimitOfTheProcessOnFileSizesIsAnErrorAndTheOldFileStays) {
     return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 ? replace(std::string(200000, 'x')) : 255;
   });
   EXPECT_EQ(result, EFBIG);
-  EXPECT_EQ(contentOf(target), "old");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "old");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(AtomicFile, FullDiskIsAnErrorAndTheOldFileStays) {
@@ -340,10 +344,10 @@ TEST_F(AtomicFile, FullDiskIsAnErrorAndTheOldFileStays) {
     }
     if (replace("old") != 0) return 1;
     if (replace(std::string(std::size_t{1} << 20, 'x')) != ENOSPC) return 2;
-    if (contentOf(target) != "old") return 3;
-    if (folder.names() != Names({"target"})) return 4;
+    if (contentOrMissing(target) != "old") return 3;
+    if (namesIn(folder.path()) != Names({"target"})) return 4;
     if (replace("new") != 0) return 5;
-    return contentOf(target) == "new" ? 0 : 6;
+    return contentOrMissing(target) == "new" ? 0 : 6;
   });
   if (result == notPermitted) GTEST_SKIP() << "NOT TESTED: this user may not mount a small disk";
   EXPECT_EQ(result, 0);
@@ -376,8 +380,8 @@ TEST_F(AtomicFile, NameMayBeAsLongAsTheSystemPermits) {
   target = folder.file(std::string(255, 'n'));
   EXPECT_EQ(replace("new"), 0);
   EXPECT_EQ(replace("newer"), 0);
-  EXPECT_EQ(contentOf(target), "newer");
-  EXPECT_EQ(folder.names(), Names({std::string(255, 'n')}));
+  EXPECT_EQ(contentOrMissing(target), "newer");
+  EXPECT_EQ(namesIn(folder.path()), Names({std::string(255, 'n')}));
 }
 
 TEST_F(AtomicFile, LongNameIsNotCutInsideACharacter) {
@@ -393,23 +397,23 @@ TEST_F(AtomicFile, LongNameIsNotCutInsideACharacter) {
 TEST_F(AtomicFile, NameLongerThanTheSystemPermitsIsAnErrorAndLeavesNothing) {
   target = folder.file(std::string(256, 'n'));
   EXPECT_EQ(replace("new"), ENAMETOOLONG);
-  EXPECT_EQ(folder.names(), Names());
+  EXPECT_EQ(namesIn(folder.path()), Names());
 }
 
 TEST_F(AtomicFile, NameMayHoldAnyCharacterButTheSlash) {
   for (const char* name : {" ", "a\nb", "'\"\\*?", "..a", "~", "-rf", "é節🎬", "\xFF\xFE", "a.tmp"}) {
     target = folder.file(name);
     EXPECT_EQ(replace(name), 0) << name;
-    EXPECT_EQ(contentOf(target), name);
+    EXPECT_EQ(contentOrMissing(target), name);
   }
 }
 
 TEST_F(AtomicFile, ZeroByteInThePathIsAnErrorAndMakesNoFile) {
-  putFile(target, "old");
+  writeFile(target, "old");
   target += std::string("\0.epgconf", 9);
   EXPECT_EQ(replace("new"), EINVAL);
-  EXPECT_EQ(folder.names(), Names({"target"}));
-  EXPECT_EQ(contentOf(folder.file("target")), "old");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(folder.file("target")), "old");
 }
 
 }  // namespace

@@ -9,7 +9,8 @@
 
 #include "platform/AtomicFile.h"
 #include "tests/platform/ChildProcess.h"
-#include "tests/platform/TemporaryFolder.h"
+#include "tests/platform/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
 namespace {
@@ -49,11 +50,11 @@ int failuresOfWriter(Environment& environment, const std::string& path, int writ
 
 class WritersAtOnce : public ::testing::Test {
  protected:
-  void SetUp() override { putFile(target, contentOfRound(0, 0)); }
+  void SetUp() override { writeFile(target, contentOfRound(0, 0)); }
 
   void expectWholeFileAlone() const {
-    EXPECT_TRUE(isWhole(contentOf(target)));
-    EXPECT_EQ(folder.names(), std::vector<std::string>({"target"}));
+    EXPECT_TRUE(isWhole(contentOrMissing(target)));
+    EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>({"target"}));
   }
 
   TemporaryFolder folder;
@@ -72,7 +73,7 @@ TEST_F(WritersAtOnce, ThreadsNeverLeaveAReaderAPart) {
     });
   }
   int broken = 0;
-  while (running > 0) broken += isWhole(contentOf(target)) ? 0 : 1;
+  while (running > 0) broken += isWhole(contentOrMissing(target)) ? 0 : 1;
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(broken, 0);
   EXPECT_EQ(failures, 0);
@@ -86,7 +87,7 @@ TEST_F(WritersAtOnce, ProcessesNeverLeaveAReaderAPart) {
   }
   const int reader = startChild([&] {
     for (int i = 0; i < 2000; ++i) {
-      if (!isWhole(contentOf(target))) return 1;
+      if (!isWhole(contentOrMissing(target))) return 1;
     }
     return 0;
   });
@@ -105,9 +106,9 @@ TEST_F(WritersAtOnce, ThreadsWriteManyFilesOfOneFolderWithoutMeeting) {
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(failures, 0);
   for (int writer = 0; writer < writers; ++writer) {
-    EXPECT_TRUE(contentOf(folder.file(std::to_string(writer))) == contentOfRound(writer, rounds - 1)) << writer;
+    EXPECT_TRUE(contentOrMissing(folder.file(std::to_string(writer))) == contentOfRound(writer, rounds - 1)) << writer;
   }
-  EXPECT_EQ(folder.names(), std::vector<std::string>({"0", "1", "2", "3", "target"}));
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>({"0", "1", "2", "3", "target"}));
 }
 
 TEST_F(WritersAtOnce, FilesThatOthersRemoveAreReplacedAllTheSame) {

@@ -15,7 +15,8 @@
 
 #include "platform/AtomicFile.h"
 #include "tests/platform/FaultyEnvironment.h"
-#include "tests/platform/TemporaryFolder.h"
+#include "tests/platform/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
 namespace {
@@ -31,11 +32,11 @@ class Scene {
   Scene(Before before, Volume volume) : before_(before) {
     if (volume == Volume::DoesNotExchange) environment.failEvery("exchangeFiles", ENOTSUP);
     if (before == Before::File) {
-      putFile(target, "old");
+      writeFile(target, "old");
       ::chmod(target.c_str(), 0640);  // So that the mode has to be handed on.
     }
     if (before == Before::Link) {
-      putFile(elsewhere.file("linked"), "linked");
+      writeFile(elsewhere.file("linked"), "linked");
       EXPECT_EQ(::symlink(elsewhere.file("linked").c_str(), target.c_str()), 0);
     }
     if (before != Before::Nothing) inode_ = infoOf(target).inode;
@@ -44,29 +45,29 @@ class Scene {
   int replace(const std::string& content) { return replaceFile(environment, target, content); }
 
   void expectAsBefore() const {
-    EXPECT_EQ(folder.names(), before_ == Before::Nothing ? Names() : Names({"target"}));
+    EXPECT_EQ(namesIn(folder.path()), before_ == Before::Nothing ? Names() : Names({"target"}));
     if (before_ != Before::Nothing) {
       EXPECT_EQ(infoOf(target).inode, inode_) << "no longer the same file";
     }
     if (before_ == Before::File) {
-      EXPECT_EQ(contentOf(target), "old");
+      EXPECT_EQ(contentOrMissing(target), "old");
       EXPECT_EQ(infoOf(target).mode, mode_t{0640});
     }
     if (before_ == Before::Link) {
       EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Link);
-      EXPECT_EQ(contentOf(target), "linked");
+      EXPECT_EQ(contentOrMissing(target), "linked");
     }
   }
 
   void expectReplacedBy(const std::string& content) const {
-    EXPECT_EQ(folder.names(), Names({"target"}));
+    EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
     EXPECT_EQ(infoOf(target).kind, Environment::FileKind::Regular);
-    EXPECT_EQ(contentOf(target), content);
+    EXPECT_EQ(contentOrMissing(target), content);
     if (before_ == Before::File) {
       EXPECT_EQ(infoOf(target).mode, mode_t{0640});
     }
     if (before_ == Before::Link) {
-      EXPECT_EQ(contentOf(elsewhere.file("linked")), "linked");
+      EXPECT_EQ(contentOrMissing(elsewhere.file("linked")), "linked");
     }
   }
 
@@ -119,8 +120,8 @@ bool newFileStandsInSpiteOfTheError(const std::vector<FaultyEnvironment::Call>& 
 
 bool canExchange() {
   const TemporaryFolder folder;
-  putFile(folder.file("a"), "a");
-  putFile(folder.file("b"), "b");
+  writeFile(folder.file("a"), "a");
+  writeFile(folder.file("b"), "b");
   return Environment::standard().exchangeFiles(folder.file("a"), folder.file("b")) == 0;
 }
 
@@ -197,7 +198,7 @@ TEST_P(Replacement, AnyTwoCallsFailingLeaveAWholeFile) {
       scene.environment.fail(second, EIO);
       const int result = scene.replace("new");
       EXPECT_EQ(openDescriptors(), descriptors);
-      const std::string content = contentOf(scene.target);
+      const std::string content = contentOrMissing(scene.target);
       const std::string old = before == Before::Nothing ? "(missing)" : before == Before::File ? "old" : "linked";
       if (result == 0) {
         EXPECT_EQ(content, "new");
@@ -336,15 +337,15 @@ TEST_P(ReplacementAmongOthers, TargetThatVanishesBeforeItIsReplacedIsNoError) {
   Scene scene(before, volume);
   scene.environment.before(step, [&] { ::unlink(scene.target.c_str()); });
   EXPECT_EQ(scene.replace("new"), 0);
-  EXPECT_EQ(contentOf(scene.target), "new");
-  EXPECT_EQ(scene.folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(scene.target), "new");
+  EXPECT_EQ(namesIn(scene.folder.path()), Names({"target"}));
 }
 
 TEST_P(ReplacementAmongOthers, FolderThatIsDeletedMeanwhileIsAnError) {
   const std::size_t step = callNumber(before, volume, "writeFile");
   Scene scene(before, volume);
   scene.environment.before(step, [&] {
-    for (const std::string& name : scene.folder.names()) ::unlink(scene.folder.file(name).c_str());
+    for (const std::string& name : namesIn(scene.folder.path())) ::unlink(scene.folder.file(name).c_str());
     EXPECT_EQ(::rmdir(scene.folder.path().c_str()), 0);
   });
   EXPECT_EQ(scene.replace("new"), ENOENT);
@@ -358,7 +359,7 @@ TEST_P(ReplacementAmongOthers, FolderThatIsRenamedMeanwhileIsAnErrorAndHoldsTheO
   EXPECT_EQ(scene.replace("new"), ENOENT);
   EXPECT_EQ(::rename(moved.c_str(), scene.folder.path().c_str()), 0);
   if (before == Before::File) {
-    EXPECT_EQ(contentOf(scene.target), "old");
+    EXPECT_EQ(contentOrMissing(scene.target), "old");
   }
   scene.expectNextReplacementWorks();
 }

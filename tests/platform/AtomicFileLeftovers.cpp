@@ -18,7 +18,8 @@
 #include "platform/Paths.h"
 #include "tests/platform/ChildProcess.h"
 #include "tests/platform/FaultyEnvironment.h"
-#include "tests/platform/TemporaryFolder.h"
+#include "tests/platform/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
 namespace {
@@ -33,7 +34,7 @@ class Leftovers : public ::testing::Test {
  protected:
   Names temporaryFiles() const {
     Names found;
-    for (const std::string& name : folder.names()) {
+    for (const std::string& name : namesIn(folder.path())) {
       if (endsWith(name, ".tmp")) found.push_back(name);
     }
     return found;
@@ -82,16 +83,16 @@ class KilledWriter : public Leftovers, public ::testing::WithParamInterface<bool
       check();
       EXPECT_LE(temporaryFiles().size(), 1U);
       EXPECT_EQ(replace("next"), 0);
-      EXPECT_EQ(contentOf(target), "next");
-      EXPECT_EQ(folder.names(), Names({"target"}));
+      EXPECT_EQ(contentOrMissing(target), "next");
+      EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
     }
   }
 };
 
 TEST_P(KilledWriter, LeavesTheOldFileOrTheNewOneAndItsRemainsAreRemoved) {
-  killBeforeEveryCall([&] { putFile(target, "old"); },
+  killBeforeEveryCall([&] { writeFile(target, "old"); },
                       [&] {
-                        const std::string content = contentOf(target);
+                        const std::string content = contentOrMissing(target);
                         EXPECT_TRUE(content == "old" || content == "new") << content;
                       });
 }
@@ -99,19 +100,19 @@ TEST_P(KilledWriter, LeavesTheOldFileOrTheNewOneAndItsRemainsAreRemoved) {
 TEST_P(KilledWriter, LeavesNoFileOrTheNewOneWhereThereWasNone) {
   killBeforeEveryCall([] {},
                       [&] {
-                        const std::string content = contentOf(target);
+                        const std::string content = contentOrMissing(target);
                         EXPECT_TRUE(content == "(missing)" || content == "new") << content;
                       });
 }
 
 TEST_P(KilledWriter, LeavesTheLinkOrTheNewFileWhereThereWasALink) {
   const TemporaryFolder elsewhere;
-  putFile(elsewhere.file("linked"), "linked");
+  writeFile(elsewhere.file("linked"), "linked");
   killBeforeEveryCall([&] { ASSERT_EQ(::symlink(elsewhere.file("linked").c_str(), target.c_str()), 0); },
                       [&] {
-                        const std::string content = contentOf(target);
+                        const std::string content = contentOrMissing(target);
                         EXPECT_TRUE(content == "linked" || content == "new") << content;
-                        EXPECT_EQ(contentOf(elsewhere.file("linked")), "linked");
+                        EXPECT_EQ(contentOrMissing(elsewhere.file("linked")), "linked");
                       });
 }
 
@@ -119,59 +120,59 @@ INSTANTIATE_TEST_SUITE_P(AtomicFile, KilledWriter, ::testing::Bool(),
                          [](const auto& one) { return one.param ? "Exchange" : "NoExchange"; });
 
 TEST_F(Leftovers, OfKilledWritersAreAllRemovedAtOnce) {
-  for (int i = 1; i < 30; ++i) putFile(folder.file(".target.99999-" + std::to_string(i) + ".tmp"), "left");
+  for (int i = 1; i < 30; ++i) writeFile(folder.file(".target.99999-" + std::to_string(i) + ".tmp"), "left");
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(Leftovers, AreKeptWhenTheReplacementFails) {
-  putFile(folder.file(".target.99999-1.tmp"), "left");
+  writeFile(folder.file(".target.99999-1.tmp"), "left");
   FaultyEnvironment environment;
   environment.failEvery("writeFile", ENOSPC);
   EXPECT_EQ(replaceFile(environment, target, "new"), ENOSPC);
-  EXPECT_EQ(folder.names(), Names({".target.99999-1.tmp"}));
+  EXPECT_EQ(namesIn(folder.path()), Names({".target.99999-1.tmp"}));
 }
 
 TEST_F(Leftovers, OfOtherTargetsAreKept) {
   const Names others = {".other.99999-1.tmp", ".target.x.99999-1.tmp", ".targe.99999-1.tmp", ".x.target.99999-1.tmp"};
-  for (const std::string& name : others) putFile(folder.file(name), "another's");
+  for (const std::string& name : others) writeFile(folder.file(name), "another's");
   EXPECT_EQ(replace("new"), 0);
   Names expected = others;
   expected.push_back("target");
   std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(folder.names(), expected);
+  EXPECT_EQ(namesIn(folder.path()), expected);
 }
 
 TEST_F(Leftovers, FilesThatOnlyLookAlikeAreKept) {
   const Names others = {".target.tmp",         ".target..tmp",         ".target.backup.tmp", ".target.99999-1.tmp.old",
                         "target.99999-1.tmp",  ".target.99999-1.TMP",  ".target.99999-1",    ".target.1a.tmp",
                         ".target.99999 1.tmp", ".target.99999-1.tmp~", ".TARGET.99999-1.tmp"};
-  for (const std::string& name : others) putFile(folder.file(name), "another's");
+  for (const std::string& name : others) writeFile(folder.file(name), "another's");
   EXPECT_EQ(replace("new"), 0);
   Names expected = others;
   expected.push_back("target");
   std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(folder.names(), expected);
+  EXPECT_EQ(namesIn(folder.path()), expected);
 }
 
 TEST_F(Leftovers, FolderWithTheNameOfOneIsKeptAndIsNoError) {
   ASSERT_EQ(::mkdir(folder.file(".target.99999-1.tmp").c_str(), 0755), 0);
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(folder.names(), Names({".target.99999-1.tmp", "target"}));
+  EXPECT_EQ(namesIn(folder.path()), Names({".target.99999-1.tmp", "target"}));
 }
 
 TEST_F(Leftovers, PipeWithTheNameOfOneDoesNotHoldTheWriterUp) {
   ASSERT_EQ(::mkfifo(folder.file(".target.99999-1.tmp").c_str(), 0644), 0);
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(contentOrMissing(target), "new");
 }
 
 TEST_F(Leftovers, LinkWithTheNameOfOneIsNotFollowed) {
   const TemporaryFolder elsewhere;
-  putFile(elsewhere.file("linked"), "linked");
+  writeFile(elsewhere.file("linked"), "linked");
   ASSERT_EQ(::symlink(elsewhere.file("linked").c_str(), folder.file(".target.99999-1.tmp").c_str()), 0);
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_EQ(contentOf(elsewhere.file("linked")), "linked");
+  EXPECT_EQ(contentOrMissing(elsewhere.file("linked")), "linked");
 }
 
 TEST_F(Leftovers, OfAProcessWithTheSameNumberAreNotWrittenTo) {
@@ -188,8 +189,8 @@ TEST_F(Leftovers, OfAProcessWithTheSameNumberAreNotWrittenTo) {
     ASSERT_EQ(::symlink("nowhere", (last.substr(0, dash + 1) + std::to_string(next) + ".tmp").c_str()), 0);
   }
   EXPECT_EQ(replaceFile(environment, target, "new"), 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(contentOf(folder.file("nowhere")), "(missing)");
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(contentOrMissing(folder.file("nowhere")), "(missing)");
 }
 
 /// A writer that stops before its first flush until it is told to go on.
@@ -219,13 +220,13 @@ TEST_F(Leftovers, FileOfALivingWriterIsKeptAndItsTurnComes) {
   const Names living = temporaryFiles();
   EXPECT_EQ(living.size(), 1U);
   for (int i = 0; i < 5; ++i) EXPECT_EQ(replace("quick"), 0);
-  EXPECT_EQ(contentOf(target), "quick");
+  EXPECT_EQ(contentOrMissing(target), "quick");
   EXPECT_EQ(temporaryFiles(), living);
   slow.goOn.set_value();
   thread.join();
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(contentOf(target), "slow");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "slow");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 // A new file is there for a moment before it is locked. Another writer that tidies up in this moment takes it for a
@@ -260,14 +261,14 @@ class TidiedTooEarly : public Leftovers {
 
 TEST_F(TidiedTooEarly, BeforeItIsOpenedForTheLockAnotherFileIsTaken) {
   EXPECT_EQ(replaceWhile("openFile", [](const std::string& file) { ::unlink(file.c_str()); }), 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(TidiedTooEarly, BeforeItIsLockedAnotherFileIsTaken) {
   EXPECT_EQ(replaceWhile("lockFile", [](const std::string& file) { ::unlink(file.c_str()); }), 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(TidiedTooEarly, WhileAnotherHoldsTheLockAnotherFileIsTaken) {
@@ -280,8 +281,8 @@ TEST_F(TidiedTooEarly, WhileAnotherHoldsTheLockAnotherFileIsTaken) {
   });
   ::close(descriptor);
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(contentOf(target), "new");
-  EXPECT_EQ(folder.names(), Names({"target"}));
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names({"target"}));
 }
 
 TEST_F(TidiedTooEarly, FileThatAnotherMadeUnderTheSameNameIsNotTaken) {
@@ -289,10 +290,10 @@ TEST_F(TidiedTooEarly, FileThatAnotherMadeUnderTheSameNameIsNotTaken) {
   EXPECT_EQ(replaceWhile("lockFile",
                          [](const std::string& file) {
                            ::unlink(file.c_str());
-                           putFile(file, "");
+                           writeFile(file, "");
                          }),
             0);
-  EXPECT_EQ(contentOf(target), "new");
+  EXPECT_EQ(contentOrMissing(target), "new");
 }
 
 }  // namespace

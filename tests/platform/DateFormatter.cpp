@@ -6,7 +6,8 @@
 
 #include "platform/CivilDate.h"
 #include "platform/LocalCalendar.h"
-#include "tests/platform/LocalZone.h"
+#include "tests/platform/ZoneChange.h"
+#include "tests/support/TimeZone.h"
 
 namespace epg::test {
 namespace {
@@ -16,48 +17,48 @@ std::string formatted(const std::string& format, const CivilDate& utc) {
 }
 
 TEST(DateFormatter, WritesYearMonthAndDayWithLeadingZeros) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(formatted("yyyyMMdd", CivilDate{2012, 3, 4, 0, 0, 0}), "20120304");
   EXPECT_EQ(formatted("yyyyMMdd", CivilDate{900, 12, 31, 0, 0, 0}), "09001231");
 }
 
 TEST(DateFormatter, TakesThePartsInAnyOrder) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(formatted("dd/MM/yyyy", CivilDate{2012, 3, 4, 0, 0, 0}), "04/03/2012");
 }
 
 TEST(DateFormatter, EveryOtherCharacterStandsForItself) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(formatted("-yy M d yyy é%d\n", CivilDate{2012, 3, 4, 0, 0, 0}), "-yy M d yyy é%d\n");
   EXPECT_EQ(formatted("", CivilDate{2012, 3, 4, 0, 0, 0}), "");
 }
 
 TEST(DateFormatter, WritesThePartAgainWhereItStandsAgain) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(formatted("ddddMMMyyyyy", CivilDate{2012, 3, 4, 0, 0, 0}), "040403M2012y");
 }
 
 TEST(DateFormatter, GoesByTheLocalDay) {
   const CivilDate lateInLondon{2012, 12, 31, 23, 30, 0};
-  LocalZone here("Europe/London");
+  const TimeZone here("Europe/London");
   EXPECT_EQ(formatted("yyyyMMdd", lateInLondon), "20121231");
-  here.changeTo("Europe/Rome");
+  changeZoneTo("Europe/Rome");
   EXPECT_EQ(formatted("yyyyMMdd", lateInLondon), "20130101");
-  here.changeTo("America/New_York");
+  changeZoneTo("America/New_York");
   EXPECT_EQ(formatted("yyyyMMdd", CivilDate{2013, 1, 1, 4, 59, 59}), "20121231");
 }
 
 TEST(DateFormatter, FollowsAChangeOfTheZoneBetweenTwoDates) {
-  LocalZone here("Asia/Tokyo");
+  const TimeZone here("Asia/Tokyo");
   const DateFormatter formatter("dd");
   const Instant date = Instant::fromUnixTime(15 * 3600);
   EXPECT_EQ(formatter.stringFromDate(date), "02");
-  here.changeTo("UTC");
+  changeZoneTo("UTC");
   EXPECT_EQ(formatter.stringFromDate(date), "01");
 }
 
 TEST(DateFormatter, MidnightBelongsToTheNewDay) {
-  const LocalZone here("Europe/Rome");
+  const TimeZone here("Europe/Rome");
   EXPECT_EQ(formatted("yyyyMMdd", CivilDate{2012, 3, 24, 22, 59, 59}), "20120324");
   EXPECT_EQ(formatted("yyyyMMdd", CivilDate{2012, 3, 24, 23, 0, 0}), "20120325");
 }
@@ -70,7 +71,7 @@ TEST(DateFormatter, IsEmptyForWhatIsNoTime) {
 }
 
 TEST(DateFormatter, WritesYearsOfMoreThanFourDigitsWhole) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(formatted("yyyyMMdd", CivilDate{12012, 3, 4, 0, 0, 0}), "120120304");
 }
 

@@ -18,7 +18,8 @@
 #include <vector>
 
 #include "tests/platform/ChildProcess.h"
-#include "tests/platform/TemporaryFolder.h"
+#include "tests/platform/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
 namespace {
@@ -85,8 +86,8 @@ TEST_F(EnvironmentFiles, AnswerTheErrorOfTheSystem) {
 
 TEST_F(EnvironmentFiles, NamesEndAtNoZeroByte) {
   // Else "target" would be what is opened, renamed or removed.
-  putFile(folder.file("target"), "content");
-  putFile(folder.file("other"), "other");
+  writeFile(folder.file("target"), "content");
+  writeFile(folder.file("other"), "other");
   const std::string path = folder.file("target") + std::string("\0.x", 3);
   int descriptor = -1;
   Environment::FileInfo info;
@@ -99,13 +100,13 @@ TEST_F(EnvironmentFiles, NamesEndAtNoZeroByte) {
   EXPECT_EQ(environment.exchangeFiles(path, folder.file("other")), EINVAL);
   EXPECT_EQ(environment.exchangeFiles(folder.file("other"), path), EINVAL);
   EXPECT_EQ(environment.listFolder(folder.path() + std::string("\0x", 2), &names), EINVAL);
-  EXPECT_EQ(folder.names(), Names({"other", "target"}));
-  EXPECT_EQ(contentOf(folder.file("target")), "content");
-  EXPECT_EQ(contentOf(folder.file("other")), "other");
+  EXPECT_EQ(namesIn(folder.path()), Names({"other", "target"}));
+  EXPECT_EQ(contentOrMissing(folder.file("target")), "content");
+  EXPECT_EQ(contentOrMissing(folder.file("other")), "other");
 }
 
 TEST_F(EnvironmentFiles, TellWhatStandsUnderAName) {
-  putFile(folder.file("file"), "a");
+  writeFile(folder.file("file"), "a");
   ASSERT_EQ(::mkdir(folder.file("folder").c_str(), 0755), 0);
   ASSERT_EQ(::symlink("file", folder.file("link").c_str()), 0);
   ASSERT_EQ(::mkfifo(folder.file("pipe").c_str(), 0644), 0);
@@ -131,7 +132,7 @@ TEST_F(EnvironmentFiles, TellTheSameOfAnOpenFileAsOfItsName) {
 }
 
 TEST_F(EnvironmentFiles, AreLockedForEverybodyElse) {
-  putFile(folder.file("file"), "a");
+  writeFile(folder.file("file"), "a");
   const int first = open("file", O_RDONLY);
   const int second = open("file", O_RDONLY);
   EXPECT_EQ(environment.lockFile(first), 0);
@@ -142,38 +143,38 @@ TEST_F(EnvironmentFiles, AreLockedForEverybodyElse) {
 }
 
 TEST_F(EnvironmentFiles, RenameReplacesTheTarget) {
-  putFile(folder.file("from"), "from");
-  putFile(folder.file("to"), "to");
+  writeFile(folder.file("from"), "from");
+  writeFile(folder.file("to"), "to");
   EXPECT_EQ(environment.renameFile(folder.file("from"), folder.file("to")), 0);
-  EXPECT_EQ(contentOf(folder.file("to")), "from");
-  EXPECT_EQ(folder.names(), Names({"to"}));
+  EXPECT_EQ(contentOrMissing(folder.file("to")), "from");
+  EXPECT_EQ(namesIn(folder.path()), Names({"to"}));
 }
 
 TEST_F(EnvironmentFiles, ExchangeSwapsOrSaysThatItCannot) {
-  putFile(folder.file("one"), "1");
-  putFile(folder.file("other"), "2");
+  writeFile(folder.file("one"), "1");
+  writeFile(folder.file("other"), "2");
   const int error = environment.exchangeFiles(folder.file("one"), folder.file("other"));
   EXPECT_TRUE(error == 0 || error == ENOTSUP) << error;
-  EXPECT_EQ(contentOf(folder.file("one")), error == 0 ? "2" : "1");
-  EXPECT_EQ(contentOf(folder.file("other")), error == 0 ? "1" : "2");
+  EXPECT_EQ(contentOrMissing(folder.file("one")), error == 0 ? "2" : "1");
+  EXPECT_EQ(contentOrMissing(folder.file("other")), error == 0 ? "1" : "2");
 }
 
 TEST_F(EnvironmentFiles, RemoveTakesTheLinkAndNotWhatItPointsTo) {
-  putFile(folder.file("file"), "a");
+  writeFile(folder.file("file"), "a");
   ASSERT_EQ(::symlink("file", folder.file("link").c_str()), 0);
   EXPECT_EQ(environment.removeFile(folder.file("link")), 0);
-  EXPECT_EQ(folder.names(), Names({"file"}));
+  EXPECT_EQ(namesIn(folder.path()), Names({"file"}));
 }
 
 TEST_F(EnvironmentFiles, RemoveTakesNoFolder) {
   ASSERT_EQ(::mkdir(folder.file("folder").c_str(), 0755), 0);
   EXPECT_NE(environment.removeFile(folder.file("folder")), 0);
-  EXPECT_EQ(folder.names(), Names({"folder"}));
+  EXPECT_EQ(namesIn(folder.path()), Names({"folder"}));
 }
 
 TEST_F(EnvironmentFiles, ListHoldsHiddenNamesAndNotTheFolderItself) {
-  putFile(folder.file(".hidden"), "");
-  putFile(folder.file("a\nb"), "");
+  writeFile(folder.file(".hidden"), "");
+  writeFile(folder.file("a\nb"), "");
   Names names = {"from before"};
   EXPECT_EQ(environment.listFolder(folder.path(), &names), 0);
   std::sort(names.begin(), names.end());

@@ -11,7 +11,8 @@
 #include <string>
 
 #include "platform/CivilDate.h"
-#include "tests/platform/LocalZone.h"
+#include "tests/platform/ZoneChange.h"
+#include "tests/support/TimeZone.h"
 
 namespace epg::test {
 namespace {
@@ -42,7 +43,7 @@ double offsetAt(double unixTime) {
 }
 
 double offsetIn(const std::string& zone, double unixTime) {
-  const LocalZone here(zone);
+  const TimeZone here(zone);
   return offsetAt(unixTime);
 }
 
@@ -55,33 +56,33 @@ TEST(LocalZoneFiles, AreInstalled) {
 }
 
 TEST(LocalCalendar, IsUTCWhereTheZoneIs) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(local(utc(2012, 3, 4, 18, 5, 9)), "2012-3-4 18:5:9");
 }
 
 TEST(LocalCalendar, FollowsAChangeOfTheZone) {
-  LocalZone here("Europe/Rome");
+  const TimeZone here("Europe/Rome");
   EXPECT_EQ(local(utc(2012, 1, 1, 12)), "2012-1-1 13:0:0");
-  here.changeTo("America/New_York");
+  changeZoneTo("America/New_York");
   EXPECT_EQ(local(utc(2012, 1, 1, 12)), "2012-1-1 7:0:0");
-  here.changeTo("Asia/Tokyo");
+  changeZoneTo("Asia/Tokyo");
   EXPECT_EQ(local(utc(2012, 1, 1, 12)), "2012-1-1 21:0:0");
 }
 
 TEST(LocalCalendar, TakesZonesThatAreRulesAndNoNames) {
-  const LocalZone here("XST-1:30XDT,M3.5.0,M10.5.0");
+  const TimeZone here("XST-1:30XDT,M3.5.0,M10.5.0");
   EXPECT_EQ(local(utc(2012, 1, 1, 12)), "2012-1-1 13:30:0");
   EXPECT_EQ(local(utc(2012, 7, 1, 12)), "2012-7-1 14:30:0");
 }
 
 TEST(LocalCalendar, RomeSpringNightSkipsAnHour) {
-  const LocalZone here("Europe/Rome");
+  const TimeZone here("Europe/Rome");
   EXPECT_EQ(local(utc(2012, 3, 25, 0, 59, 59)), "2012-3-25 1:59:59");
   EXPECT_EQ(local(utc(2012, 3, 25, 1, 0, 0)), "2012-3-25 3:0:0");
 }
 
 TEST(LocalCalendar, RomeAutumnNightHasAnHourTwice) {
-  const LocalZone here("Europe/Rome");
+  const TimeZone here("Europe/Rome");
   EXPECT_EQ(local(utc(2012, 10, 28, 0, 30, 0)), "2012-10-28 2:30:0");
   EXPECT_EQ(local(utc(2012, 10, 28, 0, 59, 59)), "2012-10-28 2:59:59");
   EXPECT_EQ(local(utc(2012, 10, 28, 1, 0, 0)), "2012-10-28 2:0:0");
@@ -89,19 +90,19 @@ TEST(LocalCalendar, RomeAutumnNightHasAnHourTwice) {
 }
 
 TEST(LocalCalendar, NewYorkSpringNightSkipsAnHour) {
-  const LocalZone here("America/New_York");
+  const TimeZone here("America/New_York");
   EXPECT_EQ(local(utc(2012, 3, 11, 6, 59, 59)), "2012-3-11 1:59:59");
   EXPECT_EQ(local(utc(2012, 3, 11, 7, 0, 0)), "2012-3-11 3:0:0");
 }
 
 TEST(LocalCalendar, NewYorkAutumnNightHasAnHourTwice) {
-  const LocalZone here("America/New_York");
+  const TimeZone here("America/New_York");
   EXPECT_EQ(local(utc(2012, 11, 4, 5, 59, 59)), "2012-11-4 1:59:59");
   EXPECT_EQ(local(utc(2012, 11, 4, 6, 0, 0)), "2012-11-4 1:0:0");
 }
 
 TEST(LocalCalendar, LordHoweChangesByHalfAnHour) {
-  const LocalZone here("Australia/Lord_Howe");
+  const TimeZone here("Australia/Lord_Howe");
   EXPECT_EQ(local(utc(2012, 3, 31, 14, 59, 59)), "2012-4-1 1:59:59");
   EXPECT_EQ(local(utc(2012, 3, 31, 15, 0, 0)), "2012-4-1 1:30:0");
 }
@@ -114,7 +115,7 @@ TEST(LocalCalendar, KnowsZonesOfHalfAndQuarterHours) {
 }
 
 TEST(LocalCalendar, KnowsADayThatAZoneSkipped) {
-  const LocalZone here("Pacific/Apia");
+  const TimeZone here("Pacific/Apia");
   EXPECT_EQ(local(utc(2011, 12, 30, 9, 59, 59)), "2011-12-29 23:59:59");
   EXPECT_EQ(local(utc(2011, 12, 30, 10, 0, 0)), "2011-12-31 0:0:0");
 }
@@ -137,7 +138,7 @@ TEST(LocalCalendar, KnowsSummerAfter2038) {
 }
 
 TEST(LocalCalendar, FractionsCountToTheSecondBefore) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(local(utc(2012, 3, 4, 18, 5, 9) + 0.999), "2012-3-4 18:5:9");
   EXPECT_EQ(local(-0.5), "1969-12-31 23:59:59");
 }
@@ -152,7 +153,7 @@ TEST(LocalCalendar, HasNothingForWhatIsNoTime) {
 }
 
 TEST(LocalCalendar, CountsFiveDigitsOfYearsBothWays) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   EXPECT_EQ(local(utc(99999, 12, 31, 23, 59, 59)), "99999-12-31 23:59:59");
   EXPECT_EQ(local(utc(100000, 1, 1)), "(nothing)");
   EXPECT_EQ(local(utc(-99999, 1, 1)), "-99999-1-1 0:0:0");
@@ -163,7 +164,7 @@ TEST(LocalCalendar, CountsFiveDigitsOfYearsBothWays) {
 class SteadyZone : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(SteadyZone, NarrowSystemTimeTellsTheSameTimesUntil2300) {
-  const LocalZone here(GetParam());
+  const TimeZone here(GetParam());
   std::mt19937_64 random(2038);
   std::uniform_real_distribution<double> seconds(utc(2038, 1, 1), utc(2300, 1, 1));
   for (int i = 0; i < 20000; ++i) {
@@ -173,14 +174,14 @@ TEST_P(SteadyZone, NarrowSystemTimeTellsTheSameTimesUntil2300) {
 }
 
 TEST_P(SteadyZone, NarrowSystemTimeTellsEveryHourOf2040TheSame) {
-  const LocalZone here(GetParam());
+  const TimeZone here(GetParam());
   for (double time = utc(2040, 1, 1); time < utc(2041, 1, 1); time += 1800) {
     ASSERT_EQ(local(time, LocalCalendar::SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
   }
 }
 
 TEST_P(SteadyZone, NarrowSystemTimeTellsTheSameTimesSince1902) {
-  const LocalZone here(GetParam());
+  const TimeZone here(GetParam());
   std::mt19937_64 random(1902);
   std::uniform_real_distribution<double> seconds(utc(1902, 1, 1), utc(2038, 1, 19));
   for (int i = 0; i < 20000; ++i) {
@@ -200,7 +201,7 @@ INSTANTIATE_TEST_SUITE_P(LocalCalendar, SteadyZone,
                          });
 
 TEST(NarrowSystemTime, GoesOnAcrossItsOwnEnd) {
-  const LocalZone here("Europe/Rome");
+  const TimeZone here("Europe/Rome");
   constexpr auto narrow = LocalCalendar::SystemTime::ThirtyTwoBits;
   EXPECT_EQ(local(2147483647, narrow), "2038-1-19 4:14:7");
   EXPECT_EQ(local(2147483648.0, narrow), "2038-1-19 4:14:8");
@@ -208,12 +209,12 @@ TEST(NarrowSystemTime, GoesOnAcrossItsOwnEnd) {
 }
 
 TEST(NarrowSystemTime, KeepsTheFirstOffsetBeforeItsBeginning) {
-  const LocalZone here("America/New_York");
+  const TimeZone here("America/New_York");
   EXPECT_EQ(local(utc(1850, 1, 1, 12), LocalCalendar::SystemTime::ThirtyTwoBits), "1850-1-1 7:0:0");
 }
 
 TEST(NarrowSystemTime, CountsAsFarAsTheWideOne) {
-  const LocalZone here("UTC");
+  const TimeZone here("UTC");
   constexpr auto narrow = LocalCalendar::SystemTime::ThirtyTwoBits;
   EXPECT_EQ(local(utc(99999, 2, 28, 1, 2, 3), narrow), "99999-2-28 1:2:3");
   EXPECT_EQ(local(utc(96000, 2, 29, 1, 2, 3), narrow), "96000-2-29 1:2:3");

@@ -12,7 +12,7 @@
 #include "tests/platform/BinaryPropertyListBuilder.h"
 #include "tests/platform/FaultyEnvironment.h"
 #include "tests/platform/PropertyListPrinting.h"
-#include "tests/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
 namespace {
@@ -23,7 +23,7 @@ class PropertyListOnDisk : public ::testing::Test {
 
   /// Why the content cannot be read as a dictionary.
   std::string problemWith(const std::string& content) {
-    putFile(path, content);
+    writeFile(path, content);
     EXPECT_FALSE(read());
     EXPECT_FALSE(readPropertyListDictionary(environment, path));
     return problem;
@@ -45,7 +45,7 @@ TEST_F(PropertyListOnDisk, MayBeBinary) {
   BinaryPropertyListBuilder builder;
   builder.add(builder.dictionary({1}, {1}));
   builder.add(BinaryPropertyListBuilder::ascii("a"));
-  putFile(path, builder.file());
+  writeFile(path, builder.file());
   EXPECT_EQ(read(), *dictionaryOf({{"a", "a"}}).asDictionary());
 }
 
@@ -73,7 +73,7 @@ TEST_F(PropertyListOnDisk, WithAFolderOrPipeInItsPlaceIsRefused) {
 }
 
 TEST_F(PropertyListOnDisk, ThatTheDiskFailsToReadIsRefused) {
-  putFile(path, "<plist><dict/></plist>");
+  writeFile(path, "<plist><dict/></plist>");
   environment.failEvery("readFile", EIO);
   EXPECT_FALSE(read());
   EXPECT_EQ(problem, std::strerror(EIO));

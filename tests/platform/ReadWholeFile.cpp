@@ -7,7 +7,8 @@
 
 #include "tests/platform/ChildProcess.h"
 #include "tests/platform/FaultyEnvironment.h"
-#include "tests/platform/TemporaryFolder.h"
+#include "tests/platform/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
 namespace {
@@ -25,19 +26,19 @@ class ReadWholeFile : public ::testing::Test {
 TEST_F(ReadWholeFile, GivesTheWholeContent) {
   std::string bytes;
   for (int i = 0; i < 300000; ++i) bytes += static_cast<char>(i % 251);
-  putFile(path, bytes);
+  writeFile(path, bytes);
   EXPECT_EQ(read(), 0);
   EXPECT_TRUE(content == bytes);
 }
 
 TEST_F(ReadWholeFile, GivesNothingOfAnEmptyFile) {
-  putFile(path, "");
+  writeFile(path, "");
   EXPECT_EQ(read(), 0);
   EXPECT_EQ(content, "");
 }
 
 TEST_F(ReadWholeFile, FollowsALink) {
-  putFile(folder.file("real"), "real");
+  writeFile(folder.file("real"), "real");
   ASSERT_EQ(::symlink("real", path.c_str()), 0);
   EXPECT_EQ(read(), 0);
   EXPECT_EQ(content, "real");
@@ -60,19 +61,19 @@ TEST_F(ReadWholeFile, PipeIsAnErrorWithoutWaitingForItsOtherEnd) {
 }
 
 TEST_F(ReadWholeFile, FileThatMayNotBeReadIsAnError) {
-  putFile(path, "secret");
+  writeFile(path, "secret");
   ::chmod(path.c_str(), 0000);
   EXPECT_EQ(exitOfChild([&] { return becomeUnprivileged() ? read() : 255; }), EACCES);
 }
 
 TEST_F(ReadWholeFile, ZeroByteInThePathIsAnError) {
-  putFile(path, "a");
+  writeFile(path, "a");
   path += std::string("\0b", 2);
   EXPECT_EQ(read(), EINVAL);
 }
 
 TEST_F(ReadWholeFile, AnyCallFailingIsAnErrorAndGivesNothing) {
-  putFile(path, std::string(100000, 'x'));
+  writeFile(path, std::string(100000, 'x'));
   EXPECT_EQ(read(), 0);
   const std::size_t count = environment.calls().size();
   const int descriptors = openDescriptors();
@@ -87,14 +88,14 @@ TEST_F(ReadWholeFile, AnyCallFailingIsAnErrorAndGivesNothing) {
 
 TEST_F(ReadWholeFile, InterruptedCallsAreMadeAgain) {
   // An item store that cannot be read counts as empty and is written anew, so no passing trouble may pass for that.
-  putFile(path, "content");
+  writeFile(path, "content");
   environment.interruptEveryCall(5);
   EXPECT_EQ(read(), 0);
   EXPECT_EQ(content, "content");
 }
 
 TEST_F(ReadWholeFile, CallThatIsInterruptedForEverIsAnErrorInTheEnd) {
-  putFile(path, "content");
+  writeFile(path, "content");
   for (const char* name : {"openFile", "fileInfo", "readFile"}) {
     FaultyEnvironment faulty;
     faulty.failEvery(name, EINTR);
