@@ -237,8 +237,9 @@ int replace(Environment& environment, const std::string& path, const std::string
   TemporaryFile file(environment, path);
   if (file.error() != 0) return file.error();
   OpenFile& written = file.written();
-  error = writeAll(environment, written.descriptor(), content);
-  if (error == 0) error = takeOverMode(environment, path, file.info(), written.descriptor());
+  // Before a byte is written: who may not read the old file must not read the new one either.
+  error = takeOverMode(environment, path, file.info(), written.descriptor());
+  if (error == 0) error = writeAll(environment, written.descriptor(), content);
   if (error == 0) error = repeatedWhileInterrupted([&] { return environment.flushFile(written.descriptor()); });
   if (error == 0) error = written.close();
   if (error == 0) error = takePlace(environment, file, path, folder);

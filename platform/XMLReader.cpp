@@ -23,7 +23,7 @@ bool startsWith(const std::string& bytes, const char* start, std::size_t length)
 /// The encoding that the XML declaration names, in capitals; empty where it names none. `bytes` must be readable
 /// as ASCII this far.
 std::string declaredEncoding(const std::string& bytes) {
-  if (!startsWith(bytes, "<?xml", 5)) return {};
+  if (!startsWith(bytes, "<?xml", 5) || bytes.find_first_of(" \t\r\n", 5) != 5) return {};
   const std::size_t end = bytes.find("?>");
   if (end == std::string::npos) return {};
   const std::string declaration = bytes.substr(0, end);

@@ -229,8 +229,9 @@ void EPGDorvaSelinManagerPlugin::exportEvents(std::vector<EPGEvent> events, cons
 }
 
 void EPGDorvaSelinManagerPlugin::detachExportThread(std::vector<EPGEvent> events) {
-  const auto shared = std::make_shared<const std::vector<EPGEvent>>(std::move(events));
-  environment_.detachThread([self = shared_from_this(), shared] { self->exportEventsThread(*shared); });
+  // Handed over, not copied: on the thread there is nobody who could be told that memory ran out.
+  const auto shared = std::make_shared<std::vector<EPGEvent>>(std::move(events));
+  environment_.detachThread([self = shared_from_this(), shared] { self->exportEventsThread(std::move(*shared)); });
 }
 
 void EPGDorvaSelinManagerPlugin::cancelExportEvents() { cancelExport_ = true; }
