@@ -2,7 +2,8 @@
 # "set -euo pipefail" and the project's folder as the working directory.
 
 packages_to_run=(g++ cmake ninja-build ccache libpugixml-dev libutfcpp-dev zlib1g-dev libmd-dev libcli11-dev tzdata)
-packages_for_bundle=(gobjc++ gnustep-make libgnustep-gui-dev gnustep-back0.29-cairo fonts-dejavu-core)
+# make, because gnustep-config asks it and says nothing at all without it.
+packages_for_bundle=(gobjc++ make gnustep-make libgnustep-gui-dev gnustep-back0.29-cairo fonts-dejavu-core)
 packages_to_test_bundle=(valgrind xvfb openbox xdotool x11-utils imagemagick)
 packages_to_test=(python3 libxml2-utils libgtest-dev libgmock-dev librapidcheck-dev libxml2-dev)
 packages_to_test_all=(clang clang-format clang-tidy libclang-rt-14-dev libc++-dev libc++abi-dev googletest
