@@ -24,6 +24,12 @@ if(EPG_BUILD_BUNDLE AND EXISTS "${PROJECT_SOURCE_DIR}/cocoa/CMakeLists.txt")
     if(NOT EPG_GNUSTEP_CONFIG)
       string(APPEND epg_bundle_lacks " gnustep-config")
     endif()
+    # gnustep-config asks it, and without it says nothing, without an error.
+    find_program(EPG_MAKE make)
+    mark_as_advanced(EPG_MAKE)
+    if(NOT EPG_MAKE)
+      string(APPEND epg_bundle_lacks " make")
+    endif()
   endif()
 
   if(epg_bundle_lacks STREQUAL "")

@@ -10,9 +10,6 @@ else()
     OUTPUT_VARIABLE epg_gnustep_flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   execute_process(COMMAND "${EPG_GNUSTEP_CONFIG}" --gui-libs
     OUTPUT_VARIABLE epg_gnustep_libraries OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  if(epg_gnustep_flags STREQUAL "")
-    message(FATAL_ERROR "${EPG_GNUSTEP_CONFIG} tells nothing. It needs make.")
-  endif()
   separate_arguments(epg_gnustep_flags UNIX_COMMAND "${epg_gnustep_flags}")
   separate_arguments(epg_gnustep_libraries UNIX_COMMAND "${epg_gnustep_libraries}")
 
