@@ -21,7 +21,7 @@ std::optional<PropertyList> parsePropertyList(const std::string& bytes, std::str
 /// values give equal bytes.
 ///
 /// What the form cannot hold is written as the nearest that it can: characters that XML 1.0 does not have as U+FFFD,
-/// dates to the whole second (the earlier one) and within the years 1 to 9999. Nothing is returned when the value
+/// dates to the whole second (the earlier one) and within the years 0 to 9999. Nothing is returned when the value
 /// cannot be written: a foreign value, text that is not UTF-8, a date that is not a number, or nesting deeper than
 /// `PropertyList::maximumDepth`.
 std::optional<std::string> propertyListXML(const PropertyList& value);

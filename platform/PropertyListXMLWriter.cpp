@@ -106,8 +106,8 @@ class XMLWriter {
 
   bool date(Instant instant) {
     if (std::isnan(instant.secondsSinceReferenceDate)) return false;
-    // The form has four digits for the year.
-    constexpr double firstSecond = -62135596800.0;  // 1 January of the year 1
+    // The form has four digits for the year. The platform's distant past lies in the year 0 and is written as such.
+    constexpr double firstSecond = -62167219200.0;  // 1 January of the year 0
     constexpr double lastSecond = 253402300799.0;   // 31 December of the year 9999
     const double seconds = std::min(std::max(std::floor(instant.unixTime()), firstSecond), lastSecond);
     const CivilDate civil = civilDateFromSecondsSince1970(static_cast<std::int64_t>(seconds));

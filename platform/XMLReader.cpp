@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <new>
+#include <set>
 
 #include "platform/XMLText.h"
 
@@ -183,6 +185,29 @@ std::string appendResolved(std::string& text, const char* raw) {
   return {};
 }
 
+/// The node behind this one in document order, none at the end. A loop takes any depth; recursion would not.
+pugi::xml_node followingNode(pugi::xml_node node) {
+  if (node.first_child()) return node.first_child();
+  while (node && !node.next_sibling()) node = node.parent();
+  return node.next_sibling();
+}
+
+/// What the parser lets pass although nobody can say what it means; empty where all is well.
+std::string problemOfAttributes(pugi::xml_node element) {
+  std::set<std::string> seen;
+  for (const pugi::xml_attribute attribute : element.attributes()) {
+    if (std::strchr(attribute.value(), '<')) {
+      return "a \"<\" in the attribute \"" + std::string(attribute.name()) + "\"";
+    }
+    if (attribute.next_attribute() || !seen.empty()) {
+      if (!seen.insert(attribute.name()).second) {
+        return "the attribute \"" + std::string(attribute.name()) + "\" twice";
+      }
+    }
+  }
+  return {};
+}
+
 }  // namespace
 
 std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::string* problem) {
@@ -210,6 +235,7 @@ std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::strin
       pugi::parse_cdata | pugi::parse_eol | pugi::parse_ws_pcdata | pugi::parse_wconv_attribute | pugi::parse_fragment;
   const pugi::xml_parse_result result =
       reader->document_.load_buffer(document.data(), document.size(), options, pugi::encoding_utf8);
+  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
   if (!result) {
     const std::size_t offset = std::min(static_cast<std::size_t>(result.offset), document.size());
     *problem = reader->placeOfOffset(offset) + ": not well-formed XML (" + result.description() + ")";
@@ -234,6 +260,13 @@ std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::strin
   if (!root) {
     *problem = "line 1, column 1: no XML element in the file";
     return nullptr;
+  }
+  for (pugi::xml_node node = root; node; node = followingNode(node)) {
+    const std::string inAttributes = problemOfAttributes(node);
+    if (!inAttributes.empty()) {
+      *problem = reader->place(node) + ": not well-formed XML (" + inAttributes + ")";
+      return nullptr;
+    }
   }
   return reader;
 }

@@ -10,14 +10,17 @@ namespace epg {
 
 /// A parsed XML document that knows where its parts stood in the file.
 ///
-/// Stricter than the parser underneath: exactly one root element, nothing but white space and comments around it,
-/// and no references besides the five named ones and characters by number. Entities that a document declares for
-/// itself are not expanded but refused where they are used, so none can explode.
+/// Stricter than the parser underneath: exactly one root element, nothing but white space and comments around it, no
+/// attribute twice in a tag, no "<" in one, and no references besides the five named ones and characters by number.
+/// Entities that a document declares for itself are not expanded but refused where they are used, so none can explode.
+/// As lax as the parser where nothing can be misunderstood: control characters in texts, "--" in comments, "]]>" in
+/// texts. A store that somebody's tool wrote so would else be lost.
 /// Encodings: UTF-8, UTF-16, ISO-8859-1 and Windows-1252, as the byte-order mark or the declaration says.
 /// One thread at a time.
 class XMLReader {
  public:
-  /// Null when the bytes are no such document; `problem` then says "line 3, column 7: …" and why.
+  /// Null when the bytes are no such document; `problem` then says "line 3, column 7: …" and why. Throws
+  /// std::bad_alloc when the document does not fit into memory.
   static std::unique_ptr<XMLReader> parse(const std::string& bytes, std::string* problem);
 
   pugi::xml_node root() const;

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "export/DayFile.h"
@@ -50,7 +51,8 @@ EPGDorvaSelinManagerPlugin::EPGDorvaSelinManagerPlugin(Private /*key*/, std::sha
       epgItems_(loadedStore(environment, storePath())),
       editedItems_(std::make_shared<EPGItemList>()),
       shortDateFormatter_("yyyyMMdd"),
-      dorvaSelinDateFormatter_("dd-MM-yyyy") {}
+      dorvaSelinDateFormatter_("dd-MM-yyyy"),
+      exportFailure_(errorWithMessage("EPG XML File Write Error")) {}
 
 EPGDorvaSelinManagerPlugin::~EPGDorvaSelinManagerPlugin() = default;
 
@@ -142,12 +144,23 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnap
     } else {
       environment_.fileReplaced(storePath(), EILSEQ);
     }
+  } catch (const std::bad_alloc& exception) {
+    logFailedSave(exception, ENOMEM);
   } catch (const std::exception& exception) {
-    environment_.log("An error occured while trying to write the EPG items to disk (" + std::string(exception.what()) +
-                     ")");
-    environment_.fileReplaced(storePath(), EIO);
+    logFailedSave(exception, EIO);
   }
   busyWriting_ = false;
+}
+
+void EPGDorvaSelinManagerPlugin::logFailedSave(const std::exception& exception, int error) const noexcept {
+  try {
+    environment_.log("An error occured while trying to write the EPG items to disk (" + std::string(exception.what()) +
+                     ")");
+    environment_.fileReplaced(storePath(), error);
+  } catch (const std::exception&) {
+    // Memory is too short even for the line. The thread has to end all the same, and nothing else can be told.
+    return;
+  }
 }
 
 // The editing session.
@@ -243,8 +256,7 @@ void EPGDorvaSelinManagerPlugin::exportEventsThread(std::vector<EPGEvent> events
   } catch (const std::exception&) {
     written = false;
   }
-  const EPGError error = errorWithMessage("EPG XML File Write Error");
-  reportExport(written, written ? nullptr : &error);
+  reportExport(written, written ? nullptr : &exportFailure_);
   // Only now: a delegate that exports again from inside its report is refused.
   busyExporting_ = false;
 }

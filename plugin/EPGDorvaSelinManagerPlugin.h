@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -124,6 +125,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   PlaybackIDHash playbackHash() const;
   EPGItemLookup itemLookup() const;
   void reportExport(bool succeeded, const EPGError* error) const;
+  void logFailedSave(const std::exception& exception, int error) const noexcept;
 
   /// The first member, so that the end is told after every other one is gone.
   struct EndTeller {
@@ -145,6 +147,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::shared_ptr<EPGDorvaSelinViewController> viewController_;
   const DateFormatter shortDateFormatter_;       ///< Names the day files.
   const DateFormatter dorvaSelinDateFormatter_;  ///< Writes the root's dates.
+  const EPGError exportFailure_;                 ///< Made beforehand: an export that ran out of memory is reported too.
   std::atomic<bool> busyWriting_{false};
   std::atomic<bool> busyExporting_{false};
   std::atomic<bool> cancelExport_{false};

@@ -290,7 +290,7 @@ TEST(XMLPropertyListDate, IsInUTC) {
 }
 
 TEST(XMLPropertyListDate, ReachesOverAllYearsOfFourDigits) {
-  EXPECT_EQ(valueOf("<date>0001-01-01T00:00:00Z</date>"), dateAt(-62135596800.0));
+  EXPECT_EQ(valueOf("<date>0000-01-01T00:00:00Z</date>"), dateAt(-62167219200.0));
   EXPECT_EQ(valueOf("<date>9999-12-31T23:59:59Z</date>"), dateAt(253402300799.0));
 }
 

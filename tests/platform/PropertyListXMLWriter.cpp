@@ -225,16 +225,23 @@ TEST(XMLPropertyListWriter, DatesAreWrittenToTheWholeSecondBefore) {
 }
 
 TEST(XMLPropertyListWriter, DatesAreKeptWithinTheYearsOfFourDigits) {
-  const std::string first = "<date>0001-01-01T00:00:00Z</date>\n";
+  const std::string first = "<date>0000-01-01T00:00:00Z</date>\n";
   const std::string last = "<date>9999-12-31T23:59:59Z</date>\n";
-  EXPECT_EQ(writtenDate(-62135596800.0), first);
-  EXPECT_EQ(writtenDate(-62135596801.0), first);
+  EXPECT_EQ(writtenDate(-62167219200.0), first);
+  EXPECT_EQ(writtenDate(-62167219201.0), first);
   EXPECT_EQ(writtenDate(253402300799.5), last);
   EXPECT_EQ(writtenDate(253402300800.0), last);
   EXPECT_EQ(writtenDate(1e300), last);
   EXPECT_EQ(writtenDate(-1e300), first);
   EXPECT_EQ(writtenDate(std::numeric_limits<double>::infinity()), last);
   EXPECT_EQ(writtenDate(-std::numeric_limits<double>::infinity()), first);
+}
+
+TEST(XMLPropertyListWriter, ThePlatformsDistantPastSurvives) {
+  const double distantPast = -62135769600.0;  // In the year 0, as the platform counts and writes it.
+  EXPECT_EQ(writtenDate(distantPast), "<date>0000-12-30T00:00:00Z</date>\n");
+  const PropertyList date = PropertyList::fromDate(Instant::fromUnixTime(distantPast));
+  EXPECT_EQ(readBack(date), date);
 }
 
 TEST(XMLPropertyListWriter, DateThatIsNotANumberGivesNothing) {

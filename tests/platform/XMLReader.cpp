@@ -132,6 +132,33 @@ TEST(XMLWellFormedness, TagsThatDoNotMatchAreRefusedWithTheirPlace) {
   EXPECT_NE(textOf("<a b=c/>").find("not well-formed XML"), std::string::npos);
 }
 
+TEST(XMLWellFormedness, AttributeThatStandsTwiceIsRefusedWithItsPlace) {
+  EXPECT_EQ(textOf("<a>\n <b x='1' y='2' x='1'/></a>"),
+            "(line 2, column 2: not well-formed XML (the attribute \"x\" twice))");
+  EXPECT_EQ(textOf("<a x='1' x='2'/>"), "(line 1, column 1: not well-formed XML (the attribute \"x\" twice))");
+  EXPECT_EQ(textOf("<a x='1'>t<b x='1'/></a>"), "t");
+}
+
+TEST(XMLWellFormedness, TagThatAnUnclosedAttributeSwallowedIsRefused) {
+  EXPECT_EQ(textOf("<a><b>c</b>\n<b x=\"1><c y=\"/></a>"),
+            "(line 2, column 1: not well-formed XML (a \"<\" in the attribute \"x\"))");
+  EXPECT_EQ(textOf("<a x=\"&lt;\">t</a>"), "t");
+}
+
+TEST(XMLWellFormedness, ManyAttributesAndDeepNestingTakeLinearTimeAndNoStack) {
+  std::string document;
+  for (int i = 0; i < 100000; ++i) document += "<a>";
+  document += "<b";
+  for (int i = 0; i < 100000; ++i) document += " x" + std::to_string(i) + "=''";
+  document += "/>";
+  for (int i = 0; i < 100000; ++i) document += "</a>";
+  EXPECT_EQ(textOf(document), "");
+}
+
+TEST(XMLWellFormedness, WhatCannotBeMisunderstoodPasses) {
+  EXPECT_EQ(textOf("<a>b<!-- -- -->\x01]]></a>"), "b\x01]]>");
+}
+
 TEST(XMLWellFormedness, ProblemMayGoUnasked) {
   EXPECT_FALSE(XMLReader::parse("<a>", nullptr));
   EXPECT_FALSE(XMLReader::parse("\xFF", nullptr));
