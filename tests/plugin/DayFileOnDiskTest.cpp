@@ -4,6 +4,7 @@
 #include <locale>
 
 #include "tests/support/PluginTest.h"
+#include "tests/support/WorkedExample.h"
 
 namespace epg::test {
 namespace {
@@ -35,46 +36,7 @@ TEST_F(DayFileOnDiskTest, TheWorkedExampleIsExactlyThisFile) {
   exportAndWait(
       {withPlaybackID(eventFromTo("E1", 1330925400, 1330926900), "P-100"), eventFromTo("E2", 1330985100, 1330989000)});
   EXPECT_THAT(namesIn(exportFolder), ElementsAre("20120304.xml"));
-  EXPECT_EQ(
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<programs dateFrom=\"05-03-2012\" dateTo=\"06-03-2012\">\n"
-      "    <program id=\"" +
-          byWordWidth("7118868021960440957", "4961821") +
-          "\">\n"
-          "        <date>\n"
-          "            <day>5</day>\n"
-          "            <month>3</month>\n"
-          "            <year>12</year>\n"
-          "        </date>\n"
-          "        <time>\n"
-          "            <hour>6</hour>\n"
-          "            <minute>30</minute>\n"
-          "        </time>\n"
-          "        <title>Morning Prayer</title>\n"
-          "        <description>Live from studio 2</description>\n"
-          "        <imgUrl>images/prayer.jpg</imgUrl>\n"
-          "        <tags>\n"
-          "            <tag>Live</tag>\n"
-          "            <tag>Family</tag>\n"
-          "        </tags>\n"
-          "    </program>\n"
-          "    <program>\n"
-          "        <date>\n"
-          "            <day>5</day>\n"
-          "            <month>3</month>\n"
-          "            <year>12</year>\n"
-          "        </date>\n"
-          "        <time>\n"
-          "            <hour>23</hour>\n"
-          "            <minute>5</minute>\n"
-          "        </time>\n"
-          "        <title>Kids&#39; Corner</title>\n"
-          "        <description>Q&amp;A with guests</description>\n"
-          "        <imgUrl></imgUrl>\n"
-          "        <tags></tags>\n"
-          "    </program>\n"
-          "</programs>\n",
-      contentOf(dayFilePath()));
+  EXPECT_EQ(workedExample(), contentOf(dayFilePath()));
 }
 
 TEST_F(DayFileOnDiskTest, IsNamedAfterTheDayOfTheExportInEightDigits) {
