@@ -42,7 +42,11 @@ endif()
 # What test programs are compiled with. The tests themselves need no optimiser, which takes most of the time.
 add_library(EPGTestCode INTERFACE)
 target_link_libraries(EPGTestCode INTERFACE EPGOwnCode)
-target_compile_options(EPGTestCode INTERFACE $<$<NOT:$<CONFIG:Debug>>:-O1>)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" OR EPG_SANITIZE)
+  target_compile_options(EPGTestCode INTERFACE -O0 -U_FORTIFY_SOURCE)
+else()
+  target_compile_options(EPGTestCode INTERFACE $<$<NOT:$<CONFIG:Debug>>:-O1>)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC 12 takes the text of an absent optional for one that is read without a value.
   target_compile_options(EPGTestCode INTERFACE -Wno-maybe-uninitialized)

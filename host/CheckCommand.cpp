@@ -7,10 +7,12 @@
 #include "host/ItemCheck.h"
 #include "host/LineText.h"
 #include "host/LocalTimeText.h"
+#include "host/LocalTimeZone.h"
 #include "host/Messages.h"
 #include "host/PluginSession.h"
 #include "host/Progress.h"
 #include "host/Refusal.h"
+#include "host/ReportingEnvironment.h"
 #include "host/TagCatalogue.h"
 #include "host/TimeCheck.h"
 #include "platform/LocalCalendar.h"
@@ -28,7 +30,7 @@ std::vector<Finding> findingsIn(CommandContext& context, const Schedule& schedul
     return item ? item->values() : nullptr;
   };
   const std::vector<std::string> catalogue = tagCatalogue(session);
-  if (catalogue.empty()) throw Refusal(missingCatalogueMessage(session));
+  if (catalogue.empty()) throw Refusal(missingCatalogueMessage(context, session));
   std::vector<Finding> findings = timeFindings(schedule, calendar);
   std::vector<Finding> ofItems = itemFindings(schedule, lookup, catalogue);
   std::move(ofItems.begin(), ofItems.end(), std::back_inserter(findings));
@@ -42,6 +44,7 @@ std::vector<Finding> findingsIn(CommandContext& context, const Schedule& schedul
 }  // namespace
 
 int checkEvents(CommandContext& context, const CheckOptions& options) {
+  refuseUnknownTimeZone(context.environment);
   const Schedule schedule = readEventsArgument(context, options.events);
   const LocalCalendar calendar;
   const std::vector<Finding> findings = findingsIn(context, schedule, calendar);

@@ -17,6 +17,7 @@ struct CommandContext {
   std::ostream& output;  ///< Standard output.
   std::string dataFolderPath;
   std::string resourceFolder;
+  bool dataFolderIsNamed = false;  ///< By whoever gave the command, who may have misspelt it; else it is the usual one.
 };
 
 }  // namespace epg

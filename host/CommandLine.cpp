@@ -1,7 +1,5 @@
 #include "host/CommandLine.h"
 
-#include <utf8.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
@@ -15,6 +13,8 @@
 #include "host/LineText.h"
 #include "host/Messages.h"
 #include "host/Refusal.h"
+#include "host/ReportingEnvironment.h"
+#include "platform/XMLText.h"
 
 namespace epg {
 
@@ -62,6 +62,28 @@ std::vector<std::string> parserArguments(const std::vector<std::string>& argumen
   return parsed;
 }
 
+/// The one argument that is no EPG unique ID where it stands in the place of one, unless it stands behind "--".
+const char* const standardInput = "-";
+
+/// What an argument's bytes are: those of a file's name are the system's business and may be any.
+enum class Bytes { OfText, OfFileName };
+
+void refuseUnlessUTF8(const std::string& text) {
+  if (!isUTF8(text)) throw WrongUsage("the argument " + text + " is not UTF-8");
+}
+
+/// An argument that looks like an option and was none; empty without any.
+std::string unknownOption(const CLI::App& app) {
+  for (const std::string& argument : app.remaining(true)) {
+    if (argument.size() > 1 && argument[0] == '-') return argument;
+  }
+  return {};
+}
+
+bool takesPositionals(const CLI::App& command) {
+  return !command.get_options([](const CLI::Option* option) { return option->get_positional(); }).empty();
+}
+
 void store(const std::string& text, std::string* target) { *target = text; }
 void store(const std::string& text, std::optional<std::string>* target) { *target = text; }
 void store(const std::string& text, std::vector<std::string>* target) { target->push_back(text); }
@@ -73,7 +95,8 @@ const char* const escapesFooter =
     "Listings keep to one line an entry: in IDs and texts a backslash is written \\\\, a line\n"
     "feed, tab or carriage return \\n, \\t or \\r, and any other control character \\xNN, byte by\n"
     "byte. IDs that are read from standard input are written the same way; IDs among the\n"
-    "arguments stand for themselves. An ID that begins with - goes behind --.";
+    "arguments stand for themselves. An ID that begins with - goes behind --,\n"
+    "where - alone is an ID too.";
 
 /// What each command was given, and the one that was chosen.
 class Parser {
@@ -82,8 +105,9 @@ class Parser {
     app_.require_subcommand(1);
     app_.fallthrough();
     app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    addText(&app_, "--data-folder", &dataFolder_,
-            "Folder of the item store and the export configurations; default: " + context.dataFolderPath)
+    addText(&app_, Bytes::OfFileName, "--data-folder", &dataFolder_,
+            "Folder of the item store and the export configurations, made by import and edit; default: " +
+                context.dataFolderPath)
         ->type_name("DIR");
     app_.footer(
         "Exit status: 0 done; 1 refused or failed, with a message; 2 wrong usage.\n"
@@ -106,13 +130,16 @@ class Parser {
     try {
       app_.parse(reversed);
     } catch (const CLI::RequiredError&) {
-      const std::vector<std::string> unknown = app_.remaining();
-      if (!app_.get_subcommands().empty() || unknown.empty()) throw;
-      throw WrongUsage("there is no command \"" + unguarded(unknown.front()) + "\"; --help lists them");
+      refuseUnknownArgument();
+      throw;
+    } catch (const CLI::ExtrasError&) {
+      refuseUnknownArgument();
+      throw;
     }
     if (dataFolder_) {
       if (dataFolder_->empty()) throw WrongUsage("--data-folder needs the name of a folder");
       context_.dataFolderPath = *dataFolder_;
+      context_.dataFolderIsNamed = true;
     }
   }
 
@@ -121,6 +148,20 @@ class Parser {
   CLI::App& app() { return app_; }
 
  private:
+  /// The parser would only say that something is missing, or that it expected nothing.
+  void refuseUnknownArgument() const {
+    const std::vector<CLI::App*> commands = app_.get_subcommands();
+    const std::string option = unknownOption(app_);
+    if (!option.empty()) {
+      const bool takesArguments = !commands.empty() && takesPositionals(*commands.front());
+      throw WrongUsage("there is no option \"" + option + "\"; --help lists them" +
+                       (takesArguments ? ". An ID or a file name that begins with - goes behind --" : ""));
+    }
+    const std::vector<std::string> unknown = app_.remaining();
+    if (!commands.empty() || unknown.empty()) return;
+    throw WrongUsage("there is no command \"" + unguarded(unknown.front()) + "\"; --help lists them");
+  }
+
   CLI::App* add(const std::string& name, const std::string& description, std::function<int()> run) {
     CLI::App* const command = app_.add_subcommand(name, description);
     command->group("Commands");
@@ -131,7 +172,9 @@ class Parser {
   void addImport() {
     CLI::App* const command = add("import", "Make an entry of every programme of an XMLTV guide",
                                   [this] { return importGuide(context_, import_); });
-    addText(command, "GUIDE", &import_.guide, "The guide, plain or compressed by gzip")->type_name("")->required();
+    addText(command, Bytes::OfFileName, "GUIDE", &import_.guide, "The guide, plain or compressed by gzip")
+        ->type_name("")
+        ->required();
     command->add_flag("--replace", import_.replace, "Replace the metadata of entries that are there already");
     command->footer(
         "Entries that are there already stay as they were edited, unless --replace is given. A\n"
@@ -141,11 +184,11 @@ class Parser {
   void addExport() {
     CLI::App* const command = add("export", "Write the day file of scheduled events; its path is the last line printed",
                                   [this] { return exportEvents(context_, export_); });
-    addText(command, "EVENTS", &export_.events,
+    addText(command, Bytes::OfFileName, "EVENTS", &export_.events,
             "A property list (array of events) or an XMLTV guide, plain or compressed by gzip")
         ->type_name("")
         ->required();
-    addText(command, "--configuration", &export_.configuration,
+    addText(command, Bytes::OfFileName, "--configuration", &export_.configuration,
             "The export configuration; needed where the data folder has several")
         ->type_name("NAME");
   }
@@ -161,14 +204,18 @@ class Parser {
   void addDuplicate() {
     CLI::App* const command = add("duplicate", "Copy an entry to another ID, replacing what is there",
                                   [this] { return duplicateEntry(context_, duplicate_); });
-    addText(command, "SOURCE", &duplicate_.source, "EPG unique ID of the entry to copy")->type_name("")->required();
-    addText(command, "TARGET", &duplicate_.target, "EPG unique ID of the copy")->type_name("")->required();
+    addText(command, Bytes::OfText, "SOURCE", &duplicate_.source, "EPG unique ID of the entry to copy")
+        ->type_name("")
+        ->required();
+    addText(command, Bytes::OfText, "TARGET", &duplicate_.target, "EPG unique ID of the copy")
+        ->type_name("")
+        ->required();
   }
 
   void addCheck() {
     CLI::App* const command = add("check", "Look for what would embarrass a channel on air",
                                   [this] { return checkEvents(context_, check_); });
-    addText(command, "EVENTS", &check_.events, "As for export")->type_name("")->required();
+    addText(command, Bytes::OfFileName, "EVENTS", &check_.events, "As for export")->type_name("")->required();
     command->footer(
         "Reports overlaps and gaps on a channel (a property list is one channel), events without\n"
         "start, end or item, or that end before they start, items without title or description,\n"
@@ -189,14 +236,15 @@ class Parser {
     CLI::App* const command =
         add("edit", "Edit one entry or many at once", [this] { return editEntries(context_, edit_); });
     addIDs(command, &edit_.ids);
-    addText(command, "--title", &edit_.title, "The title of all of them")->type_name("TEXT");
-    addText(command, "--description", &edit_.description, "The description of all of them")->type_name("TEXT");
-    addText(command, "--image-url", &edit_.imageURL, "The image URL of all of them")->type_name("TEXT");
-    addText(command, "--tag", &edit_.tags, "Turn a tag of the catalogue on; may be repeated")
+    addText(command, Bytes::OfText, "--title", &edit_.title, "The title of all of them")->type_name("TEXT");
+    addText(command, Bytes::OfText, "--description", &edit_.description, "The description of all of them")
+        ->type_name("TEXT");
+    addText(command, Bytes::OfText, "--image-url", &edit_.imageURL, "The image URL of all of them")->type_name("TEXT");
+    addText(command, Bytes::OfText, "--tag", &edit_.tags, "Turn a tag of the catalogue on; may be repeated")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
-    addText(command, "--untag", &edit_.untags, "Turn a tag of the catalogue off; may be repeated")
+    addText(command, Bytes::OfText, "--untag", &edit_.untags, "Turn a tag of the catalogue off; may be repeated")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
@@ -210,17 +258,30 @@ class Parser {
 
   /// Adds an option, or a positional argument, whose texts go to `target` as they are.
   template <typename Target>
-  CLI::Option* addText(CLI::App* app, const std::string& name, Target* target, const std::string& description) {
+  CLI::Option* addText(CLI::App* app, Bytes bytes, const std::string& name, Target* target,
+                       const std::string& description) {
     if (name.compare(0, 2, "--") == 0) optionsWithText_.insert(name);
-    const CLI::callback_t callback = [target](const CLI::results_t& results) {
-      for (const std::string& result : results) store(unguarded(result), target);
+    const CLI::callback_t callback = [bytes, target](const CLI::results_t& results) {
+      for (const std::string& result : results) {
+        const std::string text = unguarded(result);
+        if (bytes == Bytes::OfText) refuseUnlessUTF8(text);
+        store(text, target);
+      }
       return true;
     };
     return app->add_option(name, callback, description);
   }
 
-  void addIDs(CLI::App* command, std::vector<std::string>* ids) {
-    addText(command, "ID", ids, idsDescription)
+  void addIDs(CLI::App* command, std::vector<UniqueIDArgument>* ids) {
+    const CLI::callback_t callback = [ids](const CLI::results_t& results) {
+      for (const std::string& result : results) {
+        const std::string id = unguarded(result);
+        refuseUnlessUTF8(id);
+        ids->push_back(result == standardInput ? UniqueIDArgument() : id);
+      }
+      return true;
+    };
+    command->add_option("ID", callback, idsDescription)
         ->type_name("")
         ->required()
         ->expected(1, CLI::detail::expected_max_vector_size)
@@ -257,11 +318,6 @@ int parserStatus(Parser& parser, const CLI::ParseError& error, CommandContext& c
 }
 
 int statusOf(const std::vector<std::string>& arguments, CommandContext& context) {
-  for (const std::string& argument : arguments) {
-    if (!utf8::is_valid(argument.begin(), argument.end())) {
-      throw WrongUsage("the argument " + argument + " is not UTF-8");
-    }
-  }
   Parser parser(context);
   try {
     parser.parse(arguments);
@@ -269,6 +325,13 @@ int statusOf(const std::vector<std::string>& arguments, CommandContext& context)
     return parserStatus(parser, error, context);
   }
   return parser.run();
+}
+
+/// Whoever hears that a command failed must not think that its change is lost.
+std::string whatIsSaved(const ReportingEnvironment& environment) {
+  const std::vector<ReportingEnvironment::Replacement> replacements = environment.replacements();
+  const bool saved = !replacements.empty() && replacements.back().error == 0;
+  return saved ? "; what was asked for is done and saved: " + replacements.back().path : "";
 }
 
 }  // namespace
@@ -289,7 +352,7 @@ int runCommandLine(const std::vector<std::string>& arguments, CommandContext& co
   }
   context.output.flush();
   if (!context.output && status == done) {
-    context.messages.line("standard output: cannot be written");
+    context.messages.line("standard output: cannot be written" + whatIsSaved(context.environment));
     status = refused;
   }
   return status;

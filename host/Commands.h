@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "host/UniqueIDArguments.h"
+
 namespace epg {
 
 struct CommandContext;
@@ -34,7 +36,7 @@ int listConfigurations(CommandContext& context);
 int listEntries(CommandContext& context);
 
 struct RemoveOptions {
-  std::vector<std::string> ids;
+  std::vector<UniqueIDArgument> ids;
 };
 /// Removes the entries. IDs without an entry are told; when none of them has one, nothing is saved and that is 1.
 int removeEntries(CommandContext& context, const RemoveOptions& options);
@@ -53,13 +55,13 @@ struct CheckOptions {
 int checkEvents(CommandContext& context, const CheckOptions& options);
 
 struct ShowOptions {
-  std::vector<std::string> ids;
+  std::vector<UniqueIDArgument> ids;
 };
 /// What the editor shows for these entries.
 int showEntries(CommandContext& context, const ShowOptions& options);
 
 struct EditOptions {
-  std::vector<std::string> ids;
+  std::vector<UniqueIDArgument> ids;
   std::optional<std::string> title;
   std::optional<std::string> description;
   std::optional<std::string> imageURL;

@@ -47,18 +47,24 @@ std::string defaultDataFolderPath(Environment& environment) {
 #endif
 }
 
-void makeDataFolder(ReportingEnvironment& environment, const std::string& path) {
+int folderError(Environment& environment, const std::string& path) {
+  int descriptor = -1;
+  const int error = environment.openFile(path, folderFlags, 0, &descriptor);
+  if (error == 0) environment.closeFile(descriptor);
+  return error;
+}
+
+bool makeDataFolder(ReportingEnvironment& environment, const std::string& path) {
   int error = environment.makeFolder(path);
   const std::string parent = parentFolder(path);
   if (error == ENOENT && parent != path) {
     makeDataFolder(environment, parent);
     error = environment.makeFolder(path);
   }
-  if (error == 0) {
-    flushFolder(environment, parent);
-  } else if (error != EEXIST) {
-    throw Refusal(path + ": the folder cannot be made: " + systemMessage(error));
-  }
+  if (error == EEXIST) return false;
+  if (error != 0) throw Refusal(path + ": the folder cannot be made: " + systemMessage(error));
+  flushFolder(environment, parent);
+  return true;
 }
 
 DataFolderLock::DataFolderLock(ReportingEnvironment& environment, Messages& messages, const std::string& path)

@@ -12,8 +12,12 @@ class ReportingEnvironment;
 /// folder, elsewhere "EPGDorvaSelin" in XDG_DATA_HOME or, where that names no absolute path, in "~/.local/share".
 std::string defaultDataFolderPath(Environment& environment);
 
-/// Makes the folder and those above it that are missing. Throws a `Refusal` that names the folder that cannot be made.
-void makeDataFolder(ReportingEnvironment& environment, const std::string& path);
+/// 0 where the folder can be opened, otherwise the errno value.
+int folderError(Environment& environment, const std::string& path);
+
+/// Makes the folder and those above it that are missing; false when it was there already. Throws a `Refusal` that names
+/// the folder that cannot be made.
+bool makeDataFolder(ReportingEnvironment& environment, const std::string& path);
 
 /// Keeps every other command that would change the folder waiting for as long as the object lives, so that none
 /// works on a store that another one is about to replace. The lock is on the folder itself: nothing is left in it.

@@ -10,9 +10,9 @@ namespace epg {
 int duplicateEntry(CommandContext& context, const DuplicateOptions& options) {
   PluginSession session(context, PluginSession::Purpose::Changing);
   const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
-  if (!store->item(options.source)) throw Refusal(escapedForLine(options.source) + ": no such entry");
+  if (!store->item(options.source)) throw Refusal(noItemMessage(*store, options.source));
   const bool replaces = store->item(options.target) != nullptr;
-  if (!replaces) refuseUnusableID(options.target);
+  if (!replaces) refuseUnusableID(*store, options.target);
   session.plugin().duplicateEPGItemWithUniqueID(options.source, options.target);
   session.endAfterSave();
   context.output << (replaces ? "Replaced entry: " : "New entry: ") << escapedForLine(options.target) << '\n';

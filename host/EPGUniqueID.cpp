@@ -44,6 +44,8 @@ std::string epgUniqueID(const XMLTVProgramme& programme) {
     content.text(number.system);
     content.text(number.text);
   }
+  // Only where there are any: the IDs of all other programmes are as old as the stores that hold them.
+  if (!programme.unusableElements.empty()) content.texts(programme.unusableElements);
   constexpr std::size_t digits = 32;
   return "xmltv-" + sha256(content.bytes()).substr(0, digits);
 }

@@ -13,6 +13,7 @@
 #include "host/Refusal.h"
 #include "host/TagCatalogue.h"
 #include "host/UniqueIDArguments.h"
+#include "platform/XMLText.h"
 
 namespace epg {
 
@@ -25,7 +26,7 @@ void refuseContradictions(const EditOptions& options) {
     }
   }
   for (const auto* text : {&options.title, &options.description, &options.imageURL}) {
-    if (*text && !canBeStored(**text)) {
+    if (*text && !isCarriedByXML(**text)) {
       throw WrongUsage("the text \"" + escapedForLine(**text) + "\" holds control characters that no entry can keep");
     }
   }
@@ -53,7 +54,7 @@ void click(PluginSession& session, const std::vector<std::size_t>& rows, TagStat
 void operate(CommandContext& context, PluginSession& session, const EditOptions& options) {
   const std::vector<std::string> catalogue = tagCatalogue(session);
   const bool needsCatalogue = !options.tags.empty() || !options.untags.empty();
-  if (needsCatalogue && catalogue.empty()) throw Refusal(missingCatalogueMessage(session));
+  if (needsCatalogue && catalogue.empty()) throw Refusal(missingCatalogueMessage(context, session));
   const std::vector<std::size_t> on = tagIndexes(catalogue, options.tags);
   const std::vector<std::size_t> off = tagIndexes(catalogue, options.untags);
   type(context, session.bundle().title(), options.title, "titles");
@@ -79,15 +80,9 @@ void writeNewEntries(CommandContext& context, const std::vector<std::string>& id
 int editEntries(CommandContext& context, const EditOptions& options) {
   refuseContradictions(options);
   const std::vector<std::string> ids = uniqueIDs(options.ids, context.input);
-  PluginSession session(context, options.dryRun ? PluginSession::Purpose::Reading : PluginSession::Purpose::Changing);
+  PluginSession session(context, options.dryRun ? PluginSession::Purpose::Rehearsing : PluginSession::Purpose::Adding);
   const std::vector<std::string> newIDs = idsWithoutItem(session, ids);
-  for (const std::string& id : newIDs) {
-    refuseUnusableID(id);
-    if (session.plugin().epgItems()->entry(id)) {
-      throw Refusal("the store holds something under " + escapedForLine(id) +
-                    " that is no entry; it is left as it is (EPGItems.plist)");
-    }
-  }
+  for (const std::string& id : newIDs) refuseUnusableID(*session.plugin().epgItems(), id);
   {
     const Progress progress(context.messages, "Editing");
     openEditor(session, ids);

@@ -7,6 +7,7 @@
 #include "host/EventsArgument.h"
 #include "host/InputFile.h"
 #include "host/LineText.h"
+#include "host/LocalTimeZone.h"
 #include "host/Messages.h"
 #include "host/PluginSession.h"
 #include "host/PropertyListInput.h"
@@ -85,6 +86,7 @@ std::string failureMessage(const ExportReport& report, const ReportingEnvironmen
 }  // namespace
 
 int exportEvents(CommandContext& context, const ExportOptions& options) {
+  refuseUnknownTimeZone(context.environment);
   const Schedule schedule = readEventsArgument(context, options.events);
 
   ExportReport report;

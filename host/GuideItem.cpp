@@ -1,7 +1,10 @@
 #include "host/GuideItem.h"
 
+#include <set>
+
 #include "host/XMLTVGuide.h"
 #include "model/KeyConstants.h"
+#include "platform/XMLText.h"
 
 namespace epg {
 
@@ -9,10 +12,21 @@ namespace {
 
 void setOrRemove(PropertyListDictionary* values, const char* key, const std::optional<std::string>& text) {
   if (text) {
-    values->set(key, *text);
+    values->set(key, carriedByXML(*text));
   } else {
     values->remove(key);
   }
+}
+
+/// The categories as the store's file carries them. Two of them may become the same on the way.
+PropertyList::Array tagsOfCategories(const std::vector<std::string>& categories) {
+  PropertyList::Array tags;
+  std::set<std::string> seen;
+  for (const std::string& category : categories) {
+    const std::string tag = carriedByXML(category);
+    if (seen.insert(tag).second) tags.emplace_back(tag);
+  }
+  return tags;
 }
 
 }  // namespace
@@ -24,13 +38,13 @@ PropertyListDictionary itemOfProgramme(const XMLTVProgramme& programme, const st
 PropertyListDictionary itemReplacedByProgramme(PropertyListDictionary values, const XMLTVProgramme& programme,
                                                const std::string& uniqueID) {
   values.set(ZRLEPGDSUniqueIDKey, uniqueID);
-  values.set(ZRLEPGDSTitleKey, programme.title);
+  values.set(ZRLEPGDSTitleKey, carriedByXML(programme.title));
   setOrRemove(&values, ZRLEPGDSDescriptionKey, programme.description);
   setOrRemove(&values, ZRLEPGDSImageURLKey, programme.imageURL);
   if (programme.categories.empty()) {
     values.remove(ZRLEPGDSTagsKey);
   } else {
-    values.set(ZRLEPGDSTagsKey, PropertyList::Array(programme.categories.begin(), programme.categories.end()));
+    values.set(ZRLEPGDSTagsKey, tagsOfCategories(programme.categories));
   }
   return values;
 }

@@ -7,6 +7,7 @@
 #include "host/GuideItem.h"
 #include "host/LineText.h"
 #include "host/Messages.h"
+#include "host/NewEntry.h"
 #include "host/PluginSession.h"
 #include "host/Progress.h"
 #include "host/ReportingEnvironment.h"
@@ -37,6 +38,11 @@ ImportCounts fileProgrammes(CommandContext& context, EPGItemStore& store, const 
     const std::string id = epgUniqueID(programme);
     if (!seen.insert(id).second) continue;
     const std::shared_ptr<EPGItem> stored = store.item(id);
+    if (!stored && store.entry(id)) {
+      context.messages.line(noItemMessage(store, id));
+      ++counts.kept;
+      continue;
+    }
     if (!stored) {
       store.setItem(id, std::make_shared<EPGItem>(itemOfProgramme(programme, id)));
       ++counts.added;
@@ -68,7 +74,7 @@ int importGuide(CommandContext& context, const ImportOptions& options) {
   const XMLTVGuide guide = readGuide(context, options.guide);
   for (const std::string& warning : guide.warnings) context.messages.line(warning);
 
-  PluginSession session(context, PluginSession::Purpose::Changing);
+  PluginSession session(context, PluginSession::Purpose::Adding);
   const ImportCounts counts = fileProgrammes(context, *session.plugin().epgItems(), guide.programmes, options.replace);
   if (counts.added + counts.replaced > 0) {
     session.plugin().saveEPGItemsToFile();

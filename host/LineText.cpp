@@ -99,16 +99,6 @@ std::optional<std::string> unescapedLine(const std::string& line, std::string* p
   return text;
 }
 
-bool canBeStored(const std::string& text) {
-  if (!utf8::is_valid(text.begin(), text.end())) return false;
-  for (auto it = text.begin(); it != text.end();) {
-    const std::uint32_t point = utf8::unchecked::next(it);
-    const bool control = point < 0x20 && point != '\t' && point != '\n' && point != '\r';
-    if (control || point == 0xFFFE || point == 0xFFFF) return false;
-  }
-  return true;
-}
-
 std::string strippedOfWhiteSpace(const std::string& text) {
   const std::size_t first = text.find_first_not_of(whiteSpace);
   if (first == std::string::npos) return {};

@@ -19,9 +19,6 @@ std::optional<std::string> unescapedLine(const std::string& line, std::string* p
 /// and nobody takes apart again. Line feeds stay.
 std::string harmlessMessage(const std::string& text);
 
-/// Whether a property-list file gives the text back as it was: UTF-8 without the characters that XML 1.0 lacks.
-bool canBeStored(const std::string& text);
-
 /// Without the XML white space (space, tab, line feed, carriage return) at both ends.
 std::string strippedOfWhiteSpace(const std::string& text);
 

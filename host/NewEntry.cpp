@@ -2,14 +2,23 @@
 
 #include "host/LineText.h"
 #include "host/Refusal.h"
+#include "platform/XMLText.h"
+#include "plugin/EPGItemStore.h"
 
 namespace epg {
 
-void refuseUnusableID(const std::string& id) {
+std::string noItemMessage(const EPGItemStore& store, const std::string& id) {
+  if (!store.entry(id)) return escapedForLine(id) + ": no such entry";
+  return "the store holds something under " + escapedForLine(id) +
+         " that is no entry; it is left as it is (EPGItems.plist)";
+}
+
+void refuseUnusableID(const EPGItemStore& store, const std::string& id) {
   if (id.empty()) throw Refusal("an entry cannot be made under an empty EPG unique ID");
-  if (!canBeStored(id)) {
+  if (!isCarriedByXML(id)) {
     throw Refusal(escapedForLine(id) + ": an entry cannot be made under an ID with such control characters");
   }
+  if (store.entry(id)) throw Refusal(noItemMessage(store, id));
 }
 
 }  // namespace epg

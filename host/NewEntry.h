@@ -4,8 +4,13 @@
 
 namespace epg {
 
-/// Throws a `Refusal` when no entry should be made under this ID: it is empty, which is a slip of whoever called, or
-/// the store's file would not give it back as it is.
-void refuseUnusableID(const std::string& id);
+class EPGItemStore;
+
+/// What to tell of an ID without an item: that the store has no such entry, or holds something there that is none.
+std::string noItemMessage(const EPGItemStore& store, const std::string& id);
+
+/// Throws a `Refusal` when no entry should be made under this ID, which has none: the ID is empty, which is a slip of
+/// whoever called, the store's file would not give it back as it is, or the store holds something else there.
+void refuseUnusableID(const EPGItemStore& store, const std::string& id);
 
 }  // namespace epg

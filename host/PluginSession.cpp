@@ -21,6 +21,16 @@ std::string storePath(const CommandContext& context) {
   return appendPathComponent(context.dataFolderPath, "EPGItems.plist");
 }
 
+/// A folder whose name was misspelt would else pass for an empty one.
+void refuseMissingFolder(CommandContext& context, PluginSession::Purpose purpose) {
+  if (!context.dataFolderIsNamed || purpose == PluginSession::Purpose::Adding) return;
+  if (folderError(context.environment, context.dataFolderPath) != ENOENT) return;
+  if (purpose != PluginSession::Purpose::Rehearsing) {
+    throw Refusal(context.dataFolderPath + ": there is no such data folder");
+  }
+  context.messages.line("Would be a new data folder: " + context.dataFolderPath);
+}
+
 /// The plug-in starts with an empty store when the file cannot be read, whatever the reason, and says nothing.
 void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& store) {
   if (store.size() > 0) return;
@@ -37,8 +47,10 @@ void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& stor
 }  // namespace
 
 PluginSession::PluginSession(CommandContext& context, Purpose purpose) : context_(context) {
-  if (purpose == Purpose::Changing) {
-    makeDataFolder(context.environment, context.dataFolderPath);
+  refuseMissingFolder(context, purpose);
+  if (purpose == Purpose::Changing || purpose == Purpose::Adding) {
+    const bool isNew = makeDataFolder(context.environment, context.dataFolderPath);
+    if (isNew && context.dataFolderIsNamed) context.messages.line("New data folder: " + context.dataFolderPath);
     lock_ = std::make_unique<DataFolderLock>(context.environment, context.messages, context.dataFolderPath);
   }
   const Progress progress(context.messages, "Reading the item store");

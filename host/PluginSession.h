@@ -16,12 +16,15 @@ struct CommandContext;
 class PluginSession {
  public:
   enum class Purpose {
-    Reading,  ///< Changes nothing: the folder need not exist.
-    Changing  ///< Makes the folder where it is missing and keeps other commands from changing it.
+    Reading,     ///< Changes nothing.
+    Rehearsing,  ///< Changes nothing, and tells where `Adding` would make the folder.
+    Changing,    ///< Keeps other commands from changing the folder.
+    Adding       ///< As `Changing`; makes the folder, and tells so, where it is missing.
   };
 
-  /// Throws a `Refusal` when there is an item store that cannot be read: the plug-in would start with an empty one
-  /// and its next save would replace what is there.
+  /// Throws a `Refusal` when there is an item store that cannot be read (the plug-in would start with an empty one
+  /// and its next save would replace what is there), and when the folder is missing that somebody named and that only
+  /// `Adding` makes. The usual folder may be missing; it counts as empty, and is made for every change.
   PluginSession(CommandContext& context, Purpose purpose);
   PluginSession(const PluginSession&) = delete;
   PluginSession& operator=(const PluginSession&) = delete;

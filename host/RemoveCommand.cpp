@@ -4,6 +4,7 @@
 #include "host/Commands.h"
 #include "host/LineText.h"
 #include "host/Messages.h"
+#include "host/NewEntry.h"
 #include "host/PluginSession.h"
 #include "host/UniqueIDArguments.h"
 
@@ -20,7 +21,7 @@ int removeEntries(CommandContext& context, const RemoveOptions& options) {
     if (store->item(id)) {
       ++found;
     } else {
-      context.messages.line(escapedForLine(id) + ": no such entry");
+      context.messages.line(noItemMessage(*store, id));
     }
   }
   if (found > 0) {

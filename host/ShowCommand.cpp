@@ -1,8 +1,8 @@
 #include "host/CommandContext.h"
 #include "host/Commands.h"
 #include "host/EditorText.h"
-#include "host/LineText.h"
 #include "host/Messages.h"
+#include "host/NewEntry.h"
 #include "host/PluginSession.h"
 #include "host/Progress.h"
 #include "host/TagCatalogue.h"
@@ -14,11 +14,11 @@ int showEntries(CommandContext& context, const ShowOptions& options) {
   const std::vector<std::string> ids = uniqueIDs(options.ids, context.input);
   PluginSession session(context, PluginSession::Purpose::Reading);
   for (const std::string& id : idsWithoutItem(session, ids)) {
-    context.messages.line(escapedForLine(id) + ": no such entry; the editor shows it empty");
+    context.messages.line(noItemMessage(*session.plugin().epgItems(), id) + "; the editor shows it empty");
   }
   const Progress progress(context.messages, "Opening the editor");
   openEditor(session, ids);
-  if (tagCatalogue(session).empty()) context.messages.line(missingCatalogueMessage(session));
+  if (tagCatalogue(session).empty()) context.messages.line(missingCatalogueMessage(context, session));
   writeEditor(session, context.output);
   return 0;
 }

@@ -7,10 +7,14 @@
 #include <utility>
 #include <variant>
 
+#include "host/CommandContext.h"
 #include "host/HostBundle.h"
+#include "host/InputFile.h"
 #include "host/LineText.h"
 #include "host/PluginSession.h"
+#include "host/PropertyListInput.h"
 #include "host/Refusal.h"
+#include "host/ReportingEnvironment.h"
 
 namespace epg {
 
@@ -57,6 +61,19 @@ bool isNear(const Letters& name, const Letters& wanted, std::size_t distance) {
   return isPart || distance <= std::max<std::size_t>(1, std::min(name.size(), wanted.size()) / 3);
 }
 
+/// What keeps the file, which is there, from giving any tag.
+std::string problemOfCatalogue(Environment& environment, const std::string& path) {
+  try {
+    const PropertyListDictionary content = dictionaryInPropertyList(readInputFile(environment, path), path);
+    const PropertyList* const tags = content.find("tags");
+    if (!tags) return path + ": no tag catalogue, it has no \"tags\"";
+    return path +
+           (tags->asArray() ? ": a tag catalogue without tags" : ": no tag catalogue, its \"tags\" are no array");
+  } catch (const Refusal& refusal) {
+    return refusal.what();
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> tagCatalogue(PluginSession& session) {
@@ -71,7 +88,10 @@ std::vector<std::string> tagCatalogue(PluginSession& session) {
   return names;
 }
 
-std::string missingCatalogueMessage(PluginSession& session) {
+std::string missingCatalogueMessage(CommandContext& context, PluginSession& session) {
+  if (const std::optional<std::string> path = session.bundle().pathForResource("Tags", "plist")) {
+    return problemOfCatalogue(context.environment, *path);
+  }
   return "no tag catalogue was found in " + session.bundle().resourceFolder() +
          " (the environment variable DORVASELIN_RESOURCES may name another folder)";
 }

@@ -7,13 +7,14 @@
 namespace epg {
 
 class PluginSession;
+struct CommandContext;
 
 /// The names of the tags that the editor offers, in its order; empty when the program was installed without its
-/// resources. Asks the plug-in for its editor view.
+/// resources, or with unusable ones. Asks the plug-in for its editor view.
 std::vector<std::string> tagCatalogue(PluginSession& session);
 
-/// What to tell people when there is no catalogue.
-std::string missingCatalogueMessage(PluginSession& session);
+/// What to tell people when there is no catalogue: that there is no file, or what is wrong with it, and where.
+std::string missingCatalogueMessage(CommandContext& context, PluginSession& session);
 
 /// Where each of the tags stands in the catalogue. Throws a `Refusal` that names those that it does not have, with
 /// those of its own that may have been meant.

@@ -1,18 +1,14 @@
 #include "host/UniqueIDArguments.h"
 
-#include <utf8.h>
-
 #include <algorithm>
-#include <optional>
 
 #include "host/LineText.h"
 #include "host/Refusal.h"
+#include "platform/XMLText.h"
 
 namespace epg {
 
 namespace {
-
-bool isUTF8(const std::string& text) { return utf8::is_valid(text.begin(), text.end()); }
 
 void readUniqueIDs(std::istream& input, std::vector<std::string>* ids) {
   const std::size_t before = ids->size();
@@ -32,17 +28,16 @@ void readUniqueIDs(std::istream& input, std::vector<std::string>* ids) {
 
 }  // namespace
 
-std::vector<std::string> uniqueIDs(const std::vector<std::string>& arguments, std::istream& input) {
-  const char* const standardInput = "-";
-  if (std::count(arguments.begin(), arguments.end(), standardInput) > 1) {
+std::vector<std::string> uniqueIDs(const std::vector<UniqueIDArgument>& arguments, std::istream& input) {
+  if (std::count(arguments.begin(), arguments.end(), std::nullopt) > 1) {
     throw WrongUsage("standard input (-) can be read only once");
   }
   std::vector<std::string> ids;
-  for (const std::string& argument : arguments) {
-    if (argument == standardInput) {
-      readUniqueIDs(input, &ids);
+  for (const UniqueIDArgument& argument : arguments) {
+    if (argument) {
+      ids.push_back(*argument);
     } else {
-      ids.push_back(argument);
+      readUniqueIDs(input, &ids);
     }
   }
   return ids;

@@ -1,16 +1,20 @@
 #pragma once
 
 #include <istream>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace epg {
 
-/// The EPG unique IDs that a command was given, in order. "-" stands for those on `input`, one a line, written as
-/// listings write them (`escapedForLine`); empty lines and a carriage return at a line's end do not count.
+/// An EPG unique ID among a command's arguments. Nothing stands for those on standard input.
+using UniqueIDArgument = std::optional<std::string>;
+
+/// The EPG unique IDs that a command was given, in order. Those on `input` stand there one a line, written as listings
+/// write them (`escapedForLine`); empty lines and a carriage return at a line's end do not count.
 ///
-/// Throws `WrongUsage` when "-" stands there twice, and a `Refusal` that names the line when the input is not UTF-8,
-/// holds an escape that is none, or cannot be read, and when it names no ID.
-std::vector<std::string> uniqueIDs(const std::vector<std::string>& arguments, std::istream& input);
+/// Throws `WrongUsage` when standard input is named twice, and a `Refusal` that names the line when the input is not
+/// UTF-8, holds an escape that is none, or cannot be read, and when it names no ID.
+std::vector<std::string> uniqueIDs(const std::vector<UniqueIDArgument>& arguments, std::istream& input);
 
 }  // namespace epg

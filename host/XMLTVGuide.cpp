@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 
 #include "host/Gzip.h"
@@ -61,23 +62,41 @@ std::string withoutWhiteSpace(std::string text) {
   return text;
 }
 
-void readContent(const ElementReader& reader, pugi::xml_node element, XMLTVProgramme* programme) {
-  for (const pugi::xml_node child : element.children()) {
-    if (isNamed(child, "title")) {
-      if (programme->title.empty()) programme->title = reader.text(child).value_or("");
-    } else if (isNamed(child, "desc")) {
-      if (!programme->description) programme->description = reader.text(child);
-    } else if (isNamed(child, "icon")) {
-      if (!programme->imageURL) programme->imageURL = reader.attribute(child, "src");
-    } else if (isNamed(child, "category")) {
-      if (std::optional<std::string> category = reader.text(child)) programme->categories.push_back(*category);
-    } else if (isNamed(child, "sub-title")) {
-      if (std::optional<std::string> subTitle = reader.text(child)) programme->subTitles.push_back(*subTitle);
-    } else if (isNamed(child, "episode-num")) {
-      if (std::optional<std::string> number = reader.text(child)) {
-        programme->episodeNumbers.push_back({reader.attribute(child, "system").value_or("onscreen"), *number});
-      }
+/// Takes over what one of a programme's elements holds.
+void readElement(const ElementReader& reader, pugi::xml_node element, XMLTVProgramme* programme) {
+  if (isNamed(element, "title")) {
+    if (programme->title.empty()) programme->title = reader.text(element).value_or("");
+  } else if (isNamed(element, "desc")) {
+    if (!programme->description) programme->description = reader.text(element);
+  } else if (isNamed(element, "icon")) {
+    if (!programme->imageURL) programme->imageURL = reader.attribute(element, "src");
+  } else if (isNamed(element, "category")) {
+    if (std::optional<std::string> category = reader.text(element)) programme->categories.push_back(*category);
+  } else if (isNamed(element, "sub-title")) {
+    if (std::optional<std::string> subTitle = reader.text(element)) programme->subTitles.push_back(*subTitle);
+  } else if (isNamed(element, "episode-num")) {
+    if (std::optional<std::string> number = reader.text(element)) {
+      programme->episodeNumbers.push_back({reader.attribute(element, "system").value_or("onscreen"), *number});
     }
+  }
+}
+
+std::string asItStands(pugi::xml_node element) {
+  std::ostringstream text;
+  element.print(text, "", pugi::format_raw | pugi::format_no_escapes);
+  return text.str();
+}
+
+/// Whether `read` could use what it was to read. Where it could not, a warning tells that `what` was left out of the
+/// programme that stands at `place`.
+template <typename Read>
+bool readIfUsable(const Read& read, const char* what, const std::string& place, XMLTVGuide* guide) {
+  try {
+    read();
+    return true;
+  } catch (const Unusable& unusable) {
+    guide->warnings.push_back(place + ": " + what + " left out: " + unusable.what());
+    return false;
   }
 }
 
@@ -97,7 +116,8 @@ void removeRepeated(std::vector<std::string>* texts) {
   *texts = std::move(once);
 }
 
-/// Adds the programme, or a warning about it, to the guide. `place` is where the programme stands.
+/// Adds the programme to the guide, with a warning for each value that cannot be used; throws `Unusable` when it cannot
+/// do without one. `place` is where the programme stands.
 void readProgramme(const ElementReader& reader, pugi::xml_node element, const std::string& place, XMLTVGuide* guide) {
   XMLTVProgramme programme;
   const std::optional<std::string> start = reader.attribute(element, "start");
@@ -106,17 +126,28 @@ void readProgramme(const ElementReader& reader, pugi::xml_node element, const st
   const std::optional<Instant> startInstant = instantFromXMLTVTime(*start, &problem);
   if (!startInstant) throw Unusable("its start cannot be used: " + problem);
   programme.start = *startInstant;
-  readContent(reader, element, &programme);
+  for (const pugi::xml_node child : element.children()) {
+    const auto read = [&] { readElement(reader, child, &programme); };
+    if (isNamed(child, "title")) {
+      read();
+    } else if (!readIfUsable(read, child.name(), place, guide)) {
+      programme.unusableElements.push_back(asItStands(child));
+    }
+  }
   if (programme.title.empty()) throw Unusable("it has no title");
   removeRepeated(&programme.categories);
   programme.channel = reader.attribute(element, "channel").value_or("");
-  if (const auto clumpIndex = reader.attribute(element, "clumpidx")) {
-    programme.clumpIndex = withoutWhiteSpace(*clumpIndex);
-  }
-  if (element.attribute("stop")) {
+  const auto readClumpIndex = [&] {
+    const auto clumpIndex = reader.attribute(element, "clumpidx");
+    if (clumpIndex) programme.clumpIndex = withoutWhiteSpace(*clumpIndex);
+  };
+  readIfUsable(readClumpIndex, "clumpidx", place, guide);
+  const auto readStop = [&] {
+    if (!element.attribute("stop")) return;
     programme.stop = instantFromXMLTVTime(reader.attribute(element, "stop").value_or(""), &problem);
-    if (!programme.stop) guide->warnings.push_back(place + ": stop left out: " + problem);
-  }
+    if (!programme.stop) throw Unusable(problem);
+  };
+  readIfUsable(readStop, "stop", place, guide);
   guide->programmes.push_back(std::move(programme));
 }
 

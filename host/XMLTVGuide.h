@@ -30,6 +30,8 @@ struct XMLTVProgramme {
   std::vector<std::string> categories;  ///< Each text once, in the guide's order.
   std::vector<std::string> subTitles;
   std::vector<EpisodeNumber> episodeNumbers;
+  /// The elements that could not be used, as they stand in the guide: they tell programmes apart that are alike else.
+  std::vector<std::string> unusableElements;
 };
 
 struct XMLTVGuide {
@@ -38,9 +40,10 @@ struct XMLTVGuide {
   std::vector<std::string> warnings;  ///< "guide.xml: line 3, column 5: …", one for each thing left out.
 };
 
-/// Takes the guide out of a document. `name` stands before each place in messages. A programme without a title or
-/// valid start, or with a reference that stands for no character, is left out with a warning; an unusable stop counts
-/// as absent, with a warning too. Throws a `Refusal` when the document is no guide.
+/// Takes the guide out of a document. `name` stands before each place in messages. A programme is left out with a
+/// warning when it has no title or valid start, or when a reference in one of these or in its channel stands for no
+/// character; any other value with such a reference, and an unusable stop, counts as absent, with a warning too. Throws
+/// a `Refusal` when the document is no guide.
 XMLTVGuide guideInDocument(const XMLReader& document, const std::string& name);
 
 /// The bytes of a guide's file, decompressed where they are gzip. Throws a `Refusal` that names the file.

@@ -71,6 +71,23 @@ need_packages() {
   quietly "${root[@]}" env DEBIAN_FRONTEND=noninteractive "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
 }
 
+# alone COMMAND…: runs a step of a build while no other one runs here, as in ./run list | ./run edit -. What the command
+# starts cannot keep the lock; the program that was built runs without it. Where nothing locks, it just runs.
+alone() {
+  local status=0
+  if ! command -v flock >/dev/null; then
+    "$@"
+    return
+  fi
+  mkdir -p build
+  exec 9>build/lock
+  # Looking whether all is up to date takes a moment; only a real build is worth a word.
+  flock -w 5 9 || { say "waiting for another build" && flock 9; } || true
+  "$@" 9>&- || status=$?
+  exec 9>&-
+  return "$status"
+}
+
 # configure PRESET [CMAKE ARGUMENTS…]: only where something asks for it; CMake itself sees to the rest.
 configure() {
   local preset=$1 folder=build/$1

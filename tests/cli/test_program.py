@@ -69,11 +69,19 @@ class Pipes(dorvaselin.CommandLineTest):
         os.close(write)
         self.assertEqual(result.returncode, 1)
         self.assertEqual(self.store()["new"]["title"], "T")
+        self.assertEqual(
+            result.stderr.decode(),
+            f"standard output: cannot be written; what was asked for is done and saved: {self.store_path}\n",
+        )
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "no device that is always full")
     def test_a_listing_that_cannot_be_written_is_a_failure(self):
         with open("/dev/full", "wb") as full:
             self.assertEqual(self.run_command("list", stdout=full).returncode, 1)
+            result = self.run_command("edit", "new", "--title", "T", stdout=full)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"what was asked for is done and saved", result.stderr)
+        self.assertEqual(self.store()["new"]["title"], "T")
 
     def test_standard_input_that_is_not_utf8_is_refused(self):
         before = self.store_path.read_bytes()
@@ -82,9 +90,23 @@ class Pipes(dorvaselin.CommandLineTest):
         self.assertIn(b"standard input: line 2: not UTF-8", result.stderr)
         self.assertEqual(self.store_path.read_bytes(), before)
 
-    def test_arguments_that_are_not_utf8_are_wrong_usage(self):
-        for arguments in ((b"edit", b"\xff"), (b"import", b"caf\xe9.xml"), (b"list\xff",)):
+    def test_ids_and_texts_that_are_not_utf8_are_wrong_usage(self):
+        for arguments in ((b"edit", b"\xff"), (b"edit", b"E1", b"--title", b"\xff"), (b"list\xff",)):
             self.assertEqual(self.run_command(*arguments).returncode, 2)
+
+    @unittest.skipUnless(sys.platform.startswith("linux"), "another system may want names in its own encoding")
+    def test_file_names_need_not_be_utf8(self):
+        guide = os.fsencode(self.folder) + b"/caf\xe9.xml"
+        shutil.copy(dorvaselin.SAMPLES / "guide.xml", guide)
+        self.assertEqual(self.run_well("import", guide), ["62 programmes, 0 new entries, 54 kept entries"])
+
+    def test_a_time_zone_that_there_is_not_keeps_wrong_times_off_the_air(self):
+        folder = self.configure_export()
+        for zone, status in (("Europe/Berln", 1), ("CET-1CEST,M3.5.0,M10.5.0/3", 0), (":Europe/Berlin", 0)):
+            environment = self.environment(TZ=zone)
+            result = self.run_command("export", dorvaselin.SAMPLES / "guide.xml", env=environment)
+            self.assertEqual(result.returncode, status, result.stderr)
+            self.assertEqual(len(list(folder.iterdir())), 1 - status)
 
     def test_statuses_are_0_1_and_2(self):
         self.assertEqual(self.run_command("list").returncode, 0)
@@ -256,6 +278,7 @@ class Places(dorvaselin.CommandLineTest):
         return folder
 
     def tags_shown(self, command, **changes):
+        self.data.mkdir(exist_ok=True)
         result = subprocess.run(
             [command, "--data-folder", self.data, "show", "E1"],
             capture_output=True,

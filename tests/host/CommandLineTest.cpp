@@ -77,13 +77,38 @@ TEST_F(CommandLine, NamesACommandThatThereIsNot) {
   EXPECT_EQ(run({"--", "[x]"}).messages, "there is no command \"[x]\"; --help lists them\n");
 }
 
-TEST_F(CommandLine, RefusesArgumentsThatAreNotUTF8) {
+TEST_F(CommandLine, RefusesIDsAndTextsThatAreNotUTF8) {
   for (const char* argument : {"\xFF", "caf\xE9", "\xED\xA0\x80", "\xC0\xAF"}) {
-    const CommandResult result = run({"edit", "A", "--title", argument});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.messages, HasSubstr("is not UTF-8"));
+    const std::vector<std::string> all[] = {{"edit", "A", "--title", argument},
+                                            {"edit", "A", "--description", argument},
+                                            {"edit", "A", "--image-url", argument},
+                                            {"edit", "A", "--tag", argument},
+                                            {"edit", "A", "--untag", argument},
+                                            {"edit", "A", argument},
+                                            {"show", "--", argument},
+                                            {"remove", argument},
+                                            {"duplicate", "A", argument},
+                                            {"duplicate", argument, "A"}};
+    for (const std::vector<std::string>& arguments : all) {
+      const CommandResult result = run(arguments);
+      EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);
+      EXPECT_THAT(result.messages, HasSubstr("is not UTF-8")) << testing::PrintToString(arguments);
+    }
   }
   EXPECT_THAT(run({"edit", "caf\xE9"}).messages, HasSubstr("caf\\xE9"));
+  EXPECT_FALSE(exists(dataFolder()));
+}
+
+TEST_F(CommandLine, TakesFileNamesOfAnyBytes) {
+  const std::string folder = file("caf\xE9");
+  const std::string guide = write("g\xFFide.xml", "<tv><programme start='2001'><title>T</title></programme></tv>");
+  EXPECT_EQ(runWell({"import", guide, "--data-folder", folder}).output, "1 programme, 1 new entry, 0 kept entries\n");
+  EXPECT_TRUE(exists(folder + "/EPGItems.plist"));
+  configureExport("Evening");
+  writeFile(dataFolder() + "/\xE9vening.epgconf", contentOf(dataFolder() + "/Evening.epgconf"));
+  EXPECT_EQ(run({"check", guide}).status, 1);
+  runWell({"export", guide, "--configuration", "\xE9vening"});
+  EXPECT_THAT(run({"import", file("none\xFF")}).messages, HasSubstr("none\\xFF: No such file or directory"));
 }
 
 TEST_F(CommandLine, DoesNotLetAnArgumentSteerTheTerminal) {
@@ -98,6 +123,28 @@ TEST_F(CommandLine, TakesEveryIDAsItIs) {
                                         "a b",   "=",  "a=b", "\xC3\xA9", "5",  "-5"};
   EXPECT_EQ(understoodIDs(ids), ids);
   for (const std::string& id : ids) EXPECT_EQ(understoodIDs({id}), std::vector<std::string>{id});
+}
+
+TEST_F(CommandLine, NamesAnOptionThatThereIsNotAndSaysHowToNameSuchAnID) {
+  const std::string rest = "; --help lists them. An ID or a file name that begins with - goes behind --\n";
+  EXPECT_EQ(run({"show", "-abc"}).messages, "there is no option \"-abc\"" + rest);
+  EXPECT_EQ(run({"show", "A", "-abc"}).messages, "there is no option \"-abc\"" + rest);
+  EXPECT_EQ(run({"edit", "A", "--titel", "T"}).messages, "there is no option \"--titel\"" + rest);
+  EXPECT_EQ(run({"import", "-x.xml"}).messages, "there is no option \"-x.xml\"" + rest);
+  EXPECT_EQ(run({"list", "--all"}).messages, "there is no option \"--all\"; --help lists them\n");
+  EXPECT_EQ(run({"--all"}).messages, "there is no option \"--all\"; --help lists them\n");
+  EXPECT_THAT(run({"show"}).messages, HasSubstr("ID is required"));
+}
+
+TEST_F(CommandLine, TakesADashForAnIDBehindTwoDashesOnly) {
+  EXPECT_EQ(understoodIDs({"--", "-"}), std::vector<std::string>{"-"});
+  EXPECT_EQ(linesOf(runWell({"show", "-", "--", "-", "-"}, "one\n").messages),
+            (std::vector<std::string>{"one: no such entry; the editor shows it empty",
+                                      "-: no such entry; the editor shows it empty"}));
+  runWell({"edit", "--title", "Dash", "--", "-"});
+  EXPECT_EQ(runWell({"list"}).output, "-\tDash\n");
+  runWell({"remove", "--", "-"});
+  EXPECT_EQ(runWell({"list"}).output, "");
 }
 
 TEST_F(CommandLine, TakesIDsThatLookLikeOptionsBehindTwoDashes) {

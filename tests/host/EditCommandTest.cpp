@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "tests/host/CommandTest.h"
 
 namespace epg::test {
@@ -139,6 +141,26 @@ TEST_F(EditCommand, RefusesTagsOutsideTheCatalogueAndNamesTheNearOnes) {
   EXPECT_EQ(contentOf(storePath()), before);
 }
 
+TEST_F(EditCommand, NamesWhatIsWrongWithACatalogue) {
+  const std::string path = file("resources/Tags.plist");
+  const std::pair<const char*, const char*> catalogues[] = {
+      {"<plist><dict>\n<key>tags</key>\n<array><string>Live</array>", ": not a property list: line 3, column "},
+      {"<plist><array/></plist>", ": a property list, but its top level is not a dictionary\n"},
+      {"<plist><dict><key>Tags</key><array/></dict></plist>", ": no tag catalogue, it has no \"tags\"\n"},
+      {"<plist><dict><key>tags</key><string/></dict></plist>", ": no tag catalogue, its \"tags\" are no array\n"},
+      {"<plist><dict><key>tags</key><array><true/></array></dict></plist>", ": a tag catalogue without tags\n"}};
+  const std::string before = contentOf(storePath());
+  for (const auto& [content, problem] : catalogues) {
+    writeFile(path, content);
+    const CommandResult edit = run({"edit", "A", "--tag", "Live"});
+    EXPECT_EQ(edit.status, 1);
+    EXPECT_THAT(edit.messages, testing::StartsWith(path + problem));
+    EXPECT_EQ(runWell({"show", "A"}).messages, edit.messages);
+    EXPECT_EQ(run({"check", write("events.plist", "<plist><array/></plist>")}).messages, edit.messages);
+  }
+  EXPECT_EQ(contentOf(storePath()), before);
+}
+
 TEST_F(EditCommand, RefusesTagsWhereThereIsNoCatalogue) {
   useResourceFolder(file("none"));
   EXPECT_THAT(run({"edit", "A", "--tag", "Live"}).messages, HasSubstr("no tag catalogue was found"));
@@ -163,8 +185,14 @@ TEST_F(EditCommand, ShowsWhatWouldComeOfItAndCommitsNothing) {
   EXPECT_EQ(linesOf(runWell({"edit", "A", "B", "--dry-run"}).output)[0], "Title: <Multiple Values>");
   EXPECT_EQ(linesOf(runWell({"edit", "N", "--dry-run"}).output)[0], "Would be a new entry: N");
   EXPECT_EQ(contentOf(storePath()), before);
-  runWell({"edit", "N", "--dry-run", "--data-folder", file("none")});
+}
+
+TEST_F(EditCommand, TellsOfADataFolderThatItMakesOrWouldMake) {
+  EXPECT_EQ(runWell({"edit", "N", "--dry-run", "--data-folder", file("none")}).messages,
+            "Would be a new data folder: " + file("none") + "\n");
   EXPECT_FALSE(exists(file("none")));
+  EXPECT_EQ(runWell({"edit", "N", "--data-folder", file("none")}).messages, "New data folder: " + file("none") + "\n");
+  EXPECT_TRUE(exists(file("none/EPGItems.plist")));
 }
 
 TEST_F(EditCommand, ShowsTheSameBeforeAndAfterACommit) {

@@ -26,10 +26,41 @@ class EntryCommands : public CommandTest {
 
 TEST_F(EntryCommands, ListIDsAndTitlesByID) { EXPECT_EQ(runWell({"list"}).output, "E1\tOne\nE2\tTwo\nE3\t\n"); }
 
-TEST_F(EntryCommands, ListNothingOfAFolderThatIsNotThere) {
-  EXPECT_EQ(runWell({"--data-folder", file("none"), "list"}).output, "");
-  EXPECT_EQ(runWell({"--data-folder", file("none"), "configurations"}).output, "Default EPG Settings\n");
+TEST_F(EntryCommands, ListNothingOfAFolderWithoutAStore) {
+  writeFile(file("resources/nothing to do with it"), "");
+  EXPECT_EQ(runWell({"--data-folder", file("resources"), "list"}).output, "");
+  EXPECT_EQ(runWell({"--data-folder", file("resources"), "configurations"}).output, "Default EPG Settings\n");
+  removeAll(dataFolder());
+  EXPECT_EQ(runWell({"list"}).output, "");  // Nobody named this one.
+  EXPECT_FALSE(exists(dataFolder()));
+}
+
+TEST_F(EntryCommands, RefuseAFolderThatSomebodyNamedAndThatIsNotThere) {
+  const std::string events = write("events.plist", "<plist><array/></plist>");
+  const std::vector<std::string> commands[] = {
+      {"list"},          {"configurations"}, {"show", "E1"},           {"remove", "E1"},
+      {"check", events}, {"export", events}, {"duplicate", "E1", "E9"}};
+  for (std::vector<std::string> command : commands) {
+    command.insert(command.end(), {"--data-folder", file("none")});
+    const CommandResult result = run(command);
+    EXPECT_EQ(result.status, 1) << command[0];
+    EXPECT_EQ(result.messages, file("none") + ": there is no such data folder\n") << command[0];
+    EXPECT_EQ(result.output, "") << command[0];
+  }
   EXPECT_FALSE(exists(file("none")));
+}
+
+TEST_F(EntryCommands, TellAnEntryThatIsNoneFromOneThatIsNotThere) {
+  PropertyListDictionary strange = store();
+  strange.set("b", "kept by another tool");
+  writeStore(strange);
+  const std::string words = "the store holds something under b that is no entry; it is left as it is (EPGItems.plist)";
+  EXPECT_EQ(run({"edit", "b", "--title", "T"}).messages, words + "\n");
+  EXPECT_EQ(run({"show", "b"}).messages, words + "; the editor shows it empty\n");
+  EXPECT_EQ(run({"remove", "b"}).messages, words + "\n");
+  EXPECT_EQ(run({"duplicate", "b", "E9"}).messages, words + "\n");
+  EXPECT_EQ(run({"duplicate", "E1", "b"}).messages, words + "\n");
+  EXPECT_EQ(store(), strange);
 }
 
 TEST_F(EntryCommands, ListKeepsToOneLineAnEntryAndLeavesTheTerminalAlone) {

@@ -181,4 +181,48 @@ TEST_F(ImportCommand, CountsAnEmptyGuide) {
   EXPECT_THAT(namesIn(dataFolder()), IsEmpty());
 }
 
+TEST_F(ImportCommand, SettlesWhereAGuideHoldsWhatTheStoreCannotKeep) {
+  const std::string guide = writeGuide(
+      "<programme start='2001'><title>a&#1;b</title><desc>c&#x1B;</desc><icon src='d&#xFFFE;'/>"
+      "<category>e&#1;</category><category>e&#2;</category><category>f</category></programme>");
+  runWell({"import", guide});
+  EXPECT_EQ(store(), storeOf({item(idOf(guide, 0), {{"title",
+                                                     "a\xEF\xBF\xBD"
+                                                     "b"},
+                                                    {"description", "c\xEF\xBF\xBD"},
+                                                    {"imageURL", "d\xEF\xBF\xBD"},
+                                                    {"tags", names({"e\xEF\xBF\xBD", "f"})}})}));
+  EXPECT_EQ(runWell({"import", "--replace", guide}).output,
+            "1 programme, 0 new entries, 1 kept entry, 0 replaced entries\n");
+}
+
+TEST_F(ImportCommand, LeavesWhatIsNoEntryAsItIs) {
+  const std::string guide = writeGuide(twoProgrammes);
+  const std::string id = idOf(guide, 0);
+  PropertyListDictionary before;
+  before.set(id, "kept by another tool");
+  writeStore(before);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"import", guide}, {"import", guide, "--replace"}}) {
+    EXPECT_THAT(runWell(arguments).messages, HasSubstr("the store holds something under " + id + " that is no entry"));
+    EXPECT_EQ(*store().find(id), PropertyList("kept by another tool"));
+  }
+}
+
+TEST_F(ImportCommand, TellsOfADataFolderThatItMakes) {
+  const std::string guide = writeGuide(twoProgrammes);
+  EXPECT_EQ(runWell({"import", guide, "--data-folder", file("a/b")}).messages,
+            "New data folder: " + file("a/b") + "\n");
+  EXPECT_EQ(runWell({"import", guide, "--data-folder", file("a/b")}).messages, "");
+}
+
+TEST_F(ImportCommand, MakesTwoEntriesOfProgrammesThatDifferInWhatCannotBeRead) {
+  const CommandResult result = runWell(
+      {"import", writeGuide("<programme start='2001'><title>T</title><sub-title>Caf&eacute;</sub-title></programme>"
+                            "<programme start='2002'><title>T</title><sub-title>R&eacute;tro</sub-title></programme>"
+                            "<programme start='2003'><title>T</title><sub-title>Caf&eacute;</sub-title></programme>"
+                            "<programme start='2004'><title>T</title></programme>")});
+  EXPECT_EQ(result.output, "4 programmes, 3 new entries, 0 kept entries\n");
+}
+
 }  // namespace epg::test

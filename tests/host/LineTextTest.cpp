@@ -52,16 +52,6 @@ TEST(LineText, KeepsBackslashesAndLinesOfMessages) {
   EXPECT_EQ(harmlessMessage("C:\\new\n\x1B[2J\t"), "C:\\new\n\\x1B[2J\\t");
 }
 
-TEST(LineText, KnowsWhatAStoreGivesBack) {
-  EXPECT_TRUE(canBeStored(""));
-  EXPECT_TRUE(canBeStored("a\tb\nc\rd é \xF0\x9F\x93\xBA \x7F"));
-  EXPECT_FALSE(canBeStored("\x1B"));
-  EXPECT_FALSE(canBeStored(std::string(1, '\0')));
-  EXPECT_FALSE(canBeStored("\xEF\xBF\xBE"));
-  EXPECT_FALSE(canBeStored("\xFF"));
-  EXPECT_TRUE(canBeStored("\xEF\xBF\xBD"));
-}
-
 TEST(LineText, StripsOnlyXMLWhiteSpaceAndOnlyAtTheEnds) {
   EXPECT_EQ(strippedOfWhiteSpace(" \t\r\n a \n b \xC2\xA0 \n"), "a \n b \xC2\xA0");
   EXPECT_EQ(strippedOfWhiteSpace(" \n"), "");

@@ -15,14 +15,16 @@ namespace {
 using testing::ElementsAre;
 using testing::StartsWith;
 
-std::vector<std::string> ids(const std::vector<std::string>& arguments, const std::string& input = {}) {
+const UniqueIDArgument standardInput;
+
+std::vector<std::string> ids(const std::vector<UniqueIDArgument>& arguments, const std::string& input = {}) {
   std::istringstream stream(input);
   return uniqueIDs(arguments, stream);
 }
 
 std::string refusalOf(const std::string& input) {
   try {
-    ids({"-"}, input);
+    ids({standardInput}, input);
   } catch (const Refusal& refusal) {
     return refusal.what();
   }
@@ -31,20 +33,22 @@ std::string refusalOf(const std::string& input) {
 
 }  // namespace
 
-TEST(UniqueIDArguments, StandForThemselves) { EXPECT_THAT(ids({"b", "a\\n", ""}), ElementsAre("b", "a\\n", "")); }
+TEST(UniqueIDArguments, StandForThemselves) {
+  EXPECT_THAT(ids({"b", "a\\n", "", "-"}), ElementsAre("b", "a\\n", "", "-"));
+}
 
 TEST(UniqueIDArguments, TakeInTheLinesOfStandardInputWhereTheDashStands) {
-  EXPECT_THAT(ids({"first", "-", "last"}, "one\ntwo\n"), ElementsAre("first", "one", "two", "last"));
-  EXPECT_THAT(ids({"-"}, "one\ntwo"), ElementsAre("one", "two"));
+  EXPECT_THAT(ids({"first", standardInput, "last"}, "one\ntwo\n"), ElementsAre("first", "one", "two", "last"));
+  EXPECT_THAT(ids({standardInput}, "one\ntwo"), ElementsAre("one", "two"));
 }
 
 TEST(UniqueIDArguments, AreReadAsListingsWriteThem) {
   const std::string id = "a\nb\t\\\x1B\xC2\x9B -é";
-  EXPECT_THAT(ids({"-"}, escapedForLine(id) + "\n-\n"), ElementsAre(id, "-"));
+  EXPECT_THAT(ids({standardInput}, escapedForLine(id) + "\n-\n"), ElementsAre(id, "-"));
 }
 
 TEST(UniqueIDArguments, PassOverEmptyLinesAndCarriageReturnsAtTheirEnds) {
-  EXPECT_THAT(ids({"-"}, "one\r\n\n\r\ntwo \r\n"), ElementsAre("one", "two "));
+  EXPECT_THAT(ids({standardInput}, "one\r\n\n\r\ntwo \r\n"), ElementsAre("one", "two "));
 }
 
 TEST(UniqueIDArguments, NameTheLineThatCannotBeRead) {
@@ -57,6 +61,8 @@ TEST(UniqueIDArguments, RefuseStandardInputWithoutAnID) {
   EXPECT_EQ(refusalOf("\n\n"), "standard input: no EPG unique ID");
 }
 
-TEST(UniqueIDArguments, ReadStandardInputOnce) { EXPECT_THROW(ids({"-", "-"}, "one\n"), WrongUsage); }
+TEST(UniqueIDArguments, ReadStandardInputOnce) {
+  EXPECT_THROW(ids({standardInput, standardInput}, "one\n"), WrongUsage);
+}
 
 }  // namespace epg::test

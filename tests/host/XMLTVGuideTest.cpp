@@ -169,12 +169,53 @@ TEST(XMLTVGuide, CountsAnUnusableStopAsAbsentAndSaysSo) {
 TEST(XMLTVGuide, SkipsAProgrammeWithAReferenceThatStandsForNoCharacter) {
   const XMLTVGuide texts = guide(
       "<programme start='2001'><title>Caf&eacute;</title></programme>\n"
-      "<programme start='2001'><title>T</title><icon src='a&nope;b'/></programme>\n"
+      "<programme start='20&nope;01'><title>T</title></programme>\n"
+      "<programme start='2001' channel='a&nope;b'><title>T</title></programme>\n"
       "<programme start='2001'><title>Whole</title></programme>");
   ASSERT_EQ(texts.programmes.size(), 1U);
   EXPECT_EQ(texts.programmes[0].title, "Whole");
-  EXPECT_THAT(texts.warnings, ElementsAre(AllOf(HasSubstr("line 1"), HasSubstr("&eacute;")),
-                                          AllOf(HasSubstr("line 2"), HasSubstr("&nope;"))));
+  EXPECT_THAT(texts.warnings,
+              ElementsAre(AllOf(HasSubstr("line 1, column 5: programme skipped"), HasSubstr("&eacute;")),
+                          AllOf(HasSubstr("line 2, column 1: programme skipped"), HasSubstr("&nope;")),
+                          AllOf(HasSubstr("line 3, column 1: programme skipped"), HasSubstr("&nope;"))));
+}
+
+TEST(XMLTVGuide, LeavesOutOnlyTheValueThatAProgrammeCanDoWithout) {
+  const XMLTVGuide texts = guide(
+      "\n<programme start='2001' stop='20&a;02' clumpidx='&b;' channel='c'><title>T</title>\n"
+      "<desc>&c;</desc><desc>Second</desc>\n<icon src='&d;'/>\n<category>&e;</category><category>News</category>\n"
+      "<sub-title>&f;</sub-title>\n<episode-num>&g;</episode-num><episode-num system='&h;'>1</episode-num>"
+      "</programme>");
+  ASSERT_EQ(texts.programmes.size(), 1U);
+  const XMLTVProgramme& programme = texts.programmes[0];
+  EXPECT_EQ(programme.title, "T");
+  EXPECT_EQ(programme.channel, "c");
+  EXPECT_EQ(programme.stop, std::nullopt);
+  EXPECT_EQ(programme.clumpIndex, "0/1");
+  EXPECT_EQ(programme.description, "Second");
+  EXPECT_EQ(programme.imageURL, std::nullopt);
+  EXPECT_THAT(programme.categories, ElementsAre("News"));
+  EXPECT_THAT(programme.subTitles, IsEmpty());
+  EXPECT_THAT(programme.episodeNumbers, IsEmpty());
+  EXPECT_THAT(
+      programme.unusableElements,
+      ElementsAre("<desc>&c;</desc>", "<icon src=\"&d;\"/>", "<category>&e;</category>", "<sub-title>&f;</sub-title>",
+                  "<episode-num>&g;</episode-num>", "<episode-num system=\"&h;\">1</episode-num>"));
+  const std::string place = "guide.xml: line 2, column 1: ";
+  EXPECT_THAT(
+      texts.warnings,
+      testing::UnorderedElementsAre(
+          place +
+              "stop left out: line 2, column 1: the reference &a; in the attribute \"stop\" stands for no character",
+          place + "clumpidx left out: line 2, column 1: the reference &b; in the attribute \"clumpidx\" stands for no "
+                  "character",
+          place + "desc left out: line 3, column 7: the reference &c; stands for no character",
+          place + "icon left out: line 4, column 1: the reference &d; in the attribute \"src\" stands for no character",
+          place + "category left out: line 5, column 11: the reference &e; stands for no character",
+          place + "sub-title left out: line 6, column 12: the reference &f; stands for no character",
+          place + "episode-num left out: line 7, column 14: the reference &g; stands for no character",
+          place + "episode-num left out: line 7, column 31: the reference &h; in the attribute \"system\" stands for "
+                  "no character"));
 }
 
 TEST(XMLTVGuide, ExpandsNoEntityThatItDeclaresItself) {
