@@ -148,21 +148,40 @@ int writeAll(Environment& environment, int descriptor, const std::string& conten
   return 0;
 }
 
+/// Gives the new file the old one's owner and group as far as that is permitted; whether it has that group now.
+bool takeOverGroup(Environment& environment, const Environment::FileInfo& old, const Environment::FileInfo& fresh,
+                   int descriptor) {
+  if (old.owner == fresh.owner && old.group == fresh.group) return true;
+  const auto give = [&](uid_t owner) {
+    return repeatedWhileInterrupted([&] { return environment.setFileOwner(descriptor, owner, old.group); }) == 0;
+  };
+  // Only root may give files away, but everybody hands them to a group of his own. Otherwise the new file is the
+  // writer's, which is no failure.
+  return give(old.owner) || old.group == fresh.group || (old.owner != fresh.owner && give(static_cast<uid_t>(-1)));
+}
+
+/// The permissions without those of the group. What the group was denied, others are denied too: its members are some
+/// of them now.
+mode_t withoutGroup(mode_t permissions) { return (permissions & 0700) | (permissions & (permissions >> 3) & 07); }
+
 /// A replaced file hands on who may read and write it. Only a regular file has that to hand on.
 int takeOverMode(Environment& environment, const std::string& target, const Environment::FileInfo& fresh,
                  int descriptor) {
   Environment::FileInfo old;
-  const int error = pathInfo(environment, target, &old);
-  if (error == ENOENT) return 0;
-  if (error != 0) return error;
+  const int noTarget = pathInfo(environment, target, &old);
+  if (noTarget == ENOENT) return 0;
+  if (noTarget != 0) return noTarget;
   if (old.kind != Environment::FileKind::Regular) return 0;
-  // Only root may give files away; for everybody else the new file is the writer's own, which is no failure.
-  if (old.owner != fresh.owner || old.group != fresh.group) {
-    repeatedWhileInterrupted([&] { return environment.setFileOwner(descriptor, old.owner, old.group); });
-  }
+  const auto setMode = [&](mode_t permissions) {
+    return repeatedWhileInterrupted([&] { return environment.setFileMode(descriptor, permissions); });
+  };
   const mode_t permissions = old.mode & 0777;
-  if (permissions == (fresh.mode & 0777)) return 0;
-  return repeatedWhileInterrupted([&] { return environment.setFileMode(descriptor, permissions); });
+  // Next to an access list, the group's permissions are those that the list may grant at most, not the group's own.
+  if (!takeOverGroup(environment, old, fresh, descriptor)) return setMode(withoutGroup(permissions));
+  const int error = permissions == (fresh.mode & 0777) ? 0 : setMode(permissions);
+  if (error != 0) return error;
+  const int noList = repeatedWhileInterrupted([&] { return environment.copyAccessList(target, descriptor); });
+  return noList == 0 ? 0 : setMode(withoutGroup(permissions));
 }
 
 /// Waits until the entries of an open folder are on disk.

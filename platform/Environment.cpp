@@ -7,6 +7,12 @@
 #include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
+#if defined(__linux__)
+#include <linux/limits.h>
+#include <sys/xattr.h>
+#elif defined(__APPLE__)
+#include <sys/acl.h>
+#endif
 
 #include <cerrno>
 #include <chrono>
@@ -14,6 +20,7 @@
 #include <cstdlib>
 #include <system_error>
 #include <thread>
+#include <vector>
 
 #include "platform/RepeatedCall.h"
 
@@ -94,6 +101,32 @@ int Environment::setFileMode(int descriptor, mode_t mode) { return resultOf(::fc
 
 int Environment::setFileOwner(int descriptor, uid_t owner, gid_t group) {
   return resultOf(::fchown(descriptor, owner, group));
+}
+
+int Environment::copyAccessList(const std::string& from, int descriptor) {
+  if (holdsZeroByte(from)) return EINVAL;
+#if defined(__linux__)
+  const auto isNone = [](int error) { return error == ENODATA || error == ENOTSUP; };
+  const char* const attribute = "system.posix_acl_access";
+  std::vector<char> list(XATTR_SIZE_MAX);  // The largest that there can be.
+  const ssize_t size = ::lgetxattr(from.c_str(), attribute, list.data(), list.size());
+  if (size >= 0) return resultOf(::fsetxattr(descriptor, attribute, list.data(), static_cast<std::size_t>(size), 0));
+  if (!isNone(errno)) return errno;
+  // The new file may have got one from its folder.
+  const int error = resultOf(::fremovexattr(descriptor, attribute));
+  return isNone(error) ? 0 : error;
+#elif defined(__APPLE__)
+  acl_t list = ::acl_get_link_np(from.c_str(), ACL_TYPE_EXTENDED);
+  if (!list && errno != ENOENT) return errno == ENOTSUP ? 0 : errno;
+  if (!list) list = ::acl_init(0);
+  if (!list) return errno;
+  const int error = resultOf(::acl_set_fd(descriptor, list));
+  ::acl_free(list);
+  return error == ENOTSUP ? 0 : error;
+#else
+  static_cast<void>(descriptor);
+  return 0;
+#endif
 }
 
 int Environment::lockFile(int descriptor) { return resultOf(::flock(descriptor, LOCK_EX | LOCK_NB)); }

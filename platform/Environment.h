@@ -46,6 +46,9 @@ class Environment {
   virtual int fileInfo(int descriptor, FileInfo* info);
   virtual int setFileMode(int descriptor, mode_t mode);
   virtual int setFileOwner(int descriptor, uid_t owner, gid_t group);
+  /// Gives the open file the list of further users and groups that the file at `from` has, or none where that has
+  /// none. Nothing to do, and no failure, where the volume keeps no such lists.
+  virtual int copyAccessList(const std::string& from, int descriptor);
   /// Takes an exclusive advisory lock at once or fails with EWOULDBLOCK.
   virtual int lockFile(int descriptor);
   /// Waits until the bytes (or a folder's entries) have reached the disk itself.

@@ -127,12 +127,18 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFile() {
   if (busyWriting_) return;
   const auto store = epgItems();
   if (!store) return;
-  detachSaveThread(store->snapshot());
+  try {
+    detachSaveThread(store->snapshot());
+  } catch (const std::exception& exception) {
+    // The change is made and in the store; whoever made it has nothing to put right.
+    logFailedSave(exception, ENOMEM);
+  }
 }
 
 void EPGDorvaSelinManagerPlugin::detachSaveThread(EPGItemStoreSnapshot snapshot) {
-  environment_.detachThread(
-      [self = shared_from_this(), snapshot = std::move(snapshot)] { self->saveEPGItemsToFileThread(snapshot); });
+  // Shared, because what starts the thread copies what it is to run.
+  const auto shared = std::make_shared<const EPGItemStoreSnapshot>(std::move(snapshot));
+  environment_.detachThread([self = shared_from_this(), shared] { self->saveEPGItemsToFileThread(*shared); });
 }
 
 void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnapshot& snapshot) {
@@ -235,9 +241,10 @@ void EPGDorvaSelinManagerPlugin::exportEvents(std::vector<EPGEvent> events, cons
     }
     cancelExport_ = false;
     detachExportThread(std::move(events));
-  } catch (...) {
+  } catch (const std::exception&) {
+    // Whatever kept it from starting: an export that was not refused is reported.
+    reportExport(false, &exportFailure_);
     busyExporting_ = false;
-    throw;
   }
 }
 

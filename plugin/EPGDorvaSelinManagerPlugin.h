@@ -76,7 +76,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::optional<std::string> stringValue() const { return std::nullopt; }
 
   /// Starts a save of the whole store on a thread of its own. Dropped, not queued, while another save is writing:
-  /// the change then reaches the file with the next save.
+  /// the change then reaches the file with the next save. When memory runs out, that is logged as for a failed write.
   void saveEPGItemsToFile();
   /// The save thread's work: writes the snapshot. Silent when the file cannot be written.
   void saveEPGItemsToFileThread(const EPGItemStoreSnapshot& snapshot);

@@ -26,7 +26,8 @@ class TelvarinManagerEPGPluginProtocol_Delegate {
   virtual bool respondsToEPGExportEventCompleted() const { return true; }
 
   /// `error` is null when the export succeeded and lives only during the call. The report of an export comes on
-  /// that export's own thread, the refusal of one on the thread that asked for it. Must not throw.
+  /// that export's own thread, the refusal of one, or of memory to start it, on the thread that asked for it. Must not
+  /// throw.
   virtual void epgExportEventCompleted(bool /*succeeded*/, const EPGError* /*error*/) {}
 };
 

@@ -1,6 +1,7 @@
 #include "platform/AtomicFile.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -9,10 +10,12 @@
 #ifdef __linux__
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/xattr.h>
 #endif
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -203,6 +206,97 @@ TEST_F(AtomicFile, FileOfAnotherUserIsReplacedWhereTheFolderPermitsIt) {
   EXPECT_NE(infoOf(target).owner, 0U);
   EXPECT_EQ(infoOf(target).mode, mode_t{0600});
 }
+
+/// What the child that replaces the file is: somebody without special rights, but in the group.
+bool becomeMemberOf(gid_t group) {
+  return ::setgroups(1, &group) == 0 && ::setresgid(100, 100, 100) == 0 && ::setresuid(3002, 3002, 3002) == 0;
+}
+
+TEST_F(AtomicFile, FileOfAnotherUserKeepsItsGroupWhereTheWriterIsInIt) {
+  if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: needs root to make a file of another user";
+  writeFile(target, "old");
+  ASSERT_EQ(::chown(target.c_str(), 3001, 4000), 0);
+  ::chmod(target.c_str(), 0664);
+  EXPECT_EQ(exitOfChild([&] { return becomeMemberOf(4000) ? replace("new") : 255; }), 0);
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(infoOf(target).owner, 3002U);
+  EXPECT_EQ(infoOf(target).group, 4000U);
+  EXPECT_EQ(infoOf(target).mode, mode_t{0664});
+}
+
+TEST_F(AtomicFile, GroupThatCannotBeHandedOnGivesNobodyARight) {
+  if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: needs root to make a file of another user";
+  const struct {
+    mode_t before, after;
+  } cases[] = {{0660, 0600}, {0664, 0604}, {0604, 0600}, {0646, 0604}, {0600, 0600}};
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.before);
+    writeFile(target, "old");
+    ASSERT_EQ(::chown(target.c_str(), 3001, 4000), 0);
+    ::chmod(target.c_str(), one.before);
+    EXPECT_EQ(exitOfChild([&] { return becomeMemberOf(4001) ? replace("new") : 255; }), 0);
+    EXPECT_EQ(contentOrMissing(target), "new");
+    EXPECT_EQ(infoOf(target).group, 100U);
+    EXPECT_EQ(infoOf(target).mode, one.after);
+    ::unlink(target.c_str());
+  }
+}
+
+#ifdef __linux__
+
+const char* const accessList = "system.posix_acl_access";
+
+/// rw for the owner and for user 3001, nothing for the group and others, as the system keeps it (acl(5)).
+std::string listWithUser3001() {
+  const std::uint32_t version = 2;
+  const struct {
+    std::uint16_t tag, permissions;
+    std::uint32_t id;
+  } entries[] = {{1, 6, ~0U}, {2, 6, 3001}, {4, 0, ~0U}, {0x10, 6, ~0U}, {0x20, 0, ~0U}};
+  return std::string(reinterpret_cast<const char*>(&version), sizeof version) +
+         std::string(reinterpret_cast<const char*>(entries), sizeof entries);
+}
+
+/// Empty where the file has none.
+std::string accessListOf(const std::string& path) {
+  char list[1024];
+  const ssize_t size = ::getxattr(path.c_str(), accessList, list, sizeof list);
+  return size < 0 ? std::string() : std::string(list, static_cast<std::size_t>(size));
+}
+
+bool setList(const std::string& path, const char* attribute) {
+  const std::string list = listWithUser3001();
+  return ::setxattr(path.c_str(), attribute, list.data(), list.size(), 0) == 0;
+}
+
+TEST_F(AtomicFile, ReplacedFileKeepsItsAccessList) {
+  writeFile(target, "old");
+  if (!setList(target, accessList)) GTEST_SKIP() << "NOT TESTED: no access lists on this volume";
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(contentOrMissing(target), "new");
+  EXPECT_EQ(accessListOf(target), listWithUser3001());
+  EXPECT_EQ(infoOf(target).mode, mode_t{0660});
+}
+
+TEST_F(AtomicFile, ReplacedFileWithoutAnAccessListGetsNoneFromItsFolder) {
+  writeFile(target, "old");
+  ::chmod(target.c_str(), 0640);
+  if (!setList(folder.path(), "system.posix_acl_default")) GTEST_SKIP() << "NOT TESTED: no access lists here";
+  EXPECT_EQ(replace("new"), 0);
+  EXPECT_EQ(accessListOf(target), "");
+  EXPECT_EQ(infoOf(target).mode, mode_t{0640});
+}
+
+TEST_F(AtomicFile, AccessListOfAnotherUsersFileDoesNotOpenItToTheWritersGroup) {
+  if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: needs root to make a file of another user";
+  writeFile(target, "old");
+  ASSERT_EQ(::chown(target.c_str(), 3003, 4000), 0);
+  if (!setList(target, accessList)) GTEST_SKIP() << "NOT TESTED: no access lists on this volume";
+  EXPECT_EQ(exitOfChild([&] { return becomeMemberOf(4001) ? replace("new") : 255; }), 0);
+  EXPECT_EQ(infoOf(target).mode, mode_t{0600});
+}
+
+#endif
 
 // What else can stand under the name
 

@@ -75,6 +75,7 @@ TEST_F(EnvironmentFiles, AnswerTheErrorOfTheSystem) {
   EXPECT_EQ(environment.fileInfo(-1, &info), EBADF);
   EXPECT_EQ(environment.setFileMode(-1, 0), EBADF);
   EXPECT_EQ(environment.setFileOwner(-1, 0, 0), EBADF);
+  EXPECT_EQ(environment.copyAccessList(folder.file("missing"), -1), ENOENT);
   EXPECT_EQ(environment.lockFile(-1), EBADF);
   EXPECT_EQ(environment.flushFile(-1), EBADF);
   EXPECT_EQ(environment.closeFile(-1), EBADF);
@@ -98,6 +99,7 @@ TEST_F(EnvironmentFiles, NamesEndAtNoZeroByte) {
   EXPECT_EQ(environment.renameFile(path, folder.file("moved")), EINVAL);
   EXPECT_EQ(environment.renameFile(folder.file("other"), path), EINVAL);
   EXPECT_EQ(environment.exchangeFiles(path, folder.file("other")), EINVAL);
+  EXPECT_EQ(environment.copyAccessList(path, 0), EINVAL);
   EXPECT_EQ(environment.exchangeFiles(folder.file("other"), path), EINVAL);
   EXPECT_EQ(environment.listFolder(folder.path() + std::string("\0x", 2), &names), EINVAL);
   EXPECT_EQ(namesIn(folder.path()), Names({"other", "target"}));

@@ -57,6 +57,11 @@ int FaultyEnvironment::setFileOwner(int descriptor, uid_t owner, gid_t group) {
   return error != 0 ? error : Environment::setFileOwner(descriptor, owner, group);
 }
 
+int FaultyEnvironment::copyAccessList(const std::string& from, int descriptor) {
+  const int error = begin("copyAccessList", from);
+  return error != 0 ? error : Environment::copyAccessList(from, descriptor);
+}
+
 int FaultyEnvironment::lockFile(int descriptor) {
   const int error = begin("lockFile");
   return error != 0 ? error : Environment::lockFile(descriptor);

@@ -42,6 +42,7 @@ class FaultyEnvironment : public Environment {
   int fileInfo(int descriptor, FileInfo* info) override;
   int setFileMode(int descriptor, mode_t mode) override;
   int setFileOwner(int descriptor, uid_t owner, gid_t group) override;
+  int copyAccessList(const std::string& from, int descriptor) override;
   int lockFile(int descriptor) override;
   int flushFile(int descriptor) override;
   int closeFile(int descriptor) override;

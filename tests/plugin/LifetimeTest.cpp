@@ -168,22 +168,43 @@ TEST_F(LifetimeTest, WithoutAThreadToGiveTheWorkIsDoneBeforeTheCallReturns) {
   }
 }
 
-TEST_F(LifetimeTest, AnExportThatCannotBeStartedLeavesTheObjectIdle) {
-  class WithoutMemory : public Environment {
-   public:
-    bool refuses = true;
-    void detachThread(std::function<void()> body) override {
-      if (refuses) throw std::bad_alloc();
-      body();
-    }
-  } withoutMemory;
+/// A system that has no memory to start a thread with.
+class WithoutMemory : public Environment {
+ public:
+  bool refuses = true;
+  std::vector<std::string> lines;
+  void detachThread(std::function<void()> body) override {
+    if (refuses) throw std::bad_alloc();
+    body();
+  }
+  void log(const std::string& line) override { lines.push_back(line); }
+};
+
+TEST_F(LifetimeTest, ASaveThatCannotBeStartedIsLoggedAndTheNextOneBringsAllToDisk) {
+  WithoutMemory withoutMemory;
+  const auto another = EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, dataFolder, withoutMemory);
+  another->setEditedEPGUniqueIDs({"E1"});
+  EXPECT_TRUE(another->commitEditing());
+  another->duplicateEPGItemWithUniqueID("E1", "E2");
+  another->removeEPGItemsWithUniqueIDs({"E1"});
+  const char* const line = "An error occured while trying to write the EPG items to disk (std::bad_alloc)";
+  EXPECT_THAT(withoutMemory.lines, ElementsAre(line, line, line));
+  EXPECT_FALSE(another->busyWriting());
+  withoutMemory.refuses = false;
+  another->saveEPGItemsToFile();
+  EXPECT_THAT(storedIDs(), ElementsAre("E2"));
+}
+
+TEST_F(LifetimeTest, AnExportThatCannotBeStartedIsReportedAndLeavesTheObjectIdle) {
+  WithoutMemory withoutMemory;
   const auto another = EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, dataFolder, withoutMemory);
   another->setDelegate(&delegate);
-  EXPECT_THROW(another->exportEvents(events, "Test"), std::bad_alloc);
+  another->exportEvents(events, "Test");
+  EXPECT_THAT(delegate.outcomes(), ElementsAre(writeErrorReport));
   EXPECT_FALSE(another->busyExporting());
   withoutMemory.refuses = false;
   another->exportEvents(events, "Test");
-  EXPECT_THAT(delegate.outcomes(), ElementsAre("YES"));
+  EXPECT_THAT(delegate.outcomes(), ElementsAre(writeErrorReport, "YES"));
 }
 
 }  // namespace

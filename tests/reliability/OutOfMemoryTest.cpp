@@ -37,15 +37,15 @@ class CountingEnvironment : public Environment {
     if (line.compare(0, std::char_traits<char>::length(start), start) != 0) ++otherLines;
   }
   void fileReplaced(const std::string& /*path*/, int error) override {
-    ++told;
     lastError = error;
+    ++told;
   }
   void clear() { lines = otherLines = told = lastError = 0; }
 
-  int lines = 0;
-  int otherLines = 0;
-  int told = 0;
-  int lastError = 0;
+  std::atomic<int> lines{0};
+  std::atomic<int> otherLines{0};
+  std::atomic<int> told{0};
+  std::atomic<int> lastError{0};
 };
 
 class CountingDelegate : public TelvarinManagerEPGPluginProtocol_Delegate {
@@ -185,29 +185,46 @@ TEST_P(OutOfMemory, DuringAnExportIsReportedAndLeavesAWholeFile) {
   EXPECT_LT(number, endless);
 }
 
-TEST_P(OutOfMemory, WhenAnExportIsAskedForLeavesTheNextOneFree) {
+TEST_P(OutOfMemory, WhenAnExportIsAskedForIsReportedAndLeavesTheNextOneFree) {
   std::size_t number = 0;
   for (; number < endless; ++number) {
     SCOPED_TRACE(number);
     delegate.reports = 0;
-    bool refused = false;
     {
       std::vector<EPGEvent> given = events;
       const std::string configuration = "Test";
       const Shortage shortage(number, GetParam());
-      try {
-        plugin->exportEvents(std::move(given), configuration);
-      } catch (const std::bad_alloc&) {
-        refused = true;
-      }
+      plugin->exportEvents(std::move(given), configuration);
     }
     while (plugin->busyExporting()) std::this_thread::yield();
-    ASSERT_EQ(refused ? 0 : 1, delegate.reports);
+    ASSERT_EQ(1, delegate.reports);
+    ASSERT_TRUE(delegate.rightError);
     if (Shortage::failures() == 0) {
-      ASSERT_FALSE(refused);
+      ASSERT_TRUE(delegate.outcome);
       break;
     }
   }
+  EXPECT_GT(number, 5U);
+  EXPECT_LT(number, endless);
+}
+
+TEST_P(OutOfMemory, WhenASaveIsAskedForIsLoggedAndLeavesTheNextOneFree) {
+  std::size_t number = 0;
+  for (; number < endless; ++number) {
+    SCOPED_TRACE(number);
+    environment.clear();
+    {
+      const Shortage shortage(number, GetParam());
+      plugin->saveEPGItemsToFile();
+    }
+    while (environment.told == 0 && Shortage::failures() == 0) std::this_thread::yield();
+    ASSERT_EQ(0, environment.otherLines);
+    if (Shortage::failures() == 0) break;
+    if (GetParam() == Shortage::Failing::Once) {
+      ASSERT_EQ(1, environment.told);
+    }
+  }
+  EXPECT_EQ(0, environment.lastError);
   EXPECT_GT(number, 5U);
   EXPECT_LT(number, endless);
 }
