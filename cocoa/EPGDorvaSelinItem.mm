@@ -1,11 +1,13 @@
 #import "cocoa/EPGDorvaSelinItem.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <unordered_map>
 
 #import "cocoa/FoundationItem.h"
 #import "cocoa/FoundationValues.h"
+#import "cocoa/HandedOutObjects.h"
 
 namespace {
 
@@ -21,9 +23,25 @@ Registry& registry() {
   return *instance;
 }
 
-using Owners = std::atomic<NSUInteger>;
+/// Null when there is none under the key, which may be any object.
+const epg::PropertyListDictionary::Entry* entryUnder(const epg::PropertyListDictionary& values, id key) {
+  const std::optional<std::string> name = epg::cocoa::optionalString(key);
+  const auto found = std::find_if(values.begin(), values.end(), [&](const auto& entry) {
+    const id foreign = epg::cocoa::foreignKey(entry.second);
+    return foreign != nil ? [foreign isEqual:key] != NO : name && entry.first == *name;
+  });
+  return found != values.end() ? &*found : nullptr;
+}
 
 }  // namespace
+
+struct EPGDorvaSelinItemParts {
+  explicit EPGDorvaSelinItemParts(const std::shared_ptr<epg::EPGItem>& ofItem) : item(ofItem) {}
+
+  std::shared_ptr<epg::EPGItem> item;
+  std::atomic<NSUInteger> owners{1};
+  epg::cocoa::HandedOutObjects handedOut;
+};
 
 @interface EPGDorvaSelinItem ()
 - (id)initWithItem:(const std::shared_ptr<epg::EPGItem>&)item;
@@ -33,10 +51,9 @@ using Owners = std::atomic<NSUInteger>;
 
 @implementation EPGDorvaSelinItem
 
-// Of its own accord: the inherited initialisers all end in one of those below.
+// Of its own accord: the inherited initialisers all end in `init`.
 - (id)initWithItem:(const std::shared_ptr<epg::EPGItem>&)item {
-  _item = new std::shared_ptr<epg::EPGItem>(item);
-  _retainCount = new Owners(1);
+  _parts = new EPGDorvaSelinItemParts(item);
   return self;
 }
 
@@ -44,27 +61,13 @@ using Owners = std::atomic<NSUInteger>;
   return [self initWithItem:std::make_shared<epg::EPGItem>()];
 }
 
-- (id)initWithCapacity:(NSUInteger)capacity {
-  (void)capacity;
-  return [self init];
-}
-
-- (id)initWithObjects:(const id[])objects forKeys:(const id<NSCopying>[])keys count:(NSUInteger)count {
-  self = [self init];
-  for (NSUInteger index = 0; self != nil && index < count; ++index) {
-    [self setObject:objects[index] forKey:keys[index]];
-  }
-  return self;
-}
-
 // Looking an object up and letting go of it may meet on two threads; the look-up must then know for certain whether
 // the object still has an owner, which the inherited count does not tell.
 
 - (BOOL)retainIfOwned {
-  Owners& owners = *static_cast<Owners*>(_retainCount);
-  NSUInteger count = owners.load();
+  NSUInteger count = _parts->owners.load();
   while (count != 0) {
-    if (owners.compare_exchange_weak(count, count + 1)) {
+    if (_parts->owners.compare_exchange_weak(count, count + 1)) {
       return YES;
     }
   }
@@ -72,57 +75,53 @@ using Owners = std::atomic<NSUInteger>;
 }
 
 - (id)retain {
-  ++*static_cast<Owners*>(_retainCount);
+  ++_parts->owners;
   return self;
 }
 
 - (oneway void)release {
-  if (--*static_cast<Owners*>(_retainCount) == 0) {
+  if (--_parts->owners == 0) {
     [self dealloc];
   }
 }
 
 - (NSUInteger)retainCount {
-  return *static_cast<Owners*>(_retainCount);
+  return _parts->owners;
 }
 
 - (void)dealloc {
   {
     Registry& all = registry();
     const std::lock_guard<std::mutex> lock(all.mutex);
-    const auto found = all.objects.find(_item->get());
+    const auto found = all.objects.find(_parts->item.get());
     if (found != all.objects.end() && found->second == self) {
       all.objects.erase(found);
     }
   }
-  delete _item;
-  delete static_cast<Owners*>(_retainCount);
+  delete _parts;
   [super dealloc];
 }
 
 - (const std::shared_ptr<epg::EPGItem>&)item {
-  return *_item;
+  return _parts->item;
 }
 
 - (NSUInteger)count {
-  return (*_item)->values()->size();
+  return _parts->item->values()->size();
 }
 
 - (id)objectForKey:(id)key {
-  const std::optional<std::string> name = epg::cocoa::optionalString(key);
-  if (!name) {
-    return nil;
-  }
-  const epg::EPGItem::Values values = (*_item)->values();
-  const epg::PropertyList* value = values->find(*name);
-  return value != nullptr ? epg::cocoa::toObject(*value) : nil;
+  const epg::EPGItem::Values values = _parts->item->values();
+  const auto* const entry = entryUnder(*values, key);
+  return entry != nullptr ? _parts->handedOut.object(entry->first, entry->second) : nil;
 }
 
 - (NSEnumerator*)keyEnumerator {
   NSMutableArray* keys = [NSMutableArray array];
-  const epg::EPGItem::Values values = (*_item)->values();
+  const epg::EPGItem::Values values = _parts->item->values();
   for (const auto& [key, value] : *values) {
-    [keys addObject:epg::cocoa::toString(key)];
+    const id foreign = epg::cocoa::foreignKey(value);
+    [keys addObject:foreign != nil ? foreign : epg::cocoa::toString(key)];
   }
   return [keys objectEnumerator];
 }
@@ -133,27 +132,16 @@ using Owners = std::atomic<NSUInteger>;
     [NSException raise:NSInvalidArgumentException
                 format:@"An EPG item takes a value under a string, not %@ under %@", object, key];
   }
-  (*_item)->set(*name, epg::cocoa::fromObject(object));
+  _parts->item->set(*name, epg::cocoa::fromObject(object));
+  _parts->handedOut.forget(*name);
 }
 
 - (void)removeObjectForKey:(id)key {
-  if (const std::optional<std::string> name = epg::cocoa::optionalString(key)) {
-    (*_item)->remove(*name);
+  const epg::EPGItem::Values values = _parts->item->values();
+  if (const auto* const entry = entryUnder(*values, key)) {
+    _parts->item->remove(entry->first);
+    _parts->handedOut.forget(entry->first);
   }
-}
-
-// GNUstep's own copies would copy the values too.
-
-- (id)copyWithZone:(NSZone*)zone {
-  return [[NSDictionary allocWithZone:zone] initWithDictionary:self];
-}
-
-- (id)mutableCopyWithZone:(NSZone*)zone {
-  return [[NSMutableDictionary allocWithZone:zone] initWithDictionary:self];
-}
-
-- (Class)classForCoder {
-  return [NSMutableDictionary class];
 }
 
 @end
@@ -174,6 +162,13 @@ NSMutableDictionary* objectOfItem(const std::shared_ptr<EPGItem>& item) {
     known = [[EPGDorvaSelinItem alloc] initWithItem:item];
   }
   return [known autorelease];
+}
+
+NSMutableDictionary* knownObjectOfItem(const std::shared_ptr<EPGItem>& item) {
+  Registry& all = registry();
+  const std::lock_guard<std::mutex> lock(all.mutex);
+  const auto known = all.objects.find(item.get());
+  return known != all.objects.end() && [known->second retainIfOwned] ? [known->second autorelease] : nil;
 }
 
 std::shared_ptr<EPGItem> itemOfObject(id object) {

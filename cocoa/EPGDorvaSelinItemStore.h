@@ -3,18 +3,17 @@
 #import <Foundation/Foundation.h>
 
 #include <memory>
-#include <mutex>
 
+#import "cocoa/BridgedItemStore.h"
+#import "cocoa/EPGDorvaSelinDictionary.h"
 #include "plugin/EPGItemStore.h"
 
 /// An item store of the core as the live mutable dictionary that a host expects. Keys are strings. Any thread may
 /// read and change it at any time, as every operation is the store's own; whoever enumerates sees the keys of the
 /// moment when it began.
-@interface EPGDorvaSelinItemStore : NSMutableDictionary {
+@interface EPGDorvaSelinItemStore : EPGDorvaSelinDictionary {
  @private
-  std::shared_ptr<epg::EPGItemStore>* _store;
-  NSMutableDictionary* _handedOut;
-  std::mutex* _handedOutMutex;
+  std::shared_ptr<epg::cocoa::BridgedItemStore>* _store;
 }
 @end
 
@@ -22,13 +21,14 @@
 @interface EPGDorvaSelinItemStoreSnapshot : NSDictionary {
  @private
   epg::EPGItemStoreSnapshot* _snapshot;
+  epg::cocoa::HandedOutObjects* _handedOut;
 }
 @end
 
 namespace epg::cocoa {
 
-/// A new object (autoreleased) for the store; for a store that is a dictionary of the host's, that dictionary.
-NSMutableDictionary* objectOfStore(const std::shared_ptr<EPGItemStore>& store);
+/// A new object (autoreleased) for the store.
+NSMutableDictionary* objectOfStore(const std::shared_ptr<BridgedItemStore>& store);
 /// The store behind an object of `objectOfStore`; for another dictionary a store that uses it in place. Null for nil.
 std::shared_ptr<EPGItemStore> storeOfObject(NSMutableDictionary* object);
 

@@ -1,21 +1,19 @@
 #import "cocoa/EPGDorvaSelinItemStore.h"
 
 #include <algorithm>
+#include <mutex>
 #include <optional>
 #include <utility>
 
 #import "cocoa/EPGDorvaSelinItem.h"
 #import "cocoa/FoundationItemStore.h"
 #import "cocoa/FoundationValues.h"
+#import "cocoa/HostDictionary.h"
 
 using epg::cocoa::optionalString;
 using epg::cocoa::toString;
 
 namespace {
-
-id objectOfEntry(const epg::EPGItemStoreEntry& entry) {
-  return entry.item != nullptr ? epg::cocoa::objectOfItem(entry.item) : epg::cocoa::toObject(entry.value);
-}
 
 epg::EPGItemStoreEntry entryOfObject(id object) {
   epg::EPGItemStoreEntry entry;
@@ -37,45 +35,28 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 }  // namespace
 
 @interface EPGDorvaSelinItemStore ()
-- (id)initWithStore:(const std::shared_ptr<epg::EPGItemStore>&)store;
-- (const std::shared_ptr<epg::EPGItemStore>&)store;
+- (id)initWithStore:(const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store;
+- (const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store;
 @end
 
 @implementation EPGDorvaSelinItemStore
 
-// Of its own accord: the inherited initialisers all end in one of those below.
-- (id)initWithStore:(const std::shared_ptr<epg::EPGItemStore>&)store {
-  _store = new std::shared_ptr<epg::EPGItemStore>(store);
-  _handedOut = [[NSMutableDictionary alloc] init];
-  _handedOutMutex = new std::mutex;
+// Of its own accord: the inherited initialisers all end in `init`.
+- (id)initWithStore:(const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store {
+  _store = new std::shared_ptr<epg::cocoa::BridgedItemStore>(store);
   return self;
 }
 
 - (id)init {
-  return [self initWithStore:std::make_shared<epg::EPGItemStore>()];
-}
-
-- (id)initWithCapacity:(NSUInteger)capacity {
-  (void)capacity;
-  return [self init];
-}
-
-- (id)initWithObjects:(const id[])objects forKeys:(const id<NSCopying>[])keys count:(NSUInteger)count {
-  self = [self init];
-  for (NSUInteger index = 0; self != nil && index < count; ++index) {
-    [self setObject:objects[index] forKey:keys[index]];
-  }
-  return self;
+  return [self initWithStore:std::make_shared<epg::cocoa::BridgedItemStore>()];
 }
 
 - (void)dealloc {
   delete _store;
-  [_handedOut release];
-  delete _handedOutMutex;
   [super dealloc];
 }
 
-- (const std::shared_ptr<epg::EPGItemStore>&)store {
+- (const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store {
   return *_store;
 }
 
@@ -85,15 +66,7 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 
 - (id)objectForKey:(id)key {
   const std::optional<std::string> uniqueID = optionalString(key);
-  const std::optional<epg::EPGItemStoreEntry> entry = uniqueID ? (*_store)->entry(*uniqueID) : std::nullopt;
-  if (!entry) {
-    return nil;
-  }
-  id object = objectOfEntry(*entry);
-  // A dictionary keeps what it hands out, and hosts rely on it.
-  const std::lock_guard<std::mutex> lock(*_handedOutMutex);
-  [_handedOut setObject:object forKey:key];
-  return object;
+  return uniqueID ? (*_store)->object(*uniqueID) : nil;
 }
 
 - (NSEnumerator*)keyEnumerator {
@@ -112,24 +85,7 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 - (void)removeObjectForKey:(id)key {
   if (const std::optional<std::string> uniqueID = optionalString(key)) {
     (*_store)->removeEntry(*uniqueID);
-    const std::lock_guard<std::mutex> lock(*_handedOutMutex);
-    [[[_handedOut objectForKey:key] retain] autorelease];
-    [_handedOut removeObjectForKey:key];
   }
-}
-
-// GNUstep's own copies would copy the values too.
-
-- (id)copyWithZone:(NSZone*)zone {
-  return [[NSDictionary allocWithZone:zone] initWithDictionary:self];
-}
-
-- (id)mutableCopyWithZone:(NSZone*)zone {
-  return [[NSMutableDictionary allocWithZone:zone] initWithDictionary:self];
-}
-
-- (Class)classForCoder {
-  return [NSMutableDictionary class];
 }
 
 @end
@@ -144,6 +100,7 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 // Of its own accord: the inherited initialisers all end in one of those below.
 - (id)initWithSnapshot:(epg::EPGItemStoreSnapshot)snapshot {
   _snapshot = new epg::EPGItemStoreSnapshot(std::move(snapshot));
+  _handedOut = new epg::cocoa::HandedOutObjects;
   return self;
 }
 
@@ -157,6 +114,7 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 }
 
 - (void)dealloc {
+  delete _handedOut;
   delete _snapshot;
   [super dealloc];
 }
@@ -173,7 +131,7 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
   const std::optional<std::string> uniqueID = optionalString(key);
   const auto found = std::find_if(_snapshot->begin(), _snapshot->end(),
                                   [&](const auto& entry) { return uniqueID && entry.first == *uniqueID; });
-  return found != _snapshot->end() ? objectOfEntry(found->second) : nil;
+  return found != _snapshot->end() ? epg::cocoa::objectOfEntry(*_handedOut, found->first, found->second) : nil;
 }
 
 - (NSEnumerator*)keyEnumerator {
@@ -197,11 +155,8 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 
 namespace epg::cocoa {
 
-NSMutableDictionary* objectOfStore(const std::shared_ptr<EPGItemStore>& store) {
-  if (const FoundationItemStore* hosts = dynamic_cast<const FoundationItemStore*>(store.get())) {
-    return hosts->dictionary();
-  }
-  return store != nullptr ? [[[EPGDorvaSelinItemStore alloc] initWithStore:store] autorelease] : nil;
+NSMutableDictionary* objectOfStore(const std::shared_ptr<BridgedItemStore>& store) {
+  return [[[EPGDorvaSelinItemStore alloc] initWithStore:store] autorelease];
 }
 
 std::shared_ptr<EPGItemStore> storeOfObject(NSMutableDictionary* object) {
@@ -226,6 +181,7 @@ EPGItemStoreSnapshot snapshotOfObject(NSDictionary* object) {
     return [static_cast<EPGDorvaSelinItemStore*>(object) store]->snapshot();
   }
   EPGItemStoreSnapshot snapshot;
+  const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
   snapshot.reserve([object count]);
   NSEnumerator* keys = [object keyEnumerator];
   while (id key = [keys nextObject]) {

@@ -103,12 +103,13 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
   }
 
   void releaseViewController() {
-    if (viewController_ != nil && ![NSThread isMainThread]) {
-      // The last to hold the object was a thread of its own, where views must not go away: the main thread gets the
-      // last hold on the controller.
-      [viewController_ performSelectorOnMainThread:@selector(self) withObject:nil waitUntilDone:NO];
+    if ([NSThread isMainThread]) {
+      [viewController_ release];
+    } else {
+      // The last to hold the object was a thread of its own, where views must not go away. The main thread lets go in
+      // this one's place: whichever of the two is faster, the last hold is never here.
+      [viewController_ performSelectorOnMainThread:@selector(release) withObject:nil waitUntilDone:NO];
     }
-    [viewController_ release];
   }
 
   ::EPGDorvaSelinManagerPlugin* object_;
@@ -124,8 +125,10 @@ const std::string noFolder(1, '\0');
 struct EPGDorvaSelinManagerPluginParts {
   EPGDorvaSelinManagerPluginParts(EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, NSString* dataFolderPath)
       : plugin(std::make_shared<PluginOfObject>(object, bundle,
-                                                dataFolderPath != nil ? fromString(dataFolderPath) : noFolder)),
-        epgItems([epg::cocoa::objectOfStore(plugin->epgItems()) retain]) {
+                                                dataFolderPath != nil ? fromString(dataFolderPath) : noFolder)) {
+    const auto store = std::make_shared<epg::cocoa::BridgedItemStore>(plugin->epgItems()->snapshot());
+    epgItems = [epg::cocoa::objectOfStore(store) retain];
+    plugin->setEpgItems(store);
     NSMutableArray* list = [[NSMutableArray alloc] init];
     plugin->setEditedItems(std::make_shared<epg::cocoa::FoundationItemList>(list));
     [list release];
@@ -136,7 +139,7 @@ struct EPGDorvaSelinManagerPluginParts {
   DelegateCaller delegateCaller;
   std::shared_ptr<PluginOfObject> plugin;
   std::mutex epgItemsMutex;  ///< Guards the reference below and the core's as one.
-  NSMutableDictionary* epgItems;
+  NSMutableDictionary* epgItems = nil;
 };
 
 @implementation EPGDorvaSelinManagerPlugin

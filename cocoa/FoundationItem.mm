@@ -2,8 +2,10 @@
 
 #import "cocoa/ExceptionGuard.h"
 #import "cocoa/FoundationValues.h"
+#import "cocoa/HostDictionary.h"
 
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -20,7 +22,10 @@ EPGItem::Values FoundationItem::values() const {
   auto values = std::make_shared<PropertyListDictionary>();
   // The host may be changing the dictionary at this moment. The core knows what to do with an exception of its own
   // language; the platform's would unwind it unnoticed.
-  const auto read = [&] { *values = fromDictionary(dictionary_); };
+  const auto read = [&] {
+    const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
+    *values = fromDictionary(dictionary_);
+  };
   if (NSException* exception = exceptionRaisedBy(read)) {
     throw std::runtime_error(fromString([exception description]));
   }
@@ -28,11 +33,12 @@ EPGItem::Values FoundationItem::values() const {
 }
 
 void FoundationItem::setValues(const std::vector<PropertyListDictionary::Entry>& entries) {
+  const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
   for (const auto& [key, value] : entries) {
-    [dictionary_ setObject:toObject(value) forKey:toString(key)];
+    setObjectInHostDictionary(dictionary_, toObject(value), toString(key));
   }
 }
 
-void FoundationItem::remove(const std::string& key) { [dictionary_ removeObjectForKey:toString(key)]; }
+void FoundationItem::remove(const std::string& key) { removeObjectInHostDictionary(dictionary_, toString(key)); }
 
 }  // namespace epg::cocoa

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -12,15 +11,13 @@
 
 namespace epg::cocoa {
 
-/// The item store as a dictionary of the host's, used in place. The plug-in's own uses are safe from one another; a
-/// host that changes the dictionary while an export runs must make it one that can be read meanwhile.
+/// The item store as a dictionary of the host's, used in place. The plug-in's own uses are safe from one another
+/// (cocoa/HostDictionary.h); a host that changes the dictionary while an export runs must make it one that can be read
+/// meanwhile.
 class FoundationItemStore : public EPGItemStore {
  public:
   explicit FoundationItemStore(NSMutableDictionary* dictionary) : dictionary_([dictionary retain]) {}
   ~FoundationItemStore() override { [dictionary_ release]; }
-
-  /// The very object, autoreleased.
-  NSMutableDictionary* dictionary() const { return [[dictionary_ retain] autorelease]; }
 
   std::shared_ptr<EPGItem> item(const std::string& uniqueID) const override;
   void setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item) override;
@@ -30,7 +27,6 @@ class FoundationItemStore : public EPGItemStore {
   EPGItemStoreSnapshot snapshot() const override;
 
  private:
-  mutable std::mutex mutex_;
   NSMutableDictionary* dictionary_;
 };
 

@@ -3,24 +3,22 @@
 #import "cocoa/EPGDorvaSelinItem.h"
 #import "cocoa/EPGDorvaSelinItemStore.h"
 #import "cocoa/FoundationValues.h"
+#import "cocoa/HostDictionary.h"
 
 namespace epg::cocoa {
 
 std::shared_ptr<EPGItem> FoundationItemStore::item(const std::string& uniqueID) const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  return itemOfObject([dictionary_ objectForKey:toString(uniqueID)]);
+  return itemOfObject(objectInHostDictionary(dictionary_, toString(uniqueID)));
 }
 
 void FoundationItemStore::setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item) {
   if (item != nullptr) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    [dictionary_ setObject:objectOfItem(item) forKey:toString(uniqueID)];
+    setObjectInHostDictionary(dictionary_, objectOfItem(item), toString(uniqueID));
   }
 }
 
 void FoundationItemStore::removeItem(const std::string& uniqueID) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  [dictionary_ removeObjectForKey:toString(uniqueID)];
+  removeObjectInHostDictionary(dictionary_, toString(uniqueID));
 }
 
 std::size_t FoundationItemStore::size() const { return uniqueIDs().size(); }
@@ -35,9 +33,6 @@ std::vector<std::string> FoundationItemStore::uniqueIDs() const {
   return uniqueIDs;
 }
 
-EPGItemStoreSnapshot FoundationItemStore::snapshot() const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  return snapshotOfObject(dictionary_);
-}
+EPGItemStoreSnapshot FoundationItemStore::snapshot() const { return snapshotOfObject(dictionary_); }
 
 }  // namespace epg::cocoa

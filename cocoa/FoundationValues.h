@@ -14,8 +14,10 @@
 /// Values on their way between Foundation and the core. Objects returned are autoreleased. Any thread.
 namespace epg::cocoa {
 
-/// Every string crosses unchanged both ways, also one that is no valid Unicode: unpaired surrogates become the three
-/// bytes that their number would have, bytes that are no UTF-8 become U+DC80 to U+DCFF.
+/// Strings cross unchanged both ways, also those that are no valid Unicode: bytes that are no UTF-8 become U+DC80 to
+/// U+DCFF and those become the bytes again, other unpaired surrogates become the three bytes that their number would
+/// have. The one exception: where a host's string has several of U+DC80 to U+DCFF in a row, and their bytes together
+/// spell a character, it comes back with that character. No text holds such a row.
 /// Nil gives the empty string.
 std::string fromString(NSString* string);
 NSString* toString(const std::string& text);
@@ -35,7 +37,11 @@ PropertyList fromObject(id object);
 PropertyList foreignObject(id object);
 id toObject(const PropertyList& value);
 
+/// The entries of an EPG item. One whose key is no string stands under a name that no other entry has, as a foreign
+/// value that knows the key.
 PropertyListDictionary fromDictionary(NSDictionary* dictionary);
+/// The key of such an entry, nil for any other value.
+id foreignKey(const PropertyList& value);
 
 /// Values of another type than expected count as absent.
 EPGEvent fromEvent(NSDictionary* event);

@@ -23,6 +23,20 @@ class ForeignObject : public ForeignValue {
   id object_;
 };
 
+/// A value under a key that is no string.
+class ForeignEntry : public ForeignObject {
+ public:
+  ForeignEntry(id key, id object) : ForeignObject(object), key_([key retain]) {}
+  ForeignEntry(const ForeignEntry&) = delete;
+  ForeignEntry& operator=(const ForeignEntry&) = delete;
+  ~ForeignEntry() override { [key_ release]; }
+
+  id key() const { return key_; }
+
+ private:
+  id key_;
+};
+
 PropertyList fromNumber(NSNumber* number) {
   // Booleans are numbers of a class of their own on every platform; their type code is that of a small integer.
   if ([number isKindOfClass:[[NSNumber numberWithBool:YES] class]]) {
@@ -56,18 +70,25 @@ NSNumber* toNumber(PropertyList::Integer integer) {
 
 PropertyList fromObject(id object, int depth);
 
-/// Nothing when a key is no string.
-std::optional<PropertyListDictionary> fromDictionary(NSDictionary* dictionary, int depth) {
+struct DictionaryParts {
+  PropertyListDictionary entries;
+  std::vector<id> foreignKeys;  ///< Those that are no strings.
+};
+
+DictionaryParts partsOfDictionary(NSDictionary* dictionary, int depth) {
+  DictionaryParts parts;
   std::vector<PropertyListDictionary::Entry> entries;
   entries.reserve([dictionary count]);
   NSEnumerator* keys = [dictionary keyEnumerator];
   while (id key = [keys nextObject]) {
-    if (![key isKindOfClass:[NSString class]]) {
-      return std::nullopt;
+    if ([key isKindOfClass:[NSString class]]) {
+      entries.emplace_back(fromString(key), fromObject([dictionary objectForKey:key], depth + 1));
+    } else {
+      parts.foreignKeys.push_back(key);
     }
-    entries.emplace_back(fromString(key), fromObject([dictionary objectForKey:key], depth + 1));
   }
-  return PropertyListDictionary(std::move(entries));
+  parts.entries = PropertyListDictionary(std::move(entries));
+  return parts;
 }
 
 PropertyList fromObject(id object, int depth) {
@@ -94,8 +115,9 @@ PropertyList fromObject(id object, int depth) {
       return PropertyList(std::move(elements));
     }
     if ([object isKindOfClass:[NSDictionary class]]) {
-      if (std::optional<PropertyListDictionary> entries = fromDictionary(object, depth)) {
-        return PropertyList(std::move(*entries));
+      DictionaryParts parts = partsOfDictionary(object, depth);
+      if (parts.foreignKeys.empty()) {
+        return PropertyList(std::move(parts.entries));
       }
     }
   }
@@ -146,15 +168,22 @@ id toObject(const PropertyList& value) {
 }
 
 PropertyListDictionary fromDictionary(NSDictionary* dictionary) {
-  std::vector<PropertyListDictionary::Entry> entries;
-  entries.reserve([dictionary count]);
-  NSEnumerator* keys = [dictionary keyEnumerator];
-  while (id key = [keys nextObject]) {
-    if ([key isKindOfClass:[NSString class]]) {
-      entries.emplace_back(fromString(key), fromObject([dictionary objectForKey:key], 2));
+  DictionaryParts parts = partsOfDictionary(dictionary, 1);
+  for (id key : parts.foreignKeys) {
+    // Out of the way of the host's own strings.
+    std::string name = std::string(1, '\0') + fromString([key description]);
+    while (parts.entries.find(name) != nullptr) {
+      name += '\0';
     }
+    parts.entries.set(name,
+                      PropertyList::fromForeign(std::make_shared<ForeignEntry>(key, [dictionary objectForKey:key])));
   }
-  return PropertyListDictionary(std::move(entries));
+  return std::move(parts.entries);
+}
+
+id foreignKey(const PropertyList& value) {
+  const ForeignEntry* const entry = dynamic_cast<const ForeignEntry*>(value.asForeign());
+  return entry != nullptr ? [[entry->key() retain] autorelease] : nil;
 }
 
 std::optional<Instant> optionalDate(id object) {

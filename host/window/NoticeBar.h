@@ -8,11 +8,14 @@
  @private
   NSTextField* _text;
   NSMutableArray* _buttons;
+  NSString* _waiting;
   id _target;
 }
 
 - (id)initWithFrame:(NSRect)frame;
 
+/// While a question is asked, the last message waits and is shown when the question is gone, behind what the answer led
+/// to.
 - (void)showMessage:(NSString*)message;
 /// `answers` holds button titles, the safest last, and `actions` the names of the target's operations in the same
 /// order. The question goes away before the operation is called.

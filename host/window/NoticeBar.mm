@@ -37,6 +37,7 @@ const CGFloat roomInButton = 28;
 - (void)dealloc {
   [_text release];
   [_buttons release];
+  [_waiting release];
   [super dealloc];
 }
 
@@ -61,9 +62,17 @@ const CGFloat roomInButton = 28;
 }
 
 - (void)showMessage:(NSString*)message {
-  if (![self isAsking]) {
-    [_text setStringValue:message];
+  if ([self isAsking]) {
+    [_waiting autorelease];
+    _waiting = [message copy];
+    return;
   }
+  NSString* waited = [_waiting autorelease];
+  _waiting = nil;
+  if ([waited length] > 0) {
+    message = [message length] > 0 ? [NSString stringWithFormat:@"%@ · %@", message, waited] : waited;
+  }
+  [_text setStringValue:message];
 }
 
 - (void)ask:(NSString*)question answers:(NSArray*)answers actions:(NSArray*)actions target:(id)target {
@@ -95,6 +104,9 @@ const CGFloat roomInButton = 28;
   [[sender retain] autorelease];
   [self stopAsking];
   [target performSelector:action withObject:self];
+  if (_waiting != nil && ![self isAsking]) {
+    [self showMessage:[_text stringValue]];
+  }
 }
 
 - (BOOL)isAsking {

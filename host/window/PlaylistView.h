@@ -4,13 +4,15 @@
 
 #import "host/window/Playback.h"
 
-/// The list of playbacks and entries: a search field over a table with multiple selection.
+/// The list of playbacks and entries: a search field over a table with multiple selection. The search never hides a
+/// selected entry: what is under edit is what the operator sees.
 @interface PlaylistView : NSView <NSTableViewDataSource, NSTableViewDelegate> {
  @private
   NSSearchField* _searchField;
   NSTableView* _table;
   NSMutableArray* _playbacks;
   NSArray* _shown;
+  NSSet* _alwaysShown;
   id _target;
   BOOL _selecting;
 }
@@ -25,7 +27,7 @@
 
 /// EPG unique IDs of the selected lines, each once, in the list's order.
 - (NSArray*)selectedIDs;
-/// Selects every shown line of these entries, without telling the target.
+/// Selects every line of these entries, without telling the target. Lines that the search hides come back.
 - (void)selectIDs:(NSArray*)uniqueIDs;
 
 - (NSSearchField*)searchField;

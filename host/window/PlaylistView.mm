@@ -26,6 +26,8 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
 @interface PlaylistView ()
 - (void)search:(id)sender;
 - (void)showMatches;
+- (void)showMatchesAndIDs:(NSArray*)uniqueIDs;
+- (BOOL)hidesAnyOf:(NSSet*)uniqueIDs;
 @end
 
 @implementation PlaylistView
@@ -36,6 +38,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
     _target = target;
     _playbacks = [[NSMutableArray alloc] init];
     _shown = [[NSArray alloc] init];
+    _alwaysShown = [[NSSet alloc] init];
     const NSRect bounds = [self bounds];
 
     _searchField = [[NSSearchField alloc]
@@ -82,6 +85,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   [_searchField release];
   [_playbacks release];
   [_shown release];
+  [_alwaysShown release];
   [super dealloc];
 }
 
@@ -107,15 +111,21 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
 - (void)search:(id)sender {
   (void)sender;
   NSArray* selected = [self selectedIDs];
-  [self showMatches];
+  [self showMatchesAndIDs:selected];
   [self selectIDs:selected];
+}
+
+- (void)showMatchesAndIDs:(NSArray*)uniqueIDs {
+  [_alwaysShown release];
+  _alwaysShown = [[NSSet alloc] initWithArray:uniqueIDs];
+  [self showMatches];
 }
 
 - (void)showMatches {
   NSMutableArray* shown = [NSMutableArray array];
   NSEnumerator* playbacks = [_playbacks objectEnumerator];
   while (Playback* playback = [playbacks nextObject]) {
-    if ([playback matches:[_searchField stringValue]]) {
+    if ([playback matches:[_searchField stringValue]] || [_alwaysShown containsObject:[playback uniqueID]]) {
       [shown addObject:playback];
     }
   }
@@ -141,9 +151,23 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   return uniqueIDs;
 }
 
+- (BOOL)hidesAnyOf:(NSSet*)uniqueIDs {
+  NSSet* shown = [NSSet setWithArray:_shown];
+  NSEnumerator* playbacks = [_playbacks objectEnumerator];
+  while (Playback* playback = [playbacks nextObject]) {
+    if ([uniqueIDs containsObject:[playback uniqueID]] && ![shown containsObject:playback]) {
+      return YES;
+    }
+  }
+  return NO;
+}
+
 - (void)selectIDs:(NSArray*)uniqueIDs {
   NSMutableIndexSet* rows = [NSMutableIndexSet indexSet];
   NSSet* wanted = [NSSet setWithArray:uniqueIDs];
+  if ([self hidesAnyOf:wanted]) {
+    [self showMatchesAndIDs:uniqueIDs];
+  }
   for (NSUInteger row = 0; row < [_shown count]; ++row) {
     Playback* playback = [_shown objectAtIndex:row];
     if ([wanted containsObject:[playback uniqueID]]) {

@@ -360,22 +360,24 @@ NSView* lastKeyView(NSView* editorView) {
     return;
   }
   NSString* source = [_editedIDs lastObject];
-  NSMutableSet* known = [NSMutableSet set];
+  NSMutableSet* titles = [NSMutableSet set];
   Playback* original = nil;
   NSEnumerator* playbacks = [[_playlist playbacks] objectEnumerator];
   while (Playback* playback = [playbacks nextObject]) {
-    [known addObject:[playback uniqueID]];
+    [titles addObject:[playback title]];
     if ([[playback uniqueID] isEqual:source]) {
       original = playback;
     }
   }
-  NSString* target = [source stringByAppendingString:@" copy"];
-  for (int number = 2; [known containsObject:target]; ++number) {
-    target = [NSString stringWithFormat:@"%@ copy %d", source, number];
+  NSString* title = [[original title] stringByAppendingString:@" (copy)"];
+  for (int number = 2; [titles containsObject:title]; ++number) {
+    title = [NSString stringWithFormat:@"%@ (copy %d)", [original title], number];
   }
+  // Unique by itself: the plug-in also keeps the copies of earlier sessions, of which this list knows nothing.
+  NSString* target = [NSString stringWithFormat:@"%@ copy %@", source, [[NSUUID UUID] UUIDString]];
   Playback* copy = [[[Playback alloc] initWithUniqueID:target
                                             playbackID:nil
-                                                 title:[[original title] stringByAppendingString:@" (copy)"]
+                                                 title:title
                                                channel:[original channel]
                                                  start:nil
                                                    end:nil] autorelease];
@@ -385,7 +387,7 @@ NSView* lastKeyView(NSView* editorView) {
   [_playlist addPlayback:copy];
   [_playlist selectIDs:[NSArray arrayWithObject:target]];
   [self edit:[NSArray arrayWithObject:target]];
-  [_notice showMessage:[NSString stringWithFormat:@"Duplicated as “%@”", target]];
+  [_notice showMessage:[NSString stringWithFormat:@"Duplicated as “%@”", title]];
 }
 
 - (void)commitAndDuplicate:(id)sender {

@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 #import <objc/runtime.h>
+#include <stdio.h>
 #include <stdlib.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #import "tests/cocoa/BundleUser.h"
+#import "tests/cocoa/ObjectCount.h"
 
 namespace {
 
@@ -29,47 +31,100 @@ TEST_F(Bundle, PrincipalClassIsTheManagerPlugin) {
   EXPECT_EQ(text([[bundle_ principalClass] pluginName]), "EPG DorvaSelin");
 }
 
+#ifdef __APPLE__
+#define SIZE_OF_VIEW "{CGSize=dd}@:"
+#define YES_OR_NO "c@:"
+#else
+#define SIZE_OF_VIEW "{_NSSize=dd}@:"
+#define YES_OR_NO "C@:"
+#endif
+
+struct Operation {
+  const char* declaration;
+  const char* name;
+  const char* types;  ///< Result, object, operation, arguments.
+};
+
+// In the order in which hosts know them.
+const Operation protocolOperations[] = {
+    {"- (id)initWithBundle:(NSBundle*)bundle dataFolderPath:(NSString*)dataFolderPath;",
+     "initWithBundle:dataFolderPath:", "@@:@@"},
+    {"- (void)dealloc;", "dealloc", "v@:"},
+    {"- (void)setDelegate:(id<TelvarinManagerEPGPluginProtocol_Delegate>)delegate;", "setDelegate:", "v@:@"},
+    {"- (id<TelvarinManagerEPGPluginProtocol_Delegate>)delegate;", "delegate", "@@:"},
+    {"- (NSString*)exportPath;", "exportPath", "@@:"},
+    {"- (NSArray*)configurationFilenames;", "configurationFilenames", "@@:"},
+    {"- (void)setEditedEPGUniqueIDs:(NSArray*)uniqueIDs;", "setEditedEPGUniqueIDs:", "v@:@"},
+    {"- (NSView*)editorView;", "editorView", "@@:"},
+    {"- (NSSize)minimumEditorViewSize;", "minimumEditorViewSize", SIZE_OF_VIEW},
+    {"- (NSSize)maximumEditorViewSize;", "maximumEditorViewSize", SIZE_OF_VIEW},
+    {"- (BOOL)commitEditing;", "commitEditing", YES_OR_NO},
+    {"- (void)revertEditing;", "revertEditing", "v@:"},
+    {"- (void)removeEPGItemsWithUniqueIDs:(NSArray*)uniqueIDs;", "removeEPGItemsWithUniqueIDs:", "v@:@"},
+    {"- (void)duplicateEPGItemWithUniqueID:(NSString*)sourceUniqueID "
+     "toItemWithUniqueID:(NSString*)targetUniqueID;",
+     "duplicateEPGItemWithUniqueID:toItemWithUniqueID:", "v@:@@"},
+    {"- (void)exportEvents:(NSArray*)events configurationFilename:(NSString*)configurationFilename;",
+     "exportEvents:configurationFilename:", "v@:@@"},
+    {"- (void)cancelExportEvents;", "cancelExportEvents", "v@:"},
+    {"+ (NSString*)pluginName;", "pluginName", "@@:"}};
+
+/// The types alone: where the arguments stand differs between processors.
+std::string withoutDigits(const char* encoding) {
+  std::string types = encoding;
+  types.erase(std::remove_if(types.begin(), types.end(), [](char c) { return c >= '0' && c <= '9'; }), types.end());
+  return types;
+}
+
 TEST_F(Bundle, ProtocolHasItsSeventeenOperationsAndTheClassImplementsThem) {
   Protocol* protocol = NSProtocolFromString(@"TelvarinManagerEPGPluginProtocol");
   ASSERT_NE(protocol, nil);
   Class principal = [bundle_ principalClass];
   EXPECT_TRUE([principal conformsToProtocol:protocol]);
-  const char* const names[] = {"initWithBundle:dataFolderPath:",
-                               "dealloc",
-                               "setDelegate:",
-                               "delegate",
-                               "exportPath",
-                               "configurationFilenames",
-                               "setEditedEPGUniqueIDs:",
-                               "editorView",
-                               "minimumEditorViewSize",
-                               "maximumEditorViewSize",
-                               "commitEditing",
-                               "revertEditing",
-                               "removeEPGItemsWithUniqueIDs:",
-                               "duplicateEPGItemWithUniqueID:toItemWithUniqueID:",
-                               "exportEvents:configurationFilename:",
-                               "cancelExportEvents"};
   unsigned int count = 0;
   struct objc_method_description* required = protocol_copyMethodDescriptionList(protocol, YES, YES, &count);
   ASSERT_EQ(count, 16u);
   // Compilers write the list forwards or backwards.
-  if (std::string(sel_getName(required[0].name)) != names[0]) {
+  if (std::string(sel_getName(required[0].name)) != protocolOperations[0].name) {
     std::reverse(required, required + count);
   }
   for (unsigned int index = 0; index < count; ++index) {
-    SEL selector = required[index].name;
-    EXPECT_STREQ(sel_getName(selector), names[index]);
-    Method method = class_getInstanceMethod(principal, selector);
-    ASSERT_NE(method, nullptr) << sel_getName(selector);
-    EXPECT_STREQ(method_getTypeEncoding(method), required[index].types) << sel_getName(selector);
+    const Operation& expected = protocolOperations[index];
+    EXPECT_STREQ(sel_getName(required[index].name), expected.name);
+    EXPECT_EQ(withoutDigits(required[index].types), expected.types) << expected.name;
+    Method method = class_getInstanceMethod(principal, required[index].name);
+    ASSERT_NE(method, nullptr) << expected.name;
+    EXPECT_EQ(withoutDigits(method_getTypeEncoding(method)), expected.types) << expected.name;
   }
   free(required);
   struct objc_method_description* ofClass = protocol_copyMethodDescriptionList(protocol, YES, NO, &count);
   ASSERT_EQ(count, 1u);
-  EXPECT_STREQ(sel_getName(ofClass[0].name), "pluginName");
-  EXPECT_NE(class_getClassMethod(principal, ofClass[0].name), nullptr);
+  const Operation& last = protocolOperations[16];
+  EXPECT_STREQ(sel_getName(ofClass[0].name), last.name);
+  EXPECT_EQ(withoutDigits(ofClass[0].types), last.types);
+  Method method = class_getClassMethod(principal, ofClass[0].name);
+  ASSERT_NE(method, nullptr);
+  EXPECT_EQ(withoutDigits(method_getTypeEncoding(method)), last.types);
   free(ofClass);
+}
+
+TEST_F(Bundle, ShippedHeaderDeclaresTheSeventeenOperationsInTheirOrder) {
+  NSString* path = [[bundle_ bundlePath] stringByAppendingPathComponent:@"Headers/TelvarinManagerEPGPluginProtocol.h"];
+  const std::string header = text([NSString stringWithContentsOfFile:path encoding:NSUTF8StringEncoding error:NULL]);
+  std::size_t position = header.find("@protocol TelvarinManagerEPGPluginProtocol\n");
+  ASSERT_NE(position, std::string::npos) << text(path);
+  std::vector<std::string> declarations;
+  while ((position = header.find('\n', position)) != std::string::npos) {
+    const std::string line = header.substr(position + 1, header.find('\n', position + 1) - position - 1);
+    ++position;
+    if (line.compare(0, 3, "- (") == 0 || line.compare(0, 3, "+ (") == 0) {
+      declarations.push_back(line);
+    }
+  }
+  ASSERT_EQ(declarations.size(), 17u);
+  for (std::size_t index = 0; index < declarations.size(); ++index) {
+    EXPECT_EQ(declarations[index], protocolOperations[index].declaration);
+  }
 }
 
 TEST_F(Bundle, ClassHasTheOperationsOutsideTheProtocol) {
@@ -126,6 +181,7 @@ TEST_F(Bundle, ShowsNothingOfTheCoreToOtherCode) {
   void* const image = dlopen([[bundle_ executablePath] fileSystemRepresentation], RTLD_LAZY);
   ASSERT_NE(image, nullptr) << dlerror();
   EXPECT_EQ(dlsym(image, "_ZN3epg7EPGItemC1Ev"), nullptr);
+  EXPECT_EQ(dlsym(image, "EPGDorvaSelinExceptionRaisedBy"), nullptr);
   dlclose(image);
 }
 
@@ -331,6 +387,97 @@ TEST_F(Bundle, ObjectOutOfTheStoreLivesAsLongAsTheEntry) {
   [plugin release];
 }
 
+// What the host was handed out and does not hold itself, as it may with a dictionary.
+
+TEST_F(Bundle, ItemTakenIntoTheStoreLivesOnWhenTheListLetsGoOfIt) {
+  const ObjectCount items("EPGDorvaSelinItem");
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  NSMutableDictionary* item = nil;
+  {
+    NSAutoreleasePool* inner = [[NSAutoreleasePool alloc] init];
+    [plugin setEditedEPGUniqueIDs:only(@"E1")];
+    item = [[plugin editedItems] lastObject];
+    [plugin commitEditing];
+    [plugin setEditedEPGUniqueIDs:[NSArray array]];
+    [inner drain];
+  }
+  EXPECT_EQ(items.made(), 1);
+  EXPECT_EQ(items.alive(), 1);
+  EXPECT_EQ([[plugin epgItems] objectForKey:@"E1"], item);
+  ASSERT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  [plugin release];
+}
+
+TEST_F(Bundle, ValueOutOfAnItemLivesAsLongAsItStands) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  [plugin setEditedEPGUniqueIDs:only(@"E1")];
+  NSMutableDictionary* item = [[plugin editedItems] lastObject];
+  NSString* title = nil;
+  NSArray* tags = nil;
+  {
+    NSAutoreleasePool* inner = [[NSAutoreleasePool alloc] init];
+    [item setObject:@"A title that fits into no pointer" forKey:@"title"];
+    [item setObject:[NSArray arrayWithObjects:@"One tag that is long", @"Another", nil] forKey:@"tags"];
+    title = [item objectForKey:@"title"];
+    tags = [item objectForKey:@"tags"];
+    // Asked for again, it is no other object that would push the first one out.
+    EXPECT_EQ([item objectForKey:@"title"], title);
+    EXPECT_EQ([item objectForKey:@"tags"], tags);
+    [inner drain];
+  }
+  EXPECT_EQ(text(title), "A title that fits into no pointer");
+  EXPECT_EQ(text([tags lastObject]), "Another");
+  EXPECT_EQ([item objectForKey:@"tags"], tags);
+  [item setObject:@"Another title, just as long as that" forKey:@"title"];
+  EXPECT_EQ(text([item objectForKey:@"title"]), "Another title, just as long as that");
+  [item removeObjectForKey:@"title"];
+  EXPECT_EQ([item objectForKey:@"title"], nil);
+  [plugin release];
+}
+
+TEST_F(Bundle, ValueInTheStoreThatIsNoItemLivesAsLongAsItStands) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  NSMutableDictionary* store = [plugin epgItems];
+  [store setObject:@"no item, but a text all the same" forKey:@"E1"];
+  EXPECT_EQ([store objectForKey:@"E1"], [store objectForKey:@"E1"]);
+  [store setObject:@"another text, just as long as it" forKey:@"E1"];
+  EXPECT_EQ(text([store objectForKey:@"E1"]), "another text, just as long as it");
+  [plugin release];
+}
+
+TEST_F(Bundle, WhatWasHandedOutGoesWithItsEntry) {
+  const ObjectCount items("EPGDorvaSelinItem");
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  const auto inAPool = [&](const std::function<void()>& work) {
+    NSAutoreleasePool* inner = [[NSAutoreleasePool alloc] init];
+    work();
+    [inner drain];
+    // The save's snapshot holds the items too.
+    return eventually([&] { return [plugin retainCount] == 1; });
+  };
+  ASSERT_TRUE(inAPool([&] {
+    [plugin setEditedEPGUniqueIDs:[NSArray arrayWithObjects:@"E1", @"E2", @"E3", nil]];
+    [plugin commitEditing];
+    [plugin setEditedEPGUniqueIDs:[NSArray array]];
+    for (NSString* uniqueID : {@"E1", @"E2", @"E3"}) {
+      EXPECT_NE([[plugin epgItems] objectForKey:uniqueID], nil);
+    }
+  }));
+  EXPECT_EQ(items.alive(), 3);
+  // Through the plug-in, through the dictionary, and replaced.
+  ASSERT_TRUE(inAPool([&] { [plugin removeEPGItemsWithUniqueIDs:only(@"E1")]; }));
+  EXPECT_EQ(items.alive(), 2);
+  ASSERT_TRUE(inAPool([&] { [[plugin epgItems] removeObjectForKey:@"E2"]; }));
+  EXPECT_EQ(items.alive(), 1);
+  ASSERT_TRUE(inAPool([&] { [plugin duplicateEPGItemWithUniqueID:@"E3" toItemWithUniqueID:@"E3"]; }));
+  EXPECT_EQ(items.alive(), 0);
+  ASSERT_TRUE(inAPool([&] { EXPECT_NE([[plugin epgItems] objectForKey:@"E3"], nil); }));
+  EXPECT_EQ(items.alive(), 1);
+  ASSERT_TRUE(inAPool([&] { [[plugin epgItems] setObject:@"no item" forKey:@"E3"]; }));
+  EXPECT_EQ(items.alive(), 0);
+  [plugin release];
+}
+
 // Values of every kind.
 
 NSDictionary* valuesOfEveryKind() {
@@ -395,6 +542,45 @@ TEST_F(Bundle, StringsThatAreNoUnicodeCrossUnchanged) {
   [plugin release];
 }
 
+NSString* stringOfUnits(const std::vector<int>& units) {
+  NSMutableString* string = [NSMutableString string];
+  for (const int unit : units) {
+    [string appendFormat:@"%C", static_cast<unichar>(unit)];
+  }
+  return string;
+}
+
+TEST_F(Bundle, OnlyARowOfBytesThatSpellsACharacterComesBackAsThatCharacter) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  [plugin setEditedEPGUniqueIDs:only(@"E1")];
+  NSMutableDictionary* item = [[plugin editedItems] lastObject];
+  // "é" in another encoding, the end of one, its bytes the wrong way round, and a character in between.
+  for (const std::vector<int>& units : std::vector<std::vector<int>>{
+           {0xDCE9}, {0xDCC3, 0x61}, {0xDCA9, 0xDCC3}, {0xDCC3, 0x2D, 0xDCA9}, {0xDCC3, 0xD800, 0xDCA9}}) {
+    NSString* given = stringOfUnits(units);
+    [item setObject:given forKey:@"title"];
+    EXPECT_TRUE([[item objectForKey:@"title"] isEqualToString:given]);
+  }
+  [item setObject:stringOfUnits({0x61, 0xDCC3, 0xDCA9, 0x62}) forKey:@"title"];
+  EXPECT_EQ(text([item objectForKey:@"title"]), "aéb");
+  [plugin release];
+}
+
+TEST_F(Bundle, ConfigurationWhoseNameIsNoUTF8IsListedAndUsed) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  const std::string folder = [dataFolder_ fileSystemRepresentation];
+  ASSERT_EQ(rename((folder + "/Test.epgconf").c_str(), (folder + "/N\344chte.epgconf").c_str()), 0);
+  NSArray* names = [plugin configurationFilenames];
+  ASSERT_EQ([names count], 1u);
+  ReportKeeper* reports = [[[ReportKeeper alloc] init] autorelease];
+  [plugin setDelegate:reports];
+  [plugin exportEvents:[NSArray array] configurationFilename:[names lastObject]];
+  ASSERT_TRUE(eventually([&] { return [reports count] == 1; }));
+  EXPECT_EQ(text([plugin exportPath]), text(exportFolder_));
+  [plugin setDelegate:nil];
+  [plugin release];
+}
+
 TEST_F(Bundle, UnknownKeysSurviveFileEditDuplicateAndSave) {
   NSMutableDictionary* values = [NSMutableDictionary dictionaryWithDictionary:valuesOfEveryKind()];
   // What the file's form can hold: whole seconds, and no zero character.
@@ -451,6 +637,38 @@ TEST_F(Bundle, ValueThatIsNoPropertyListComesBackAndMakesTheWriteFailSilently) {
   [item removeObjectForKey:@"strange"];
   [item removeObjectForKey:@"numbered"];
   [item removeObjectForKey:@"nested"];
+  [plugin saveEPGItemsToFileThread:[plugin epgItems]];
+  EXPECT_EQ(text([[savedStore() objectForKey:@"E1"] objectForKey:@"title"]), "New");
+  [plugin release];
+}
+
+TEST_F(Bundle, KeysOfAnItemThatAreNoStringsStayAndMakeTheWriteFailSilently) {
+  ASSERT_TRUE(writeStore(dictionary(@"E1", dictionary(@"title", @"Old"))));
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  NSNumber* one = [NSNumber numberWithInt:1];
+  NSMutableDictionary* given = dictionary(@"title", @"New");
+  [given setObject:@"number" forKey:one];
+  [given setObject:@"text" forKey:@"1"];
+  [[plugin epgItems] setObject:given forKey:@"E1"];
+  [plugin saveEPGItemsToFileThread:[plugin epgItems]];
+  EXPECT_EQ(text([[savedStore() objectForKey:@"E1"] objectForKey:@"title"]), "Old");
+
+  [plugin setEditedEPGUniqueIDs:only(@"E1")];
+  [plugin commitEditing];
+  ASSERT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  NSMutableDictionary* copy = [[plugin epgItems] objectForKey:@"E1"];
+  EXPECT_NE(copy, given);
+  EXPECT_EQ([copy count], 4u);
+  EXPECT_EQ(text([copy objectForKey:one]), "number");
+  EXPECT_EQ(text([copy objectForKey:@"1"]), "text");
+  EXPECT_EQ([copy objectForKey:[NSNumber numberWithInt:2]], nil);
+  NSSet* keys = [NSSet setWithObjects:@"title", @"1", one, @"uniqueID", nil];
+  EXPECT_TRUE([[NSSet setWithArray:[copy allKeys]] isEqual:keys]);
+  [plugin saveEPGItemsToFileThread:[plugin epgItems]];
+  EXPECT_EQ(text([[savedStore() objectForKey:@"E1"] objectForKey:@"title"]), "Old");
+  [copy removeObjectForKey:one];
+  EXPECT_EQ([copy objectForKey:one], nil);
+  EXPECT_EQ(text([copy objectForKey:@"1"]), "text");
   [plugin saveEPGItemsToFileThread:[plugin epgItems]];
   EXPECT_EQ(text([[savedStore() objectForKey:@"E1"] objectForKey:@"title"]), "New");
   [plugin release];
@@ -582,6 +800,37 @@ TEST_F(Bundle, ExportWritesTheDayFileAndReportsOnItsThread) {
   EXPECT_LT(file.find("<hour>6</hour>"), file.find("<hour>23</hour>"));
   [plugin release];
   [reports release];
+}
+
+IMP originalExport;
+std::atomic<int> exportsBesideTheMainThread{0};
+
+void countedExport(id self, SEL operation, NSArray* events) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  if (![NSThread isMainThread] && [events isKindOfClass:[NSArray class]] &&
+      [[[events lastObject] objectForKey:@"eventEPGPlaybackUniqueID"] isEqual:@"P-1"]) {
+    ++exportsBesideTheMainThread;
+  }
+  [pool drain];
+  functionOf<void(id, SEL, NSArray*)>(originalExport)(self, operation, events);
+}
+
+TEST_F(Bundle, ExportThreadEntersThroughItsOperationWithACopyOfTheEvents) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  Method method = class_getInstanceMethod([plugin class], @selector(exportEventsThread:));
+  originalExport = method_setImplementation(method, implementationOf(countedExport));
+  ReportKeeper* reports = [[[ReportKeeper alloc] init] autorelease];
+  [plugin setDelegate:reports];
+  [[plugin epgItems] setObject:dictionary(@"title", @"Dawn") forKey:@"E1"];
+  NSMutableArray* events = [NSMutableArray arrayWithObject:event(@"E1", @"P-1", localDate(2012, 3, 5, 6, 30))];
+  [plugin exportEvents:events configurationFilename:@"Test"];
+  [events removeAllObjects];
+  EXPECT_TRUE(eventually([&] { return [reports count] == 1; }));
+  EXPECT_EQ(exportsBesideTheMainThread, 1);
+  EXPECT_NE(text(dayFile()).find("<title>Dawn</title>"), std::string::npos);
+  method_setImplementation(method, originalExport);
+  [plugin setDelegate:nil];
+  [plugin release];
 }
 
 TEST_F(Bundle, ExportWithoutFolderReportsTheWriteError) {
@@ -717,34 +966,44 @@ TEST_F(Bundle, TildeAndNamedUserBecomeHomeFolders) {
 
 // Memory.
 
-IMP originalDealloc;
-std::atomic<int> objectsGone{0};
-
-void countedDealloc(id self, SEL operation) {
-  functionOf<void(id, SEL)>(originalDealloc)(self, operation);
-  ++objectsGone;
-}
-
 TEST_F(Bundle, CreateEditExportDropLeavesNoObjectBehind) {
-  Method method = class_getInstanceMethod([bundle_ principalClass], @selector(dealloc));
-  originalDealloc = method_setImplementation(method, implementationOf(countedDealloc));
-  const char* const given = getenv("EPG_MEMORY_ROUNDS");
-  const int rounds = given != nullptr ? atoi(given) : 1000;
+  const ObjectCount plugins("EPGDorvaSelinManagerPlugin");
+  const ObjectCount items("EPGDorvaSelinItem");
+  const ObjectCount stores("EPGDorvaSelinItemStore");
+  const ObjectCount snapshots("EPGDorvaSelinItemStoreSnapshot");
+  NSObject* strange = [[NSObject alloc] init];
+  ReportKeeper* reports = [[ReportKeeper alloc] init];
+  const NSUInteger holdsOnBundle = [bundle_ retainCount];
+  const int rounds = memoryRounds();
   for (int round = 0; round < rounds; ++round) {
     NSAutoreleasePool* inner = [[NSAutoreleasePool alloc] init];
     EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+    [plugin setDelegate:reports];
     [plugin setEditedEPGUniqueIDs:[NSArray arrayWithObjects:@"E1", @"E2", nil]];
     [[[plugin editedItems] objectAtIndex:0] setObject:@"Title" forKey:@"title"];
-    [[[plugin editedItems] objectAtIndex:1] setObject:[NSNull null] forKey:@"strange"];
+    [[[plugin editedItems] objectAtIndex:1] setObject:strange forKey:@"strange"];
     [plugin commitEditing];
     [[[plugin epgItems] objectForKey:@"E2"] removeObjectForKey:@"strange"];
     [plugin duplicateEPGItemWithUniqueID:@"E1" toItemWithUniqueID:@"E3"];
+    EXPECT_EQ(text([[[plugin epgItems] objectForKey:@"E3"] objectForKey:@"title"]), "Title");
     [plugin exportEvents:only(event(@"E1", @"P", [NSDate date])) configurationFilename:@"Test"];
     [plugin release];
     [inner drain];
   }
-  EXPECT_TRUE(eventually([&] { return objectsGone == rounds; })) << objectsGone << " of " << rounds << " are gone";
-  method_setImplementation(method, originalDealloc);
+  EXPECT_TRUE(eventually([&] { return plugins.alive() == 0; })) << plugins.alive() << " of " << plugins.made();
+  EXPECT_TRUE(eventually([&] { return [reports count] == static_cast<NSUInteger>(rounds); })) << [reports count];
+  EXPECT_TRUE(eventually([&] { return snapshots.alive() == 0; })) << snapshots.alive() << " of " << snapshots.made();
+  EXPECT_EQ(plugins.made(), rounds);
+  EXPECT_EQ(stores.made(), rounds);
+  EXPECT_EQ(stores.alive(), 0);
+  EXPECT_GE(items.made(), 2 * rounds);
+  EXPECT_EQ(items.alive(), 0);
+  // What the objects held of the host's.
+  EXPECT_EQ([strange retainCount], 1u);
+  EXPECT_EQ([reports retainCount], 1u);
+  EXPECT_EQ([bundle_ retainCount], holdsOnBundle);
+  [strange release];
+  [reports release];
 }
 
 }  // namespace

@@ -18,6 +18,9 @@ NSBundle* loadedBundle();
 /// Runs the run loop until the condition holds; false when it does not within the time that a test may take.
 bool eventually(const std::function<bool()>& condition);
 
+/// How often the tests of memory create, edit, export and drop: a thousand times, or what EPG_MEMORY_ROUNDS says.
+int memoryRounds();
+
 /// The platform's implementation pointers as the functions that they are, and back.
 template <typename Function>
 IMP implementationOf(Function* function) {
@@ -48,6 +51,9 @@ struct Report {
 - (Report)reportAtIndex:(NSUInteger)index;
 /// A plug-in that is asked for another export from inside the first report. Not retained.
 - (void)setExporter:(id<TelvarinManagerEPGPluginProtocol>)exporter;
+/// From now on no report returns to its export, until they are let go.
+- (void)holdReports;
+- (void)letReportsGo;
 @end
 
 /// A data folder, an export folder, a configuration "Test" that names it, and an autorelease pool for one test.

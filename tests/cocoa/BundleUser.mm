@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <time.h>
 
+#include <condition_variable>
 #include <mutex>
 #include <vector>
 
@@ -15,6 +16,8 @@ const NSTimeInterval betweenLooks = 0.002;
 struct Reports {
   std::mutex mutex;
   std::vector<Report> all;
+  bool held = false;
+  std::condition_variable letGo;
 };
 
 NSString* newFolder() {
@@ -48,6 +51,11 @@ bool eventually(const std::function<bool()>& condition) {
   return true;
 }
 
+int memoryRounds() {
+  const char* const given = getenv("EPG_MEMORY_ROUNDS");
+  return given != nullptr ? atoi(given) : 1000;
+}
+
 @implementation ReportKeeper
 
 - (id)init {
@@ -79,6 +87,19 @@ bool eventually(const std::function<bool()>& condition) {
   _exporter = exporter;
 }
 
+- (void)holdReports {
+  Reports& reports = *static_cast<Reports*>(_reports);
+  const std::lock_guard<std::mutex> lock(reports.mutex);
+  reports.held = true;
+}
+
+- (void)letReportsGo {
+  Reports& reports = *static_cast<Reports*>(_reports);
+  const std::lock_guard<std::mutex> lock(reports.mutex);
+  reports.held = false;
+  reports.letGo.notify_all();
+}
+
 - (void)epgExportEventCompleted:(BOOL)succeeded error:(NSError*)error {
   Report report;
   report.succeeded = succeeded != NO;
@@ -89,8 +110,9 @@ bool eventually(const std::function<bool()>& condition) {
   report.onMainThread = [NSThread isMainThread] != NO;
   {
     Reports& reports = *static_cast<Reports*>(_reports);
-    const std::lock_guard<std::mutex> lock(reports.mutex);
+    std::unique_lock<std::mutex> lock(reports.mutex);
     reports.all.push_back(report);
+    reports.letGo.wait(lock, [&] { return !reports.held; });
   }
   id exporter = _exporter;
   _exporter = nil;

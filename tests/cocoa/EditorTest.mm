@@ -1,8 +1,9 @@
-#include <stdlib.h>
-
+#include <atomic>
 #include <string>
+#include <thread>
 
 #import "tests/cocoa/BundleUser.h"
+#import "tests/cocoa/ObjectCount.h"
 
 namespace {
 
@@ -26,6 +27,12 @@ NSView* viewInside(NSView* view, Class wanted) {
     }
   }
   return nil;
+}
+
+/// The controller of the plug-in's editor view, which is loaded if it has not been.
+EPGDorvaSelinViewController* controllerOf(EPGDorvaSelinManagerPlugin* plugin) {
+  id table = viewInside([plugin editorView], [NSTableView class]);
+  return [table dataSource];
 }
 
 /// The editor in its view, and three tags of the catalogue.
@@ -310,25 +317,143 @@ TEST_F(Editor, ViewMayOutliveThePlugin) {
   [view release];
 }
 
-TEST_F(Editor, DroppedInTheMiddleOfAnExportTheViewsGoOnTheMainThread) {
-  const char* const given = getenv("EPG_MEMORY_ROUNDS");
-  const int rounds = given != nullptr ? atoi(given) : 20;
+/// Without an editor but the plug-in's own, of which every round makes one.
+using EditorOfAPlugin = BundleUser;
+
+TEST_F(EditorOfAPlugin, DroppedInTheMiddleOfAnExportTheViewsGoOnTheMainThread) {
+  const ObjectCount plugins("EPGDorvaSelinManagerPlugin");
+  const ObjectCount controllers("EPGDorvaSelinViewController");
+  const ObjectCount tables("EPGDorvaSelinTagsTableView");
+  const ObjectCount items("EPGDorvaSelinItem");
+  ReportKeeper* reports = [[ReportKeeper alloc] init];
+  const int rounds = memoryRounds();
   for (int round = 0; round < rounds; ++round) {
     NSAutoreleasePool* inner = [[NSAutoreleasePool alloc] init];
     EPGDorvaSelinManagerPlugin* plugin = newPlugin();
-    ReportKeeper* reports = [[ReportKeeper alloc] init];
-    [plugin editorView];
+    EPGDorvaSelinViewController* controller = controllerOf(plugin);
     [plugin setEditedEPGUniqueIDs:list(@"E1", @"E2")];
+    [controller setStateOfTag:1 atIndex:0];
+    [[controller valueForKey:@"titleTextField"] setStringValue:@"Title"];
     [plugin commitEditing];
+    [reports holdReports];
     [plugin setDelegate:reports];
     [plugin exportEvents:[NSArray arrayWithObject:event(@"E1", @"P", [NSDate date])] configurationFilename:@"Test"];
     [plugin release];
     [inner drain];
-    ASSERT_TRUE(eventually([&] { return [reports count] == 1; }));
-    EXPECT_TRUE([reports reportAtIndex:0].succeeded);
-    // Not released: the last of the object may still be asking for it.
-    [reports autorelease];
+    // The export holds the last of the object now, or a save that takes even longer.
+    [reports letReportsGo];
+    ASSERT_TRUE(eventually([&] { return plugins.alive() == 0 && controllers.alive() == 0; }))
+        << plugins.alive() << " plug-ins and " << controllers.alive() << " controllers after round " << round;
   }
+  EXPECT_EQ([reports count], static_cast<NSUInteger>(rounds));
+  EXPECT_EQ(plugins.made(), rounds);
+  EXPECT_EQ(plugins.endedBesideTheMainThread(), rounds);
+  EXPECT_EQ(controllers.made(), rounds);
+  EXPECT_EQ(controllers.endedBesideTheMainThread(), 0);
+  EXPECT_EQ(tables.made(), rounds);
+  EXPECT_TRUE(eventually([&] { return tables.alive() == 0; })) << tables.alive();
+  EXPECT_EQ(tables.endedBesideTheMainThread(), 0);
+  EXPECT_GE(items.made(), 2 * rounds);
+  EXPECT_EQ(items.alive(), 0);
+  EXPECT_EQ([reports retainCount], 1u);
+  [reports release];
+}
+
+// A host's own dictionary, which the saves read while the editor changes it.
+
+std::atomic<int> visitors{0};
+std::atomic<int> meetings{0};
+
+/// One thread's stay inside any watched dictionary.
+class Visit {
+ public:
+  Visit() {
+    if (visitors++ != 0) {
+      ++meetings;
+    }
+    // The others have the chance to come in.
+    std::this_thread::yield();
+  }
+  Visit(const Visit&) = delete;
+  Visit& operator=(const Visit&) = delete;
+  ~Visit() { --visitors; }
+};
+
+}  // namespace
+
+/// Notices two threads inside at once.
+@interface WatchedDictionary : NSMutableDictionary {
+ @private
+  NSMutableDictionary* _entries;
+}
+@end
+
+@implementation WatchedDictionary
+
+- (id)init {
+  _entries = [[NSMutableDictionary alloc] init];
+  return self;
+}
+
+- (void)dealloc {
+  [_entries release];
+  [super dealloc];
+}
+
+- (NSUInteger)count {
+  const Visit visit;
+  return [_entries count];
+}
+
+- (id)objectForKey:(id)key {
+  const Visit visit;
+  return [_entries objectForKey:key];
+}
+
+- (NSEnumerator*)keyEnumerator {
+  const Visit visit;
+  return [[_entries allKeys] objectEnumerator];
+}
+
+- (void)setObject:(id)object forKey:(id<NSCopying>)key {
+  const Visit visit;
+  [_entries setObject:object forKey:key];
+}
+
+- (void)removeObjectForKey:(id)key {
+  const Visit visit;
+  [_entries removeObjectForKey:key];
+}
+
+@end
+
+namespace {
+
+TEST_F(Editor, SavesReadAHostsOwnDictionaryOnlyWhileTheEditorDoesNotChangeIt) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  EPGDorvaSelinViewController* controller = controllerOf(plugin);
+  NSMutableArray* given = [NSMutableArray array];
+  for (int number = 0; number < 20; ++number) {
+    NSMutableDictionary* watched = [[[WatchedDictionary alloc] init] autorelease];
+    [watched setObject:[NSString stringWithFormat:@"E%d", number] forKey:@"uniqueID"];
+    [given addObject:watched];
+  }
+  [plugin setEditedItems:given];
+  [plugin revertEditing];
+  [plugin commitEditing];
+  EXPECT_EQ([[plugin epgItems] objectForKey:@"E0"], [given objectAtIndex:0]);
+  for (int round = 0; round < 300; ++round) {
+    NSAutoreleasePool* inner = [[NSAutoreleasePool alloc] init];
+    [plugin saveEPGItemsToFile];
+    [controller setStateOfTag:1 - round % 2 atIndex:0];
+    [controller applyChanges];
+    [inner drain];
+  }
+  ASSERT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  EXPECT_EQ(meetings, 0);
+  [plugin saveEPGItemsToFileThread:[plugin epgItems]];
+  EXPECT_EQ([savedStore() count], 20u);
+  [plugin release];
 }
 
 }  // namespace

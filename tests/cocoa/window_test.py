@@ -194,8 +194,11 @@ class Window:
             display.run("xdotool", "keydown", key)
         # Press and release in one instant are no click that any hand makes, and GNUstep can lose the release then.
         display.run("xdotool", "mousedown", "1")
-        eventually(lambda: self.described().get("mouse is down"), "the mouse seen down")
-        display.run("xdotool", "mouseup", "1")
+        try:
+            eventually(lambda: self.described().get("mouse is down"), "the mouse seen down")
+        finally:
+            # Or no later test on this screen could click.
+            display.run("xdotool", "mouseup", "1")
         eventually(lambda: self.has_ended() or not self.described().get("mouse is down"), "the mouse seen up")
         if key:
             display.run("xdotool", "keyup", key)
@@ -256,10 +259,13 @@ class WindowTest(unittest.TestCase):
     def open(self, events=None, known=True):
         events = events or options.guide
         if known:
-            command = [options.dorvaselin, "--data-folder", str(self.folder / "data"), "import", str(events)]
-            subprocess.run(command, check=True, capture_output=True, timeout=LONGEST_WAIT)
+            self.take_in(events)
         self.window = Window(self.folder, events)
         return self.window
+
+    def take_in(self, guide):
+        command = [options.dorvaselin, "--data-folder", str(self.folder / "data"), "import", str(guide)]
+        subprocess.run(command, check=True, capture_output=True, timeout=LONGEST_WAIT)
 
     def store(self):
         return plistlib.loads((self.folder / "data" / "EPGItems.plist").read_bytes())
@@ -429,7 +435,11 @@ class WindowTest(unittest.TestCase):
         window.key("ctrl+f")
         eventually(lambda: window.fields()[0]["has keyboard"], "the search field with the keyboard")
         window.type("gull rock")
-        eventually(lambda: set(window.entries()) == {"The Secret of Gull Rock"}, "only what was searched for")
+        eventually(
+            lambda: set(window.entries()) == {"The Secret of Gull Rock", *window.selected()},
+            "only what was searched for and what is under edit",
+        )
+        self.assertEqual(len(set(window.selected())), 1)
         window.key("ctrl+q")
         self.assertEqual(window.process.process.wait(LONGEST_WAIT), 0)
 
@@ -462,6 +472,69 @@ class WindowTest(unittest.TestCase):
         window.answer("Remove")
         eventually(lambda: len(self.store()) == entries, "the copy gone from the file")
         eventually(lambda: "Dawn Chorus (copy)" not in window.entries(), "the copy gone from the list")
+
+    def test_copies_of_earlier_sessions_are_not_overwritten(self):
+        self.take_in(options.guide)
+        store = self.store()
+        source = next(key for key, item in store.items() if item["title"] == "Dawn Chorus")
+        # What other copies might be called, the list of this session knows none of them.
+        earlier = {f"{source} copy{ending}": {"title": f"Earlier{ending}"} for ending in ("", " 2", " 3")}
+        (self.folder / "data" / "EPGItems.plist").write_bytes(plistlib.dumps({**store, **earlier}))
+        window = self.open(known=False)
+        for copies, title in enumerate(("Dawn Chorus (copy)", "Dawn Chorus (copy 2)"), start=1):
+            # The list moves to a copy at its end; searching brings the entry back into sight.
+            window.key("ctrl+f")
+            eventually(lambda: window.fields()[0]["has keyboard"], "the search field with the keyboard")
+            window.type("dawn")
+            eventually(lambda copies=copies: len(window.entries()) == copies, "only what was searched for")
+            window.select("Dawn Chorus")
+            window.press("Duplicate")
+            eventually(lambda title=title: window.selected() == [title], f"{title} selected")
+            self.assertEqual(window.message(), f"Duplicated as “{title}”")
+            eventually(lambda copies=copies: self.titles().count("Dawn Chorus") == 1 + copies, "the copy in the file")
+        after = self.store()
+        self.assertEqual({key: after.get(key) for key in earlier}, earlier)
+
+    def test_search_hides_nothing_that_is_under_edit(self):
+        window = self.open()
+        window.select("Dawn Chorus")
+        window.key("ctrl+f")
+        eventually(lambda: window.fields()[0]["has keyboard"], "the search field with the keyboard")
+        window.type("gull rock")
+        eventually(
+            lambda: set(window.entries()) == {"Dawn Chorus", "The Secret of Gull Rock"},
+            "what was searched for and what is under edit",
+        )
+        self.assertEqual(set(window.selected()), {"Dawn Chorus"})
+
+        # What a question brings back is seen, too.
+        window.click(window.tag("Premiere")["selected"]["place"])
+        eventually(lambda: window.state("Premiere") == 1, "a tag clicked on")
+        rows = window.tables()[0]["rows"]
+        window.click(next(row for row in rows if "Gull Rock" in row["title"]["value"])["title"]["place"])
+        eventually(lambda: "not saved" in window.message(), "the question")
+        window.key("ctrl+f")
+        eventually(lambda: window.fields()[0]["has keyboard"], "the search field with the keyboard")
+        window.key("ctrl+a")
+        window.type("pip")
+        eventually(lambda: set(window.entries()) == {"Dawn Chorus", "Pip & Pocket"}, "the other search's matches")
+        window.answer("Discard")
+        eventually(lambda: set(window.selected()) == {"The Secret of Gull Rock"}, "the other entry selected")
+        self.assertEqual(set(window.entries()), {"The Secret of Gull Rock", "Pip & Pocket"})
+
+    def test_outcome_of_an_export_waits_for_the_answer_to_a_question(self):
+        window = self.open()
+        window.select("Dawn Chorus")
+        window.press("Remove")
+        eventually(lambda: window.message().startswith("Remove the metadata"), "the question")
+        window.key("ctrl+e")
+        eventually(self.programmes, "the day file")
+        self.assertTrue(window.message().startswith("Remove the metadata"))
+        window.answer("Cancel")
+        eventually(
+            lambda: window.message() == f"Editing “Dawn Chorus” · {self.exported_message()}",
+            f"the outcome told, not {window.message()}",
+        )
 
     def test_second_export_is_refused_while_one_runs(self):
         start = datetime.datetime(2026, 11, 14, 6)

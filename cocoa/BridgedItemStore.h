@@ -1,0 +1,33 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <string>
+
+#import "cocoa/HandedOutObjects.h"
+#include "plugin/EPGItemStore.h"
+
+namespace epg::cocoa {
+
+/// The plug-in's own item store together with the objects that a host was handed out of it. They go with their
+/// entries, whoever removes or replaces those.
+class BridgedItemStore : public EPGItemStore {
+ public:
+  BridgedItemStore() = default;
+  explicit BridgedItemStore(const EPGItemStoreSnapshot& content);
+
+  /// What stands under the ID as an object, autoreleased; nil when nothing does.
+  id object(const std::string& uniqueID);
+
+  void removeItem(const std::string& uniqueID) override;
+  void setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) override;
+  void removeEntry(const std::string& uniqueID) override;
+
+ private:
+  HandedOutObjects handedOut_;
+};
+
+/// The entry as an object, autoreleased, and kept among those that were handed out under the ID.
+id objectOfEntry(HandedOutObjects& handedOut, const std::string& uniqueID, const EPGItemStoreEntry& entry);
+
+}  // namespace epg::cocoa

@@ -1,0 +1,69 @@
+#import "cocoa/BridgedItemStore.h"
+
+#include <optional>
+#include <utility>
+
+#import "cocoa/EPGDorvaSelinItem.h"
+
+namespace epg::cocoa {
+
+namespace {
+
+bool isSame(const EPGItemStoreEntry& a, const EPGItemStoreEntry& b) {
+  return a.item != nullptr || b.item != nullptr ? a.item == b.item : a.value == b.value;
+}
+
+}  // namespace
+
+id objectOfEntry(HandedOutObjects& handedOut, const std::string& uniqueID, const EPGItemStoreEntry& entry) {
+  return entry.item != nullptr ? handedOut.object(uniqueID, entry.item) : handedOut.object(uniqueID, entry.value);
+}
+
+BridgedItemStore::BridgedItemStore(const EPGItemStoreSnapshot& content) {
+  for (const auto& [uniqueID, entry] : content) {
+    EPGItemStore::setEntry(uniqueID, entry);
+  }
+}
+
+id BridgedItemStore::object(const std::string& uniqueID) {
+  const std::optional<EPGItemStoreEntry> given = entry(uniqueID);
+  if (!given) {
+    return nil;
+  }
+  id object = objectOfEntry(handedOut_, uniqueID, *given);
+  // Whoever removed or replaced the entry in the meantime has not seen this object.
+  const std::optional<EPGItemStoreEntry> now = entry(uniqueID);
+  if (!now || !isSame(*now, *given)) {
+    handedOut_.forget(uniqueID);
+  }
+  return object;
+}
+
+void BridgedItemStore::removeItem(const std::string& uniqueID) {
+  EPGItemStore::removeItem(uniqueID);
+  // An entry that is no item stays.
+  if (!entry(uniqueID)) {
+    handedOut_.forget(uniqueID);
+  }
+}
+
+void BridgedItemStore::setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) {
+  const std::optional<EPGItemStoreEntry> before = this->entry(uniqueID);
+  const bool stays = before && isSame(*before, entry);
+  const bool isKnown = entry.item != nullptr && knownObjectOfItem(entry.item) != nil;
+  EPGItemStore::setEntry(uniqueID, std::move(entry));
+  if (!stays) {
+    handedOut_.forget(uniqueID);
+  }
+  if (isKnown) {
+    // From now on it is in this dictionary too, where it lives on when the list under edit lets go of it.
+    object(uniqueID);
+  }
+}
+
+void BridgedItemStore::removeEntry(const std::string& uniqueID) {
+  EPGItemStore::removeEntry(uniqueID);
+  handedOut_.forget(uniqueID);
+}
+
+}  // namespace epg::cocoa
