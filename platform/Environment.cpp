@@ -150,7 +150,8 @@ int Environment::exchangeFiles(const std::string& one, const std::string& other)
   if (holdsZeroByte(one) || holdsZeroByte(other)) return EINVAL;
 #ifdef RENAME_EXCHANGE
   const int error = resultOf(::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE));
-  return error == EINVAL || error == ENOSYS ? ENOTSUP : error;
+  // EPERM is what a sandbox answers to a call that it does not know.
+  return error == EINVAL || error == ENOSYS || error == EPERM ? ENOTSUP : error;
 #else
   return ENOTSUP;
 #endif

@@ -18,20 +18,22 @@ namespace {
 constexpr std::int64_t firstYear = -99999;
 constexpr std::int64_t lastYear = 99999;
 
-int weekday(std::int64_t year) {
+int weekdayOfFirst(std::int64_t year, int month) {
   constexpr int thursday = 4;  // 1 January 1970
-  const std::int64_t days = secondsSince1970(CivilDate{year, 1, 1, 0, 0, 0}) / 86400;
+  const std::int64_t days = secondsSince1970(CivilDate{year, month, 1, 0, 0, 0}) / 86400;
   return static_cast<int>(((days + thursday) % 7 + 7) % 7);
 }
 
-/// The same day and time in a year before 2038 that has the same weekdays and the same leap day: daylight-saving
-/// rules for years to come go by these alone.
-std::int64_t sameDayBefore2038(std::int64_t seconds) {
-  CivilDate date = civilDateFromSecondsSince1970(seconds);
-  std::int64_t year = 2036;
-  while (weekday(year) != weekday(date.year) || daysInMonth(year, 2) != daysInMonth(date.year, 2)) --year;
-  date.year = year;
-  return secondsSince1970(date);
+/// The same moment in one of the last years before 2038, with the same weekdays: daylight-saving rules for years to
+/// come go by these alone. Before and after the leap day each part of the year is looked for by itself, so that no
+/// year is further back than rules have stayed the same.
+std::int64_t sameTimeBefore2038(std::int64_t seconds) {
+  const std::int64_t wantedYear = civilDateFromSecondsSince1970(seconds).year;
+  const int part = civilDateFromSecondsSince1970(seconds).month < 3 ? 1 : 3;
+  std::int64_t year = 2037;
+  while (weekdayOfFirst(year, part) != weekdayOfFirst(wantedYear, part)) --year;
+  return seconds - secondsSince1970(CivilDate{wantedYear, part, 1, 0, 0, 0}) +
+         secondsSince1970(CivilDate{year, part, 1, 0, 0, 0});
 }
 
 }  // namespace
@@ -51,7 +53,7 @@ std::optional<LocalCalendar::Components> LocalCalendar::components(Instant insta
   std::int64_t countable = wanted;
   if (narrow_) {
     constexpr std::int64_t latest = std::numeric_limits<std::int32_t>::max();
-    if (wanted > latest) countable = sameDayBefore2038(wanted);
+    if (wanted > latest) countable = sameTimeBefore2038(wanted);
     if (wanted < -latest) countable = -latest;
   }
   const auto systemSeconds = static_cast<time_t>(countable);

@@ -24,8 +24,10 @@ class LocalCalendar {
     int second = 0;
   };
 
-  /// How far the system's own clock counts. Systems of 32 bits stop in January 2038; beyond that the zone's rules
-  /// of the years before go on. A test may ask for the narrow one anywhere.
+  /// How far the system's own clock counts. Systems of 32 bits reach from December 1901 to January 2038: before that
+  /// the offset of 1901 holds, beyond it the zone's rules of the last years go on. That is right wherever the rules
+  /// have settled; Gaza, Hebron, Casablanca and El Aaiun have another change for every year. A test may ask for the
+  /// narrow clock anywhere.
   enum class SystemTime { Natural, ThirtyTwoBits };
 
   explicit LocalCalendar(SystemTime systemTime = SystemTime::Natural);

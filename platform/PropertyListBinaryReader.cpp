@@ -236,7 +236,10 @@ class BinaryReader {
   bool readText(std::size_t offset, unsigned kind, Object& object) {
     Span span;
     if (!readCount(offset, kind == 0x6 ? 2 : 1, &span)) return false;
-    if (kind == 0x6) return readUTF16(offset, span, object);
+    if (kind == 0x6) {
+      readUTF16(span, object);
+      return true;
+    }
     std::string text = bytes_.substr(span.start, span.count);
     object.expandedSize += text.size();
     if (kind == 0x4) {
@@ -249,19 +252,24 @@ class BinaryReader {
     return true;
   }
 
-  bool readUTF16(std::size_t offset, Span span, Object& object) {
-    std::u16string units;
-    units.reserve(span.count);
-    for (std::size_t i = 0; i < span.count; ++i) units += static_cast<char16_t>(number(span.start + 2 * i, 2));
+  void readUTF16(Span span, Object& object) {
+    const auto unit = [&](std::size_t i) { return static_cast<std::uint32_t>(number(span.start + 2 * i, 2)); };
     std::string text;
-    try {
-      utf8::utf16to8(units.begin(), units.end(), std::back_inserter(text));
-    } catch (const utf8::exception&) {
-      return fail(offset, "not UTF-16");
+    for (std::size_t i = 0; i < span.count; ++i) {
+      const std::uint32_t first = unit(i);
+      const std::uint32_t second = i + 1 < span.count ? unit(i + 1) : 0;
+      if (first < 0xD800 || first > 0xDFFF) {
+        utf8::append(first, std::back_inserter(text));
+      } else if (first <= 0xDBFF && second >= 0xDC00 && second <= 0xDFFF) {
+        utf8::append(0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00), std::back_inserter(text));
+        ++i;
+      } else {
+        // The platform's texts may hold half a character. The whole store is not lost for it.
+        text += replacementCharacter;
+      }
     }
     object.expandedSize += text.size();
     object.value = PropertyList(std::move(text));
-    return true;
   }
 
   const Object* referenced(std::size_t at, Object& container, int depth) {

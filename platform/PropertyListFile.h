@@ -14,7 +14,8 @@ class Environment;
 /// Anything else, and anything malformed, yields nothing; `problem`, when given, then says what is wrong and where
 /// ("line 3, column 7: …" in the XML form, "byte 40: …" in the binary one). Of a key that stands twice in one
 /// dictionary the last value counts. A UID of the binary form becomes a dictionary with the one key "CF$UID", as
-/// the platform's own conversion to XML has it. Hostile input costs time and memory in proportion to its size.
+/// the platform's own conversion to XML has it; half a surrogate pair in a text becomes U+FFFD. Hostile input costs
+/// time and memory in proportion to its size.
 std::optional<PropertyList> parsePropertyList(const std::string& bytes, std::string* problem = nullptr);
 
 /// The XML form in UTF-8: entries sorted by key, tabs for indentation as the platform writes it, so that equal

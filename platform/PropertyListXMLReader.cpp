@@ -265,7 +265,8 @@ class XMLValueReader {
 }  // namespace
 
 std::optional<PropertyList> parseXMLPropertyList(const std::string& bytes, std::string* problem) {
-  const std::unique_ptr<XMLReader> document = XMLReader::parse(bytes, problem);
+  // A store would be lost for one character that somebody's tool wrote by halves.
+  const std::unique_ptr<XMLReader> document = XMLReader::parse(bytes, problem, XMLReader::Halves::Replaced);
   if (!document) return std::nullopt;
   XMLValueReader reader(*document, problem);
   const pugi::xml_node root = document->root();

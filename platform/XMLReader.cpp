@@ -43,7 +43,8 @@ std::string declaredEncoding(const std::string& bytes) {
 
 /// The platform's name of an encoding that documents may have; empty for any other.
 const char* converterName(const std::string& encoding) {
-  if (encoding == "ISO-8859-1" || encoding == "ISO_8859-1" || encoding == "LATIN1") return "ISO-8859-1";
+  if (encoding == "ISO-8859-1" || encoding == "ISO_8859-1" || encoding == "ISO8859-1" || encoding == "LATIN1")
+    return "ISO-8859-1";
   if (encoding == "WINDOWS-1252" || encoding == "CP1252") return "WINDOWS-1252";
   return "";
 }
@@ -111,7 +112,9 @@ std::optional<std::string> documentInUTF8(const std::string& bytes, std::string*
   if (startsWith(bytes, "\0<", 2)) return convertUTF16ToUTF8(bytes, 0, true, problem);
   if (startsWith(bytes, "<\0", 2)) return convertUTF16ToUTF8(bytes, 0, false, problem);
   const std::string encoding = declaredEncoding(bytes);
-  if (encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII") return bytes;
+  if (encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII" || encoding == "ASCII") {
+    return bytes;
+  }
   if (startsWith(encoding, "UTF-16", 6)) {
     *problem = "line 1: the file says that it is in UTF-16 and is not";
     return std::nullopt;
@@ -126,13 +129,11 @@ std::optional<std::string> documentInUTF8(const std::string& bytes, std::string*
 
 bool isWhiteSpace(const char* text) { return std::strspn(text, " \t\r\n") == std::strlen(text); }
 
-void appendCharacter(std::string& text, std::uint32_t point) { utf8::append(point, std::back_inserter(text)); }
-
-/// The character that "#65" or "#x41" stands for; 0 where it stands for none.
-std::uint32_t numberedCharacter(const std::string& reference) {
+/// The number in "#65" or "#x41"; 0 where there is none or no character can have it.
+std::uint32_t numberInReference(const std::string& reference) {
   const bool hexadecimal = reference.size() > 1 && reference[1] == 'x';
   const std::size_t start = hexadecimal ? 2 : 1;
-  if (reference.size() <= start) return 0;
+  if (reference.size() <= start || reference[0] != '#') return 0;
   std::uint32_t point = 0;
   for (std::size_t i = start; i < reference.size(); ++i) {
     const char c = reference[i];
@@ -147,39 +148,58 @@ std::uint32_t numberedCharacter(const std::string& reference) {
     point = point * (hexadecimal ? 16 : 10) + digit;
     if (point > 0x10FFFF) return 0;
   }
-  return point >= 0xD800 && point <= 0xDFFF ? 0 : point;
+  return point;
 }
 
-/// Appends what the reference (the text between "&" and ";") stands for.
-bool appendReference(std::string& text, const std::string& reference) {
+bool isHighHalf(std::uint32_t point) { return point >= 0xD800 && point <= 0xDBFF; }
+bool isLowHalf(std::uint32_t point) { return point >= 0xDC00 && point <= 0xDFFF; }
+
+/// What stands between "&" and ";" at the start of `raw`; empty where no reference stands there.
+std::string referenceAt(const char* raw) {
+  // Longer than any reference that can be resolved, so that a stray ampersand does not quote a page.
+  constexpr std::size_t longest = 32;
+  if (*raw != '&') return {};
+  const char* const semicolon = std::strchr(raw, ';');
+  if (!semicolon || static_cast<std::size_t>(semicolon - raw) >= longest) return {};
+  return std::string(raw + 1, semicolon);
+}
+
+/// The character of one of the five names; 0 for any other.
+char namedCharacter(const std::string& reference) {
   static const struct {
     const char* name;
     char character;
   } named[] = {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
   for (const auto& entity : named) {
-    if (reference == entity.name) {
-      text += entity.character;
-      return true;
-    }
+    if (reference == entity.name) return entity.character;
   }
-  if (reference.empty() || reference[0] != '#') return false;
-  const std::uint32_t point = numberedCharacter(reference);
-  if (point == 0) return false;
-  appendCharacter(text, point);
-  return true;
+  return 0;
 }
 
 /// Appends `raw` with its references resolved; the reference that cannot be, or an empty string.
-std::string appendResolved(std::string& text, const char* raw) {
-  // Longer than any reference that can be resolved, so that a stray ampersand does not quote a page.
-  constexpr std::size_t longestReference = 32;
-  while (const char* ampersand = std::strchr(raw, '&')) {
+std::string appendResolved(std::string& text, const char* raw, XMLReader::Halves halves) {
+  while (const char* const ampersand = std::strchr(raw, '&')) {
     text.append(raw, ampersand);
-    const char* const semicolon = std::strchr(ampersand, ';');
-    const std::size_t length = semicolon ? static_cast<std::size_t>(semicolon - ampersand) : longestReference;
-    if (length >= longestReference) return std::string("&");
-    if (!appendReference(text, std::string(ampersand + 1, semicolon))) return std::string(ampersand, semicolon + 1);
-    raw = semicolon + 1;
+    const std::string reference = referenceAt(ampersand);
+    if (reference.empty()) return ampersand[1] == ';' ? "&;" : "&";
+    raw = ampersand + reference.size() + 2;
+    std::uint32_t point = numberInReference(reference);
+    if (const char character = namedCharacter(reference)) point = static_cast<unsigned char>(character);
+    if (halves == XMLReader::Halves::Replaced && isHighHalf(point)) {
+      const std::string following = referenceAt(raw);
+      const std::uint32_t low = numberInReference(following);
+      if (isLowHalf(low)) {
+        raw += following.size() + 2;
+        point = 0x10000 + ((point - 0xD800) << 10) + (low - 0xDC00);
+      }
+    }
+    if (isHighHalf(point) || isLowHalf(point)) {
+      if (halves == XMLReader::Halves::Refused) return "&" + reference + ";";
+      text += replacementCharacter;
+      continue;
+    }
+    if (point == 0) return "&" + reference + ";";
+    utf8::append(point, std::back_inserter(text));
   }
   text += raw;
   return {};
@@ -210,13 +230,14 @@ std::string problemOfAttributes(pugi::xml_node element) {
 
 }  // namespace
 
-std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::string* problem) {
+std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::string* problem, Halves halves) {
   std::string ignored;
   if (!problem) problem = &ignored;
   std::optional<std::string> text = documentInUTF8(bytes, problem);
   if (!text) return nullptr;
 
   std::unique_ptr<XMLReader> reader(new XMLReader);
+  reader->halves_ = halves;
   reader->text_ = std::move(*text);
   const std::string& document = reader->text_;
   const auto invalid = utf8::find_invalid(document.begin(), document.end());
@@ -276,16 +297,27 @@ pugi::xml_node XMLReader::root() const {
 }
 
 std::string XMLReader::placeOfOffset(std::size_t offset) const {
-  if (offset < counted_.offset) counted_ = Place();
-  for (; counted_.offset < offset; ++counted_.offset) {
-    const char c = text_[counted_.offset];
-    if (c == '\n') {
-      ++counted_.line;
-      counted_.column = 1;
-    } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {  // Continuation bytes begin no character.
-      ++counted_.column;
+  if (lineStarts_.empty()) {
+    lineStarts_.push_back(0);
+    for (std::size_t at = text_.find('\n'); at != std::string::npos; at = text_.find('\n', at + 1)) {
+      lineStarts_.push_back(at + 1);
     }
   }
+  const auto nextLine = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
+  const auto line = static_cast<std::size_t>(nextLine - lineStarts_.begin());
+  if (counted_.line != line) counted_ = Place{*std::prev(nextLine), line, 1};
+  // From the place that was asked for last, in either direction: a whole file may stand in one line.
+  const auto characters = [this](std::size_t from, std::size_t to) {
+    return static_cast<std::size_t>(std::count_if(
+        text_.begin() + static_cast<std::ptrdiff_t>(from), text_.begin() + static_cast<std::ptrdiff_t>(to),
+        [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+  };
+  if (offset >= counted_.offset) {
+    counted_.column += characters(counted_.offset, offset);
+  } else {
+    counted_.column -= characters(offset, counted_.offset);
+  }
+  counted_.offset = offset;
   return "line " + std::to_string(counted_.line) + ", column " + std::to_string(counted_.column);
 }
 
@@ -305,7 +337,7 @@ std::optional<std::string> XMLReader::text(pugi::xml_node element, std::string* 
     if (node.type() == pugi::node_cdata) {
       text += node.value();
     } else if (node.type() == pugi::node_pcdata) {
-      const std::string unresolved = appendResolved(text, node.value());
+      const std::string unresolved = appendResolved(text, node.value(), halves_);
       if (!unresolved.empty()) {
         if (problem) *problem = place(node) + ": the reference " + unresolved + " stands for no character";
         return std::nullopt;
@@ -319,7 +351,7 @@ std::optional<std::string> XMLReader::attribute(pugi::xml_node element, const ch
   const pugi::xml_attribute attribute = element.attribute(name);
   if (!attribute) return std::nullopt;
   std::string value;
-  const std::string unresolved = appendResolved(value, attribute.value());
+  const std::string unresolved = appendResolved(value, attribute.value(), halves_);
   if (!unresolved.empty()) {
     if (problem) {
       *problem = place(element) + ": the reference " + unresolved + " in the attribute \"" + name +

@@ -5,6 +5,7 @@
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
+#include <vector>
 
 namespace epg {
 
@@ -19,9 +20,14 @@ namespace epg {
 /// One thread at a time.
 class XMLReader {
  public:
+  /// What becomes of a reference to half a surrogate pair, as writers make them that count in UTF-16: no character in
+  /// XML. Where they are not refused, two halves that belong together are their character and any other is U+FFFD.
+  enum class Halves { Refused, Replaced };
+
   /// Null when the bytes are no such document; `problem` then says "line 3, column 7: …" and why. Throws
   /// std::bad_alloc when the document does not fit into memory.
-  static std::unique_ptr<XMLReader> parse(const std::string& bytes, std::string* problem);
+  static std::unique_ptr<XMLReader> parse(const std::string& bytes, std::string* problem,
+                                          Halves halves = Halves::Refused);
 
   pugi::xml_node root() const;
 
@@ -40,13 +46,15 @@ class XMLReader {
 
   struct Place {
     std::size_t offset = 0;
-    std::size_t line = 1;
+    std::size_t line = 1;  ///< Counted from 1, as the column is.
     std::size_t column = 1;
   };
 
   std::string text_;  ///< The document in UTF-8, as places are counted in it.
   pugi::xml_document document_;
-  mutable Place counted_;  ///< Where the last count ended: asking for places in document order takes linear time.
+  Halves halves_ = Halves::Refused;
+  mutable std::vector<std::size_t> lineStarts_;  ///< Offsets; found when the first place is asked for.
+  mutable Place counted_;                        ///< The last one: asking for places near each other takes little time.
 };
 
 }  // namespace epg

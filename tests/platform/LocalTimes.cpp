@@ -1,5 +1,6 @@
 // Reads lines with a time zone and a time ("Europe/Rome 1330884309.5") from standard input and writes for each the
-// local time to standard output ("2012 3 4 19 5 9", or "none").
+// local time to standard output ("2012 3 4 19 5 9", or "none"). With the argument "narrow" it tells them as a system
+// does whose clock has 32 bits.
 
 #include <stdlib.h>
 
@@ -9,7 +10,9 @@
 
 #include "platform/LocalCalendar.h"
 
-int main() {
+int main(int argc, char** argv) {
+  using SystemTime = epg::LocalCalendar::SystemTime;
+  const bool narrow = argc > 1 && std::string(argv[1]) == "narrow";
   std::ios::sync_with_stdio(false);
   std::string line;
   while (std::getline(std::cin, line)) {
@@ -18,7 +21,8 @@ int main() {
     double unixTime = 0;
     if (!(fields >> zone >> unixTime)) return 1;
     ::setenv("TZ", zone.c_str(), 1);
-    const auto local = epg::LocalCalendar().components(epg::Instant::fromUnixTime(unixTime));
+    const auto local = epg::LocalCalendar(narrow ? SystemTime::ThirtyTwoBits : SystemTime::Natural)
+                           .components(epg::Instant::fromUnixTime(unixTime));
     if (local) {
       std::cout << local->year << ' ' << local->month << ' ' << local->day << ' ' << local->hour << ' ' << local->minute
                 << ' ' << local->second << '\n';

@@ -173,10 +173,12 @@ TEST(BinaryPropertyListText, OutsideASCIIIsRefused) { EXPECT_EQ(problemOf(fileOf
 
 TEST(BinaryPropertyListText, InvalidUTF8IsRefused) { EXPECT_EQ(problemOf(fileOf("\x71\xFF")), "not UTF-8"); }
 
-TEST(BinaryPropertyListText, HalfOfASurrogatePairIsRefused) {
-  EXPECT_EQ(problemOf(fileOf(std::string("\x61\xD8\x00", 3))), "not UTF-16");
-  EXPECT_EQ(problemOf(fileOf(std::string("\x61\xDC\x00", 3))), "not UTF-16");
-  EXPECT_EQ(problemOf(fileOf(std::string("\x62\xD8\x00\x00\x61", 5))), "not UTF-16");
+TEST(BinaryPropertyListText, HalfOfASurrogatePairIsReadAsAReplacementCharacter) {
+  EXPECT_EQ(valueOf(std::string("\x61\xD8\x00", 3)), PropertyList("\uFFFD"));
+  EXPECT_EQ(valueOf(std::string("\x61\xDC\x00", 3)), PropertyList("\uFFFD"));
+  EXPECT_EQ(valueOf(std::string("\x62\xD8\x00\x00\x61", 5)), PropertyList("\uFFFDa"));
+  EXPECT_EQ(valueOf(std::string("\x63\xD8\x3D\xD8\x3D\xDE\x00", 7)), PropertyList("\uFFFD😀"));
+  EXPECT_EQ(valueOf(std::string("\x63\xDE\x00\xD8\x3D\x00\x61", 7)), PropertyList("\uFFFD\uFFFDa"));
 }
 
 TEST(BinaryPropertyListData, IsReadAsItStands) {

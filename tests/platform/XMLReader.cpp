@@ -37,12 +37,17 @@ TEST(XMLEncoding, UTF8MayBeDeclaredInAnyLetters) {
   for (const char* name : {"UTF-8", "utf-8", "Utf-8", "US-ASCII"}) EXPECT_EQ(textOf(declared(name) + "<a>b</a>"), "b");
 }
 
+TEST(XMLEncoding, ASCIIUnderEitherName) {
+  EXPECT_EQ(textOf(declared("US-ASCII") + "<a>b</a>"), "b");
+  EXPECT_EQ(textOf(declared("ascii") + "<a>b</a>"), "b");
+}
+
 TEST(XMLEncoding, DeclarationMayUseSingleQuotes) {
   EXPECT_EQ(textOf("<?xml version='1.0' encoding='ISO-8859-1' standalone='yes'?><a>\xE9</a>"), "é");
 }
 
 TEST(XMLEncoding, ISO8859_1) {
-  for (const char* name : {"ISO-8859-1", "iso-8859-1", "latin1"}) {
+  for (const char* name : {"ISO-8859-1", "iso-8859-1", "ISO8859-1", "latin1"}) {
     EXPECT_EQ(textOf(declared(name) + "<a>caf\xE9 \xA4 \x80</a>"), "café ¤ \xC2\x80") << name;
   }
 }
@@ -250,6 +255,28 @@ TEST_F(ParsedXML, PlacesOfManyElementsTakeLinearTime) {
   std::string place;
   for (const auto node : reader->root().children("b")) place = reader->place(node);
   EXPECT_EQ(place, "line 200001, column 1");
+}
+
+TEST_F(ParsedXML, PlacesToAndFroTakeLinearTimeAlsoInOneLine) {
+  for (const char* const between : {"\n", ""}) {
+    std::string document = "<a>";
+    for (int i = 0; i < 100000; ++i) document += std::string("<b><c/>é</b>") + between;
+    parse(document + "</a>");
+    std::string inner;
+    std::string outer;
+    for (const auto node : reader->root().children("b")) {
+      inner = reader->place(node.child("c"));
+      outer = reader->place(node);
+    }
+    EXPECT_EQ(outer, *between ? "line 100000, column 1" : "line 1, column 1199992") << between;
+    EXPECT_EQ(inner, *between ? "line 100000, column 4" : "line 1, column 1199995") << between;
+  }
+}
+
+TEST_F(ParsedXML, ReferencesToHalvesAreRefusedUnlessTheyAreToBeReplaced) {
+  parse("<a>&#xD83D;&#xDE00;</a>");
+  EXPECT_FALSE(reader->text(reader->root(), &problem));
+  EXPECT_EQ(problem, "line 1, column 4: the reference &#xD83D; stands for no character");
 }
 
 }  // namespace
