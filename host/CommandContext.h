@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -18,6 +19,9 @@ struct CommandContext {
   std::string dataFolderPath;
   std::string resourceFolder;
   bool dataFolderIsNamed = false;  ///< By whoever gave the command, who may have misspelt it; else it is the usual one.
+  /// Called, where it is set, before a command that changes no file writes anything: from then on a reader that leaves
+  /// early may end the program.
+  std::function<void()> nothingToLose = nullptr;
 };
 
 }  // namespace epg

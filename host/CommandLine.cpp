@@ -110,13 +110,15 @@ class Parser {
                 context.dataFolderPath)
         ->type_name("DIR");
     app_.footer(
-        "Exit status: 0 done; 1 refused or failed, with a message; 2 wrong usage.\n"
+        "Exit status: 0 done; 1 refused or failed, with a message; 2 wrong usage. A command that\n"
+        "changes no file ends quietly, by SIGPIPE, when its reader leaves early.\n"
         "Each command has its own --help.");
     addImport();
     addExport();
     add("configurations", "List the export configurations of the data folder",
-        [this] { return listConfigurations(context_); });
-    add("list", "List the entries: ID, tab, title", [this] { return listEntries(context_); })->footer(escapesFooter);
+        reading([this] { return listConfigurations(context_); }));
+    add("list", "List the entries: ID, tab, title", reading([this] { return listEntries(context_); }))
+        ->footer(escapesFooter);
     addRemove();
     addDuplicate();
     addCheck();
@@ -131,6 +133,7 @@ class Parser {
       app_.parse(reversed);
     } catch (const CLI::RequiredError&) {
       refuseUnknownArgument();
+      if (app_.get_subcommands().empty()) throw WrongUsage("a COMMAND is required; --help lists them");
       throw;
     } catch (const CLI::ExtrasError&) {
       refuseUnknownArgument();
@@ -167,6 +170,14 @@ class Parser {
     command->group("Commands");
     command->callback([this, run = std::move(run)] { run_ = run; });
     return command;
+  }
+
+  /// A command that changes no file.
+  std::function<int()> reading(std::function<int()> run) {
+    return [this, run = std::move(run)] {
+      if (context_.nothingToLose) context_.nothingToLose();
+      return run();
+    };
   }
 
   void addImport() {
@@ -214,7 +225,7 @@ class Parser {
 
   void addCheck() {
     CLI::App* const command = add("check", "Look for what would embarrass a channel on air",
-                                  [this] { return checkEvents(context_, check_); });
+                                  reading([this] { return checkEvents(context_, check_); }));
     addText(command, Bytes::OfFileName, "EVENTS", &check_.events, "As for export")->type_name("")->required();
     command->footer(
         "Reports overlaps and gaps on a channel (a property list is one channel), events without\n"
@@ -224,8 +235,8 @@ class Parser {
   }
 
   void addShow() {
-    CLI::App* const command =
-        add("show", "Show what the editor shows for these entries", [this] { return showEntries(context_, show_); });
+    CLI::App* const command = add("show", "Show what the editor shows for these entries",
+                                  reading([this] { return showEntries(context_, show_); }));
     addIDs(command, &show_.ids);
     command->footer(std::string("Texts that differ are shown as <Multiple Values>. A tag is on [x], off [ ] or mixed\n"
                                 "[-].\n\n") +
@@ -261,10 +272,12 @@ class Parser {
   CLI::Option* addText(CLI::App* app, Bytes bytes, const std::string& name, Target* target,
                        const std::string& description) {
     if (name.compare(0, 2, "--") == 0) optionsWithText_.insert(name);
-    const CLI::callback_t callback = [bytes, target](const CLI::results_t& results) {
+    const bool mustNotBeEmpty = bytes == Bytes::OfFileName && name[0] != '-';
+    const CLI::callback_t callback = [=](const CLI::results_t& results) {
       for (const std::string& result : results) {
         const std::string text = unguarded(result);
         if (bytes == Bytes::OfText) refuseUnlessUTF8(text);
+        if (mustNotBeEmpty && text.empty()) throw WrongUsage(name + " is empty; it must name a file");
         store(text, target);
       }
       return true;
@@ -309,6 +322,7 @@ int parserStatus(Parser& parser, const CLI::ParseError& error, CommandContext& c
   std::ostringstream output;
   std::ostringstream messages;
   const int status = parser.app().exit(error, output, messages);
+  if (context.nothingToLose) context.nothingToLose();
   context.output << output.str();
   std::string text = messages.str();
   text.erase(std::remove(text.begin(), text.end(), guard), text.end());

@@ -12,6 +12,7 @@ int duplicateEntry(CommandContext& context, const DuplicateOptions& options) {
   const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
   if (!store->item(options.source)) throw Refusal(noItemMessage(*store, options.source));
   const bool replaces = store->item(options.target) != nullptr;
+  refuseUnsavableID(options.target);
   if (!replaces) refuseUnusableID(*store, options.target);
   session.plugin().duplicateEPGItemWithUniqueID(options.source, options.target);
   session.endAfterSave();

@@ -82,6 +82,7 @@ int editEntries(CommandContext& context, const EditOptions& options) {
   const std::vector<std::string> ids = uniqueIDs(options.ids, context.input);
   PluginSession session(context, options.dryRun ? PluginSession::Purpose::Rehearsing : PluginSession::Purpose::Adding);
   const std::vector<std::string> newIDs = idsWithoutItem(session, ids);
+  for (const std::string& id : ids) refuseUnsavableID(id);
   for (const std::string& id : newIDs) refuseUnusableID(*session.plugin().epgItems(), id);
   {
     const Progress progress(context.messages, "Editing");

@@ -55,11 +55,21 @@ std::string chosenConfiguration(const std::vector<std::string>& names, const std
 void refuseUnreadableConfiguration(CommandContext& context, const std::string& name) {
   const std::string path =
       appendPathExtension(appendPathComponent(context.dataFolderPath, name), exportConfigurationExtension);
-  std::string content;
-  const int error = readWholeFile(context.environment, path, &content);
-  if (error == ENOENT && name == defaultConfigurationName) return;
-  if (error != 0) throw Refusal(path + ": " + systemMessage(error));
-  dictionaryInPropertyList(content, path);
+  const std::optional<std::string> content = contentIfThere(context.environment, path);
+  if (content) {
+    dictionaryInPropertyList(*content, path);
+  } else if (name != defaultConfigurationName) {
+    throw Refusal(path + ": " + systemMessage(ENOENT));
+  }
+}
+
+/// The day file's path is one line of output, and scripts take it from there.
+void refuseFolderThatDoesNotFitOnALine(CommandContext& context, const std::string& configuration) {
+  const std::optional<std::string> folder = exportFolder(
+      context.environment, exportConfiguration(context.environment, context.dataFolderPath, configuration));
+  if (!folder || !steersOutput(*folder)) return;
+  throw Refusal("the export configuration \"" + escapedForLine(configuration) +
+                "\" names a folder with line feeds or other control characters: " + escapedForLine(*folder));
 }
 
 std::vector<EPGEvent> eventsOf(const Schedule& schedule) {
@@ -92,8 +102,9 @@ int exportEvents(CommandContext& context, const ExportOptions& options) {
   ExportReport report;
   PluginSession session(context, PluginSession::Purpose::Reading);
   EPGDorvaSelinManagerPlugin& plugin = session.plugin();
-  const std::string configuration = chosenConfiguration(plugin.configurationFilenames(), options.configuration);
+  const std::string configuration = chosenConfiguration(session.configurationNames(), options.configuration);
   refuseUnreadableConfiguration(context, configuration);
+  refuseFolderThatDoesNotFitOnALine(context, configuration);
 
   std::vector<EPGEvent> events = eventsOf(schedule);
   const std::size_t left = countWithoutItem(*plugin.epgItems(), events);

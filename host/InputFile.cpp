@@ -21,4 +21,15 @@ std::string readInputFile(Environment& environment, const std::string& path) {
   return content;
 }
 
+std::optional<std::string> contentIfThere(Environment& environment, const std::string& path) {
+  std::string content;
+  const int error = readWholeFile(environment, path, &content);
+  if (error == 0) return content;
+  Environment::FileInfo info;
+  if (error != ENOENT) throw Refusal(path + ": " + systemMessage(error));
+  if (environment.pathInfo(path, &info) != 0) return std::nullopt;
+  throw Refusal(path + (info.kind == Environment::FileKind::Link ? ": a link to a file that is not there"
+                                                                 : ": was not there at the first try"));
+}
+
 }  // namespace epg

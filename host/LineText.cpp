@@ -74,6 +74,17 @@ std::string escapedForLine(const std::string& text) { return escaped(text, Use::
 
 std::string harmlessMessage(const std::string& text) { return escaped(text, Use::Message); }
 
+bool steersOutput(const std::string& text) {
+  for (auto it = text.begin(); it != text.end();) {
+    const auto invalid = utf8::find_invalid(it, text.end());
+    while (it != invalid) {
+      if (steersOutput(utf8::unchecked::next(it))) return true;
+    }
+    if (it != text.end()) ++it;
+  }
+  return false;
+}
+
 std::optional<std::string> unescapedLine(const std::string& line, std::string* problem) {
   std::string text;
   text.reserve(line.size());

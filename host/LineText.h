@@ -19,6 +19,10 @@ std::optional<std::string> unescapedLine(const std::string& line, std::string* p
 /// and nobody takes apart again. Line feeds stay.
 std::string harmlessMessage(const std::string& text);
 
+/// Whether the text holds such a character as itself: a control character, one that ends a line, or one that changes
+/// the direction of writing. Bytes that are not UTF-8 do not count.
+bool steersOutput(const std::string& text);
+
 /// Without the XML white space (space, tab, line feed, carriage return) at both ends.
 std::string strippedOfWhiteSpace(const std::string& text);
 

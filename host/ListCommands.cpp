@@ -10,7 +10,7 @@ namespace epg {
 
 int listConfigurations(CommandContext& context) {
   PluginSession session(context, PluginSession::Purpose::Reading);
-  std::vector<std::string> names = session.plugin().configurationFilenames();
+  std::vector<std::string> names = session.configurationNames();
   std::sort(names.begin(), names.end());
   for (const std::string& name : names) context.output << escapedForLine(name) << '\n';
   return 0;

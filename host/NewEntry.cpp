@@ -13,11 +13,14 @@ std::string noItemMessage(const EPGItemStore& store, const std::string& id) {
          " that is no entry; it is left as it is (EPGItems.plist)";
 }
 
+void refuseUnsavableID(const std::string& id) {
+  if (isCarriedByXML(id)) return;
+  throw Refusal(escapedForLine(id) + ": an entry cannot be saved under an ID with such control characters");
+}
+
 void refuseUnusableID(const EPGItemStore& store, const std::string& id) {
   if (id.empty()) throw Refusal("an entry cannot be made under an empty EPG unique ID");
-  if (!isCarriedByXML(id)) {
-    throw Refusal(escapedForLine(id) + ": an entry cannot be made under an ID with such control characters");
-  }
+  refuseUnsavableID(id);
   if (store.entry(id)) throw Refusal(noItemMessage(store, id));
 }
 

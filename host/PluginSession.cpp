@@ -6,12 +6,14 @@
 #include "host/CommandContext.h"
 #include "host/HostBundle.h"
 #include "host/InputFile.h"
+#include "host/LineText.h"
 #include "host/Messages.h"
 #include "host/Progress.h"
 #include "host/PropertyListInput.h"
 #include "host/Refusal.h"
 #include "host/ReportingEnvironment.h"
 #include "platform/Paths.h"
+#include "platform/XMLText.h"
 
 namespace epg {
 
@@ -35,13 +37,26 @@ void refuseMissingFolder(CommandContext& context, PluginSession::Purpose purpose
 void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& store) {
   if (store.size() > 0) return;
   const std::string path = storePath(context);
-  std::string content;
-  const int error = readWholeFile(context.environment, path, &content);
-  if (error == ENOENT) return;
-  if (error != 0) throw Refusal(path + ": " + systemMessage(error));
-  if (dictionaryInPropertyList(content, path).size() != store.snapshot().size()) {
+  const std::optional<std::string> content = contentIfThere(context.environment, path);
+  if (!content) return;
+  if (dictionaryInPropertyList(*content, path).size() != store.snapshot().size()) {
     throw Refusal(path + ": could not be read at the first try; nothing was done");
   }
+}
+
+/// What a save writes in another way than it stands in the store; empty where there is nothing of that kind.
+std::string changedIDsMessage(const EPGItemStore& store) {
+  std::string first;
+  std::size_t count = 0;
+  for (const auto& [id, entry] : store.snapshot()) {
+    if (isCarriedByXML(id)) continue;
+    if (count == 0 || id < first) first = id;
+    ++count;
+  }
+  if (count == 0) return {};
+  return counted(count, "ID", "IDs") +
+         " with control characters that the file cannot hold; U+FFFD stands there now: " + escapedForLine(first) +
+         (count > 1 ? " and others" : "");
 }
 
 }  // namespace
@@ -61,6 +76,15 @@ PluginSession::PluginSession(CommandContext& context, Purpose purpose) : context
 
 PluginSession::~PluginSession() { end("Finishing"); }
 
+std::vector<std::string> PluginSession::configurationNames() const {
+  std::vector<std::string> all;
+  const int error = context_.environment.listFolder(context_.dataFolderPath, &all);
+  if (error != 0 && error != ENOENT) {
+    throw Refusal(context_.dataFolderPath + ": the export configurations cannot be listed: " + systemMessage(error));
+  }
+  return plugin_->configurationFilenames();
+}
+
 void PluginSession::end(const char* work) {
   if (!plugin_) return;
   const Progress progress(context_.messages, work);
@@ -70,10 +94,14 @@ void PluginSession::end(const char* work) {
 }
 
 void PluginSession::endAfterSave() {
+  const std::string changedIDs = changedIDsMessage(*plugin_->epgItems());
   end("Saving the item store");
   const std::string path = storePath(context_);
   const std::optional<int> error = lastReplacementError(context_.environment, path);
-  if (error == 0) return;
+  if (error == 0) {
+    if (!changedIDs.empty()) context_.messages.line(path + ": " + changedIDs);
+    return;
+  }
   std::string text = path + ": not saved";
   if (error == EILSEQ) {
     text += ": the store holds a value that no property-list file can hold";

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/DataFolder.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
@@ -33,9 +34,14 @@ class PluginSession {
   EPGDorvaSelinManagerPlugin& plugin() { return *plugin_; }
   HostBundle& bundle() { return *bundle_; }
 
+  /// As the plug-in names them. Throws a `Refusal` where the folder cannot be listed: the plug-in would then name the
+  /// default configuration, which writes to the Desktop. A folder that is missing has none.
+  std::vector<std::string> configurationNames() const;
+
   /// Drops the plug-in object and waits until it and its threads are gone. `work` is what a terminal shows meanwhile.
   void end(const char* work);
-  /// As `end`, after the one save of a command. Throws a `Refusal` when the save did not reach the disk.
+  /// As `end`, after the one save of a command. Tells of IDs that the file does not give back. Throws a `Refusal` when
+  /// the save did not reach the disk.
   void endAfterSave();
 
  private:

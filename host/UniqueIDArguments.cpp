@@ -10,15 +10,31 @@ namespace epg {
 
 namespace {
 
+const char* const byteOrderMark = "\xEF\xBB\xBF";
+
+/// The ID in a line; nothing, with the reason in `problem`, where it holds none that a listing could have written.
+std::optional<std::string> uniqueIDInLine(const std::string& line, std::string* problem) {
+  if (!isUTF8(line)) {
+    *problem = "not UTF-8";
+  } else if (line.find('\t') != std::string::npos) {
+    *problem = "holds a tab; only the ID belongs here (cut -f1)";
+  } else if (steersOutput(line)) {
+    *problem = "holds a control character, which listings write as \"\\r\" or \"\\xNN\"";
+  } else {
+    return unescapedLine(line, problem);
+  }
+  return std::nullopt;
+}
+
 void readUniqueIDs(std::istream& input, std::vector<std::string>* ids) {
   const std::size_t before = ids->size();
   std::string line;
   for (std::size_t number = 1; std::getline(input, line); ++number) {
+    if (number == 1 && line.compare(0, 3, byteOrderMark) == 0) line.erase(0, 3);
     if (!line.empty() && line.back() == '\r') line.pop_back();
     if (line.empty()) continue;
-    std::string problem = "not UTF-8";
-    std::optional<std::string> id;
-    if (isUTF8(line)) id = unescapedLine(line, &problem);
+    std::string problem;
+    std::optional<std::string> id = uniqueIDInLine(line, &problem);
     if (!id) throw Refusal("standard input: line " + std::to_string(number) + ": " + problem);
     ids->push_back(std::move(*id));
   }

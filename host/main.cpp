@@ -13,11 +13,14 @@
 #include "host/ReportingEnvironment.h"
 
 int main(int argumentCount, char** arguments) {
-  // A reader that leaves early must not cut a command short before its save: writing fails instead.
-  std::signal(SIGPIPE, SIG_IGN);
+  // A reader that leaves early must not cut a command short before its save: writing fails instead. Where nothing is to
+  // be saved it ends the program like any other, unless whoever started it wanted otherwise.
+  const auto whenReaderLeaves = std::signal(SIGPIPE, SIG_IGN);
   // Nor must a file that may not grow: a save then fails like any other, with a message.
   std::signal(SIGXFSZ, SIG_IGN);
   std::ios::sync_with_stdio(false);
+  // Else whoever shows progress would flush standard output, on another thread than the one that writes there.
+  std::cerr.tie(nullptr);
 
   epg::Messages messages(std::cerr, isatty(STDERR_FILENO) != 0);
   epg::ReportingEnvironment environment(messages);
@@ -27,5 +30,6 @@ int main(int argumentCount, char** arguments) {
                               std::cout,
                               epg::defaultDataFolderPath(environment),
                               epg::resourceFolder(environment, DORVASELIN_BUILD_RESOURCES)};
+  context.nothingToLose = [whenReaderLeaves] { std::signal(SIGPIPE, whenReaderLeaves); };
   return epg::runCommandLine(std::vector<std::string>(arguments + 1, arguments + argumentCount), context);
 }

@@ -75,11 +75,14 @@ need_packages() {
 # starts cannot keep the lock; the program that was built runs without it. Where nothing locks, it just runs.
 alone() {
   local status=0
+  if ! { mkdir -p build && : >>build/lock; } 2>/dev/null; then
+    say "$PWD/build cannot be written, and this clone is built there; work in one that is your own"
+    return 1
+  fi
   if ! command -v flock >/dev/null; then
     "$@"
     return
   fi
-  mkdir -p build
   exec 9>build/lock
   # Looking whether all is up to date takes a moment; only a real build is worth a word.
   flock -w 5 9 || { say "waiting for another build" && flock 9; } || true

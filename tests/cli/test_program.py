@@ -6,7 +6,9 @@ import fcntl
 import os
 import pathlib
 import plistlib
+import pty
 import resource
+import select
 import shutil
 import signal
 import subprocess
@@ -54,13 +56,43 @@ class Pipes(dorvaselin.CommandLineTest):
         self.assertEqual(result.stderr.decode(), "standard input: no EPG unique ID\n")
         self.assertEqual(self.store_path.read_bytes(), before)
 
-    def test_a_reader_that_leaves_early_does_not_kill_the_program(self):
+    def test_a_reader_that_leaves_early_ends_what_only_reads_without_a_word(self):
+        guide = dorvaselin.SAMPLES / "guide.xml"
+        for arguments in (
+            ("list",),
+            ("configurations",),
+            ("show", "E1"),
+            ("check", guide),
+            ("--help",),
+            ("list", "--help"),
+        ):
+            read, write = os.pipe()
+            os.close(read)
+            result = self.run_command(*arguments, stdout=write)
+            os.close(write)
+            words = b"E1: no such entry; the editor shows it empty\n" if arguments[0] == "show" else b""
+            self.assertEqual((result.returncode, result.stderr), (-signal.SIGPIPE, words), arguments)
+
+    def test_who_starts_the_program_with_sigpipe_ignored_hears_of_it(self):
         read, write = os.pipe()
         os.close(read)
-        result = self.run_command("list", stdout=write)
+        result = self.run_command(
+            "list",
+            stdout=write,
+            restore_signals=False,
+            preexec_fn=lambda: signal.signal(signal.SIGPIPE, signal.SIG_IGN),
+        )
         os.close(write)
+        self.assertEqual((result.returncode, result.stderr), (1, b"standard output: cannot be written\n"))
+
+    def test_a_listing_whose_ids_were_not_cut_off_makes_no_entries(self):
+        before = self.store_path.read_bytes()
+        result = self.shell("d list | grep News | d edit - --tag Live")
         self.assertEqual(result.returncode, 1)
-        self.assertEqual(result.stderr.decode(), "standard output: cannot be written\n")
+        self.assertEqual(
+            result.stderr.decode(), "standard input: line 1: holds a tab; only the ID belongs here (cut -f1)\n"
+        )
+        self.assertEqual(self.store_path.read_bytes(), before)
 
     def test_a_change_is_saved_although_nobody_reads_what_the_program_says(self):
         read, write = os.pipe()
@@ -114,6 +146,48 @@ class Pipes(dorvaselin.CommandLineTest):
         self.assertEqual(self.run_command("import").returncode, 2)
         self.assertEqual(self.run_command("--help").returncode, 0)
         self.assertEqual(subprocess.run([dorvaselin.program()], capture_output=True, check=False).returncode, 2)
+
+
+class Progress(dorvaselin.CommandLineTest):
+    def show(self, stderr):
+        """A command that goes on for as long as nobody reads what it prints."""
+        return subprocess.Popen(
+            self.command("show", "E1"), stdout=subprocess.PIPE, stderr=stderr, env=self.environment()
+        )
+
+    def test_long_work_is_shown_on_a_terminal_and_nowhere_else(self):
+        self.write_store({"E1": {"title": "One", "description": "d" * (4 << 20)}})
+        terminal, terminal_of_program = pty.openpty()
+        self.addCleanup(os.close, terminal)
+        # Both are at work before the progress of the second one starts to be waited for.
+        with self.show(subprocess.PIPE) as elsewhere:
+            self.assertEqual(elsewhere.stdout.read(7), b"Title: ")
+            with self.show(terminal_of_program) as shown:
+                os.close(terminal_of_program)
+                written = b""
+                while b"Opening the editor: 1 s" not in written:
+                    self.assertNotEqual(select.select([terminal], [], [], 60), ([], [], []), "no progress is shown")
+                    written += os.read(terminal, 1024)
+                self.assertTrue(written.startswith(b"Opening the editor: 1 s"), written)
+                shown.stdout.read()
+                self.assertEqual(shown.wait(120), 0)
+            elsewhere.stdout.read()
+            self.assertEqual(elsewhere.stderr.read(), b"")
+            self.assertEqual(elsewhere.wait(120), 0)
+
+
+class Readme(dorvaselin.CommandLineTest):
+    def test_its_examples_hold_where_data_lie_elsewhere(self):
+        sys.path.insert(0, str(dorvaselin.ROOT / "tests/docs"))
+        import readme_examples
+
+        examples, complaints = readme_examples.examples_in((dorvaselin.ROOT / "README.md").read_text(encoding="utf-8"))
+        scratch = readme_examples.Scratch(self.folder, dorvaselin.program())
+        scratch.environment["XDG_DATA_HOME"] = str(self.folder / "xdg")
+        for example in examples:
+            complaints += readme_examples.problems_of(example, scratch)
+        self.assertEqual(complaints, [])
+        self.assertTrue((self.folder / "xdg/EPGDorvaSelin/EPGItems.plist").exists())
 
 
 class Store(dorvaselin.CommandLineTest):
@@ -255,6 +329,46 @@ class Permissions(dorvaselin.CommandLineTest):
             self.assertEqual(result.returncode, 1)
             self.assertEqual(result.stderr.decode(), f"{self.store_path}: Permission denied\n")
         self.assertEqual(self.store_path.read_bytes(), before)
+
+    def test_a_folder_that_may_be_entered_but_not_listed_sends_nothing_to_the_desktop(self):
+        folder = self.configure_export()
+        os.chmod(folder, 0o777)
+        desktop = self.folder / "home/Desktop"
+        desktop.mkdir(parents=True)
+        os.chmod(desktop, 0o777)
+        os.chmod(self.data, 0o711)
+        events = self.write("events.plist", plistlib.dumps([]))
+        for arguments in (
+            ("configurations",),
+            ("export", events),
+            ("export", events, "--configuration", "Export"),
+        ):
+            result = self.run_as_nobody(*arguments)
+            self.assertEqual((result.returncode, result.stdout), (1, b""))
+            self.assertEqual(
+                result.stderr.decode(), f"{self.data}: the export configurations cannot be listed: Permission denied\n"
+            )
+        self.assertEqual(list(desktop.iterdir()) + list(folder.iterdir()), [])
+
+    def test_a_clone_that_may_not_be_written_is_told_in_a_sentence(self):
+        clone = self.folder / "clone"
+        (clone / "scripts").mkdir(parents=True)
+        shutil.copy(dorvaselin.ROOT / "run", clone)
+        shutil.copy(dorvaselin.ROOT / "scripts/common.sh", clone / "scripts")
+        words = f"run: {clone}/build cannot be written, and this clone is built there; work in one that is your own\n"
+        for make in (lambda: None, (clone / "build").mkdir, (clone / "build/lock").touch):
+            make()
+            result = subprocess.run(
+                [clone / "run", "list"],
+                capture_output=True,
+                env=self.environment(EPG_SKIP_PACKAGES="1"),
+                timeout=120,
+                check=False,
+                user=NOBODY,
+                group=NOBODY,
+                extra_groups=[],
+            )
+            self.assertEqual((result.returncode, result.stderr.decode(), result.stdout), (1, words, b""))
 
     def test_reading_needs_no_permission_to_write(self):
         result = self.run_as_nobody("list")

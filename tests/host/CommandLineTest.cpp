@@ -72,6 +72,21 @@ TEST_F(CommandLine, EndsWithTwoWhereItIsWrong) {
   EXPECT_FALSE(exists(dataFolder()));
 }
 
+TEST_F(CommandLine, AsksForACommandAsTheHelpCallsIt) {
+  EXPECT_EQ(run({}).messages, "a COMMAND is required; --help lists them\n");
+  EXPECT_EQ(run({"--data-folder", dataFolder()}).messages, "a COMMAND is required; --help lists them\n");
+}
+
+TEST_F(CommandLine, RefusesAnEmptyFileName) {
+  EXPECT_EQ(run({"import", ""}).messages, "GUIDE is empty; it must name a file\n");
+  for (const char* command : {"import", "export", "check"}) {
+    const CommandResult result = run({command, ""});
+    EXPECT_EQ(result.status, 2) << command;
+    EXPECT_THAT(result.messages, HasSubstr(" is empty; it must name a file\n")) << command;
+  }
+  EXPECT_FALSE(exists(dataFolder()));
+}
+
 TEST_F(CommandLine, NamesACommandThatThereIsNot) {
   EXPECT_EQ(run({"lst", "x"}).messages, "there is no command \"lst\"; --help lists them\n");
   EXPECT_EQ(run({"--", "[x]"}).messages, "there is no command \"[x]\"; --help lists them\n");

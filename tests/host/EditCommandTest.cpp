@@ -128,7 +128,7 @@ TEST_F(EditCommand, RefusesNewEntriesThatTheFileWouldNotGiveBack) {
   const std::string before = contentOf(storePath());
   EXPECT_EQ(run({"edit", "A", "", "--title", "T"}).status, 1);
   EXPECT_EQ(run({"edit", "-", "--title", "T"}, "A\nB\\x01\n").messages,
-            "B\\x01: an entry cannot be made under an ID with such control characters\n");
+            "B\\x01: an entry cannot be saved under an ID with such control characters\n");
   EXPECT_EQ(contentOf(storePath()), before);
 }
 

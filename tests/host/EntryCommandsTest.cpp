@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <utility>
 
@@ -12,6 +14,14 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+
+/// The one entry "a", escape, line feed. The binary form can hold what the XML form cannot.
+std::string storeWithAnIDThatXMLCannotHold() {
+  return std::string("bplist00\xD1\x01\x02\x53") + "a\x1B\n" + std::string("\xD1\x03\x04\x55") + "title" +
+         std::string("\x65\0A\0\t\0\x9B\0\\\0\xE9", 11) + std::string("\x08\x0B\x0F\x12\x18", 5) +
+         std::string(6, '\0') + "\x01\x01" + std::string(7, '\0') + "\x05" + std::string(8, '\0') +
+         std::string(7, '\0') + "\x23";
+}
 
 /// list, configurations, remove and duplicate.
 class EntryCommands : public CommandTest {
@@ -64,13 +74,94 @@ TEST_F(EntryCommands, TellAnEntryThatIsNoneFromOneThatIsNotThere) {
 }
 
 TEST_F(EntryCommands, ListKeepsToOneLineAnEntryAndLeavesTheTerminalAlone) {
-  // The binary form can hold what the XML form cannot.
-  const std::string bytes = std::string("bplist00\xD1\x01\x02\x53") + "a\x1B\n" + std::string("\xD1\x03\x04\x55") +
-                            "title" + std::string("\x65\0A\0\t\0\x9B\0\\\0\xE9", 11) +
-                            std::string("\x08\x0B\x0F\x12\x18", 5) + std::string(6, '\0') + "\x01\x01" +
-                            std::string(7, '\0') + "\x05" + std::string(8, '\0') + std::string(7, '\0') + "\x23";
-  writeFile(storePath(), bytes);
+  writeFile(storePath(), storeWithAnIDThatXMLCannotHold());
   EXPECT_EQ(runWell({"list"}).output, "a\\x1B\\n\tA\\t\\xC2\\x9B\\\\é\n");
+}
+
+TEST_F(EntryCommands, DoNotChangeAnEntryUnderAnIDThatTheFileWouldNotGiveBack) {
+  const std::string id = "a\x1B\n";
+  const std::string before = storeWithAnIDThatXMLCannotHold();
+  writeFile(storePath(), before);
+  const std::vector<std::string> commands[] = {{"edit", id, "--tag", "Live"},
+                                               {"edit", "E1", id, "--title", "T"},
+                                               {"edit", id, "--title", "T", "--dry-run"},
+                                               {"duplicate", id, id}};
+  for (const std::vector<std::string>& command : commands) {
+    const CommandResult result = run(command);
+    EXPECT_EQ(result.status, 1) << testing::PrintToString(command);
+    EXPECT_EQ(result.messages, "a\\x1B\\n: an entry cannot be saved under an ID with such control characters\n");
+    EXPECT_EQ(contentOf(storePath()), before);
+  }
+  EXPECT_EQ(linesOf(runWell({"show", id}).output)[0], "Title: A\\t\\xC2\\x9B\\\\é");
+  EXPECT_EQ(runWell({"remove", id}).messages, "");
+  EXPECT_EQ(store().size(), 0U);
+}
+
+TEST_F(EntryCommands, TellOfIDsThatASaveDoesNotGiveBack) {
+  writeFile(storePath(), storeWithAnIDThatXMLCannotHold());
+  EXPECT_EQ(
+      runWell({"duplicate", "a\x1B\n", "good"}).messages,
+      storePath() + ": 1 ID with control characters that the file cannot hold; U+FFFD stands there now: a\\x1B\\n\n");
+  EXPECT_EQ(store().size(), 2U);
+  EXPECT_TRUE(store().find("a\xEF\xBF\xBD\n"));
+  EXPECT_EQ(runWell({"edit", "good", "--title", "T"}).messages, "");
+}
+
+TEST_F(EntryCommands, DoNotTakeALinkThatLeadsNowhereForAStoreThatIsNotThere) {
+  ASSERT_EQ(unlink(storePath().c_str()), 0);
+  ASSERT_EQ(symlink("../elsewhere.plist", storePath().c_str()), 0);
+  const std::string guide = writeGuide("<programme start='2001'><title>T</title></programme>");
+  const std::vector<std::string> commands[] = {
+      {"list"}, {"show", "E1"}, {"remove", "E1"}, {"edit", "E1", "--title", "T"}, {"import", guide}};
+  for (const std::vector<std::string>& command : commands) {
+    const CommandResult result = run(command);
+    EXPECT_EQ(result.status, 1) << command[0];
+    EXPECT_EQ(result.messages, storePath() + ": a link to a file that is not there\n") << command[0];
+    EXPECT_EQ(result.output, "") << command[0];
+  }
+  char target[64] = {};
+  EXPECT_GT(readlink(storePath().c_str(), target, sizeof target - 1), 0) << "the link was replaced";
+  EXPECT_STREQ(target, "../elsewhere.plist");
+  writeFile(file("elsewhere.plist"), "<plist><dict><key>E7</key><dict/></dict></plist>");
+  EXPECT_EQ(runWell({"list"}).output, "E7\t\n");
+}
+
+TEST_F(EntryCommands, DoNotTakeAStoreForNoneThatCameWhileTheyLookedForIt) {
+  class ComesLater : public ReportingEnvironment {
+   public:
+    using ReportingEnvironment::ReportingEnvironment;
+    int openFile(const std::string& path, int flags, mode_t mode, int* descriptor) override {
+      const std::string name = "EPGItems.plist";
+      const bool isStore = path.size() > name.size() && path.substr(path.size() - name.size()) == name;
+      return isStore ? ENOENT : ReportingEnvironment::openFile(path, flags, mode, descriptor);
+    }
+  };
+  const std::string before = contentOf(storePath());
+  useEnvironment([](Messages& messages) { return std::make_unique<ComesLater>(messages); });
+  const CommandResult result = run({"edit", "E9", "--title", "T"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages, storePath() + ": was not there at the first try\n");
+  EXPECT_EQ(contentOf(storePath()), before);
+}
+
+TEST_F(EntryCommands, DoNotSayThatThereIsNoConfigurationWhereTheFolderCannotBeListed) {
+  class Unlisted : public ReportingEnvironment {
+   public:
+    using ReportingEnvironment::ReportingEnvironment;
+    int listFolder(const std::string& /*path*/, std::vector<std::string>* /*names*/) override { return EACCES; }
+  };
+  const std::string folder = configureExport("Evening");
+  const std::string events = write("events.plist", "<plist><array/></plist>");
+  useEnvironment([](Messages& messages) { return std::make_unique<Unlisted>(messages); });
+  const std::vector<std::string> commands[] = {
+      {"configurations"}, {"export", events}, {"export", events, "--configuration", "Evening"}};
+  for (const std::vector<std::string>& command : commands) {
+    const CommandResult result = run(command);
+    EXPECT_EQ(result.status, 1) << testing::PrintToString(command);
+    EXPECT_EQ(result.messages, dataFolder() + ": the export configurations cannot be listed: Permission denied\n");
+    EXPECT_EQ(result.output, "");
+  }
+  EXPECT_THAT(namesIn(folder), testing::IsEmpty());
 }
 
 TEST_F(EntryCommands, ListsIDsThatRemoveTakesBack) {

@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <cerrno>
 
+#include "host/LineText.h"
+#include "platform/PropertyListFile.h"
 #include "tests/host/CommandTest.h"
 #include "tests/support/DayFileReader.h"
 #include "tests/support/TimeZone.h"
@@ -142,6 +146,65 @@ TEST_F(ExportCommand, ReportsAConfigurationWithoutAFolder) {
   const CommandResult result = run({"export", eventsFile()});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.messages, "EPG XML File Write Error: the export configuration names no folder (\"exportPath\")\n");
+}
+
+TEST_F(ExportCommand, RefusesAFolderWhoseNameDoesNotFitOnALine) {
+  for (const char* name : {"two\nlines", "tab\tstop", "delete\x7F", "separator\xE2\x80\xA8"}) {
+    const std::string folder = configureExport(name);
+    PropertyListDictionary configuration;
+    configuration.set("exportPath", folder);
+    writeFile(dataFolder() + "/Evening.epgconf", propertyListXML(PropertyList(configuration)).value_or(""));
+    const CommandResult result = run({"export", eventsFile(), "--configuration", "Evening"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.messages,
+              "the export configuration \"Evening\" names a folder with line feeds or other control "
+              "characters: " +
+                  escapedForLine(folder) + "\n");
+    EXPECT_THAT(namesIn(folder), IsEmpty());
+  }
+}
+
+TEST_F(ExportCommand, DoesNotTakeALinkThatLeadsNowhereForTheDefaultConfiguration) {
+  const std::string path = dataFolder() + "/Default EPG Settings.epgconf";
+  ASSERT_EQ(symlink("nowhere", path.c_str()), 0);
+  for (const std::vector<std::string>& more :
+       {std::vector<std::string>{}, {"--configuration", "Default EPG Settings"}}) {
+    std::vector<std::string> arguments = {"export", eventsFile()};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    const CommandResult result = run(arguments);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.messages, path + ": a link to a file that is not there\n");
+  }
+}
+
+TEST_F(ExportCommand, WritesNoFileByATextOfAGuideOrOfAListOfEvents) {
+  const std::string folder = configureExport("Evening");
+  const std::string marks[] = {"../mark", "../../mark", "a/../../mark", file("mark"), "./mark", "..", "/", "mark/"};
+  std::string list;
+  std::string guide;
+  for (const std::string& mark : marks) {
+    runWell({"edit", "--title", mark, "--", mark});
+    list += "<dict><key>eventEPGUniqueID</key><string>" + mark +
+            "</string><key>eventEPGPlaybackUniqueID</key><string>" + mark + "</string></dict>";
+    guide += "<programme start='2001' channel='" + mark + "'><title>" + mark + "</title><icon src='" + mark +
+             "'/><episode-num system='" + mark + "'>" + mark + "</episode-num></programme>";
+  }
+  const std::string events = write("events.plist", "<plist><array>" + list + "</array></plist>");
+  const std::string guideFile = writeGuide(guide);
+  const std::vector<std::string> outside = namesIn(file(""));
+  runWell({"import", guideFile});
+  runWell({"export", events});
+  runWell({"export", guideFile});
+  for (const std::string& mark : marks) {
+    EXPECT_EQ(run({"export", events, "--configuration", mark}).status, 1) << mark;
+    EXPECT_EQ(run({"duplicate", mark, mark + " copy"}).status, 0) << mark;
+  }
+  EXPECT_EQ(namesIn(file("")), outside);
+  EXPECT_THAT(namesIn(dataFolder()), ElementsAre("EPGItems.plist", "Evening.epgconf"));
+  EXPECT_THAT(namesIn(folder), testing::SizeIs(1));
+  EXPECT_FALSE(exists("mark"));
+  EXPECT_FALSE(exists("../mark"));
 }
 
 TEST_F(ExportCommand, WritesToTheDesktopWithoutAnyConfiguration) {

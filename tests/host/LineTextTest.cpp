@@ -57,4 +57,14 @@ TEST(LineText, StripsOnlyXMLWhiteSpaceAndOnlyAtTheEnds) {
   EXPECT_EQ(strippedOfWhiteSpace(" \n"), "");
 }
 
+TEST(LineText, SteersOutputWhereAnythingWouldBeEscapedButABackslash) {
+  for (const char* text : {"\n", "a\tb", "\x7F", "\xFF\x1B", "\xC2\x9B", "a\xE2\x80\xA9", "\xE2\x81\xA6"}) {
+    EXPECT_TRUE(steersOutput(std::string(text))) << escapedForLine(text);
+  }
+  EXPECT_TRUE(steersOutput(std::string(1, '\0')));
+  for (const char* text : {"", " a\\n ", "\xC3\xA9", "\xFF", "a\xC2", "\xED\xA0\x80z", "\xF0\x9F\x93\xBA"}) {
+    EXPECT_FALSE(steersOutput(std::string(text))) << escapedForLine(text);
+  }
+}
+
 }  // namespace epg::test

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "host/LocalTimeText.h"
@@ -37,6 +39,40 @@ std::string offsetIn(const std::string& zone) {
   const std::string text = localTimeText(LocalCalendar(), Instant::fromUnixTime(1794636000));
   return text.substr(text.size() - 5);
 }
+
+/// One part of a zone file that is in UTC, with leap seconds that nobody reads; `version` is 0 where it is the only
+/// one.
+std::string zonePart(char version, std::uint8_t leapSeconds) {
+  // Times and counts of the second part have 8 bytes, of the only one 4; here its changes are none.
+  std::string header = std::string("TZif") + version + std::string(15, '\0');
+  for (const std::uint8_t count :
+       {std::uint8_t{1}, std::uint8_t{1}, leapSeconds, std::uint8_t{0}, std::uint8_t{1}, std::uint8_t{4}}) {
+    header += std::string(3, '\0') + static_cast<char>(count);
+  }
+  return header + std::string(6, '\0') + std::string("UTC\0", 4) + std::string(std::size_t{8} * leapSeconds, '\0') +
+         std::string(2, '\0');
+}
+
+/// A zone file of two parts, with a change and its kinds of time in the first so that the second does not follow soon.
+std::string zoneFile(std::uint8_t leapSeconds, std::uint8_t leapSecondsOfSecondPart) {
+  std::string first = zonePart('2', leapSeconds);
+  first[35] = 3;  // Changes: five bytes each.
+  first.insert(44, 15, '\0');
+  return first + zonePart('2', leapSecondsOfSecondPart) + std::string(std::size_t{4} * leapSecondsOfSecondPart, '\0') +
+         "\nUTC0\n";
+}
+
+/// Finds the machine's zone under another name.
+class MachineIn : public Environment {
+ public:
+  explicit MachineIn(std::string zone) : zone_(std::move(zone)) {}
+  int openFile(const std::string& path, int flags, mode_t mode, int* descriptor) override {
+    return Environment::openFile(path == "/etc/localtime" ? zone_ : path, flags, mode, descriptor);
+  }
+
+ private:
+  std::string zone_;
+};
 
 class LocalTimeZoneOfCommands : public CommandTest {};
 
@@ -110,12 +146,65 @@ TEST(LocalTimeZone, IsRefusedWhereItNamesNone) {
 TEST(LocalTimeZone, IsLookedForWhereTheSystemDoes) {
   const TemporaryFolder folder;
   folder.makeFolder("Harbour");
-  writeFile(folder.file("Harbour/Good"), "TZif2 and what follows");
+  writeFile(folder.file("Harbour/Good"), zoneFile(0, 0));
   writeFile(folder.file("Harbour/Bad"), "# a list of zones");
   const EnvironmentVariable zones("TZDIR", folder.path());
   EXPECT_EQ(refusalOf("Harbour/Good"), "");
   EXPECT_THAT(refusalOf("Harbour/Bad"), HasSubstr(folder.path()));
   EXPECT_THAT(refusalOf("Europe/Berlin"), HasSubstr(folder.path()));
+}
+
+TEST(LocalTimeZone, IsRefusedWhereItsFileIsCutOff) {
+  const TemporaryFolder folder;
+  const EnvironmentVariable zones("TZDIR", folder.path());
+  const std::string whole = zoneFile(0, 0);
+  for (const std::size_t size :
+       {std::size_t{4}, std::size_t{43}, std::size_t{44}, whole.size() / 2, whole.size() - 70}) {
+    writeFile(folder.file("Cut"), whole.substr(0, size));
+    EXPECT_THAT(refusalOf("Cut"), HasSubstr("no such time zone")) << size;
+  }
+  std::string huge = whole;
+  huge.replace(20, 24, std::string(24, '\xFF'));
+  writeFile(folder.file("Huge"), huge);
+  EXPECT_THAT(refusalOf("Huge"), HasSubstr("no such time zone"));
+  writeFile(folder.file("Old"), zonePart('\0', 0));
+  EXPECT_EQ(refusalOf("Old"), "");
+}
+
+TEST(LocalTimeZone, IsRefusedWhereItCountsLeapSeconds) {
+  const TemporaryFolder folder;
+  const EnvironmentVariable zones("TZDIR", folder.path());
+  const std::string words =
+      ": a time zone that counts leap seconds, as the system's clock does not; times would be wrong";
+  writeFile(folder.file("Both"), zoneFile(27, 27));
+  writeFile(folder.file("Second"), zoneFile(0, 27));
+  writeFile(folder.file("First"), zoneFile(27, 0));
+  writeFile(folder.file("Old"), zonePart('\0', 27));
+  for (const char* name : {"Both", "Second", "First", "Old"}) {
+    EXPECT_EQ(refusalOf(name), "TZ=" + std::string(name) + words);
+    EXPECT_EQ(refusalOf(":" + folder.file(name)), "TZ=:" + folder.file(name) + words);
+  }
+}
+
+TEST(LocalTimeZone, IsRefusedWhereTheMachinesCountsLeapSeconds) {
+  const TemporaryFolder folder;
+  MachineIn machine(folder.file("localtime"));
+  const std::string words =
+      "/etc/localtime: a time zone that counts leap seconds, as the system's clock does not; times would be wrong";
+  for (const auto& zone : {std::optional<std::string>(), std::optional<std::string>("/etc/localtime")}) {
+    const EnvironmentVariable variable("TZ", zone);
+    removeAll(folder.file("localtime"));
+    EXPECT_NO_THROW(refuseUnknownTimeZone(machine)) << "without the file it is in UTC";
+    writeFile(folder.file("localtime"), zoneFile(0, 0));
+    EXPECT_NO_THROW(refuseUnknownTimeZone(machine));
+    writeFile(folder.file("localtime"), zoneFile(0, 27));
+    try {
+      refuseUnknownTimeZone(machine);
+      ADD_FAILURE() << "not refused";
+    } catch (const Refusal& refusal) {
+      EXPECT_EQ(refusal.what(), (zone ? "TZ=" : "") + words);
+    }
+  }
 }
 
 TEST_F(LocalTimeZoneOfCommands, IsRefusedBeforeATimeIsTold) {

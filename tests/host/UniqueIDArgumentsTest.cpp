@@ -56,6 +56,29 @@ TEST(UniqueIDArguments, NameTheLineThatCannotBeRead) {
   EXPECT_THAT(refusalOf("one\ntwo\na\\q\n"), StartsWith("standard input: line 3: a backslash"));
 }
 
+TEST(UniqueIDArguments, AreNoWholeLinesOfAListing) {
+  EXPECT_EQ(refusalOf("one\ntwo\tTwo\n"), "standard input: line 2: holds a tab; only the ID belongs here (cut -f1)");
+  EXPECT_EQ(refusalOf("one\t\n"), "standard input: line 1: holds a tab; only the ID belongs here (cut -f1)");
+}
+
+TEST(UniqueIDArguments, HoldNoControlCharactersThatListingsWouldHaveEscaped) {
+  for (const char* line : {"a\x1B[2J", "\x01", "a\rb", "\x7F", "a\xC2\x9B", "a\xE2\x80\xA8", "\xE2\x80\xAE"}) {
+    EXPECT_THAT(refusalOf("one\n" + std::string(line) + "\n"),
+                StartsWith("standard input: line 2: holds a control character"))
+        << line;
+  }
+  EXPECT_THAT(refusalOf(std::string("a\0b\n", 4)), StartsWith("standard input: line 1: holds a control character"));
+}
+
+TEST(UniqueIDArguments, DoNotBeginWithTheByteOrderMarkOfStandardInput) {
+  const std::string mark = "\xEF\xBB\xBF";
+  EXPECT_THAT(ids({standardInput}, mark + "one\ntwo\n"), ElementsAre("one", "two"));
+  EXPECT_THAT(ids({standardInput}, mark + "\r\none\n"), ElementsAre("one"));
+  EXPECT_THAT(ids({standardInput}, mark + mark + "one\n" + mark + "two\n"), ElementsAre(mark + "one", mark + "two"));
+  EXPECT_EQ(refusalOf(mark), "standard input: no EPG unique ID");
+  EXPECT_THAT(ids({mark + "one"}), ElementsAre(mark + "one"));
+}
+
 TEST(UniqueIDArguments, RefuseStandardInputWithoutAnID) {
   EXPECT_EQ(refusalOf(""), "standard input: no EPG unique ID");
   EXPECT_EQ(refusalOf("\n\n"), "standard input: no EPG unique ID");

@@ -8,7 +8,31 @@
 namespace epg::test {
 namespace {
 
-class HostileFilesTest : public PluginTest {};
+class HostileFilesTest : public PluginTest {
+ protected:
+  std::vector<std::string> pathsThatNobodyMeans() const {
+    return {"../x",
+            "/x",
+            "a/../../b",
+            "../../x",
+            "./x",
+            "x/",
+            "..",
+            "/",
+            "../export/x",
+            folder.file("x"),
+            std::string("x\0y", 3)};
+  }
+
+  /// Beside the folders that the plug-in was given there is nothing, nor is there where the test runs.
+  void expectNothingElsewhere() const {
+    EXPECT_EQ((std::vector<std::string>{"data", "export", "home"}), namesIn(folder.path()));
+    EXPECT_EQ((std::vector<std::string>{"Desktop"}), namesIn(homeFolder));
+    for (const char* path : {"/x", "/x.xml", "/x.epgconf", "x", "../x", "../x.xml", "b", "../b", "../../b"}) {
+      EXPECT_FALSE(exists(path)) << path;
+    }
+  }
+};
 
 TEST_F(HostileFilesTest, AMillionTagsOnOneItemAreSavedAndExported) {
   PropertyList::Array tags;
@@ -68,6 +92,43 @@ TEST_F(HostileFilesTest, ConfigurationsAreListedAndUsedWhateverTheirNamesHold) {
     exportAndWait({eventAt("E1", 0)}, name);
     EXPECT_TRUE(exists(dayFilePath())) << name;
   }
+}
+
+TEST_F(HostileFilesTest, IDsThatLookLikePathsNameNoFile) {
+  std::vector<EPGEvent> events;
+  for (const std::string& id : pathsThatNobodyMeans()) {
+    put(id, {{ZRLEPGDSTitleKey, id}});
+    events.push_back(eventAt(id, 0));
+    events.back().eventEPGPlaybackUniqueID = id;
+  }
+  plugin->setEditedEPGUniqueIDs(pathsThatNobodyMeans());
+  plugin->commitEditing();
+  environment.waitForThreads();
+  exportAndWait(events);
+  EXPECT_EQ((std::vector<std::string>{"YES"}), delegate.outcomes());
+  EXPECT_EQ(events.size(), dayFile().programs.size());
+  EXPECT_EQ((std::vector<std::string>{"EPGItems.plist", "Test.epgconf"}), namesIn(dataFolder));
+  EXPECT_EQ((std::vector<std::string>{"20120304.xml"}), namesIn(exportFolder));
+  expectNothingElsewhere();
+  EXPECT_TRUE(namesIn(homeFolder + "/Desktop").empty());
+}
+
+TEST_F(HostileFilesTest, NothingIsWrittenUnderTheNameOfAConfiguration) {
+  for (const std::string& name : pathsThatNobodyMeans()) exportAndWait({}, name);
+  // None of them can be read, so every one of them means the default configuration.
+  EXPECT_EQ((std::vector<std::string>{"20120304.xml"}), namesIn(homeFolder + "/Desktop"));
+  EXPECT_EQ((std::vector<std::string>{"Test.epgconf"}), namesIn(dataFolder));
+  EXPECT_TRUE(namesIn(exportFolder).empty());
+  expectNothingElsewhere();
+}
+
+TEST_F(HostileFilesTest, AConfigurationsNameIsJoinedToTheDataFolderAsItIs) {
+  configure("../elsewhere", {{ZRLEPGDSConfigExportPath, exportFolder}});
+  const std::string before = contentOf(folder.file("elsewhere.epgconf"));
+  exportAndWait({}, "../elsewhere");
+  EXPECT_EQ((std::vector<std::string>{"20120304.xml"}), namesIn(exportFolder));
+  EXPECT_EQ((std::vector<std::string>{"data", "elsewhere.epgconf", "export", "home"}), namesIn(folder.path()));
+  EXPECT_EQ(before, contentOf(folder.file("elsewhere.epgconf")));
 }
 
 TEST_F(HostileFilesTest, AStoreNestedBeyondTheLimitIsUnreadableAndIsNeverWritten) {
