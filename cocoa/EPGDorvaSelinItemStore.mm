@@ -1,9 +1,11 @@
 #import "cocoa/EPGDorvaSelinItemStore.h"
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #import "cocoa/EPGDorvaSelinItem.h"
 #import "cocoa/FoundationItemStore.h"
@@ -129,9 +131,8 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 
 - (id)objectForKey:(id)key {
   const std::optional<std::string> uniqueID = optionalString(key);
-  const auto found = std::find_if(_snapshot->begin(), _snapshot->end(),
-                                  [&](const auto& entry) { return uniqueID && entry.first == *uniqueID; });
-  return found != _snapshot->end() ? epg::cocoa::objectOfEntry(*_handedOut, found->first, found->second) : nil;
+  const epg::EPGItemStoreRecord* const found = uniqueID ? _snapshot->find(*uniqueID) : nullptr;
+  return found != nullptr ? epg::cocoa::objectOfEntry(*_handedOut, found->uniqueID, found->entry) : nil;
 }
 
 - (NSEnumerator*)keyEnumerator {
@@ -180,19 +181,23 @@ EPGItemStoreSnapshot snapshotOfObject(NSDictionary* object) {
   if ([object isKindOfClass:[EPGDorvaSelinItemStore class]]) {
     return [static_cast<EPGDorvaSelinItemStore*>(object) store]->snapshot();
   }
-  EPGItemStoreSnapshot snapshot;
-  const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
-  snapshot.reserve([object count]);
-  NSEnumerator* keys = [object keyEnumerator];
-  while (id key = [keys nextObject]) {
-    if ([key isKindOfClass:[NSString class]]) {
-      snapshot.emplace_back(fromString(key), entryOfObject([object objectForKey:key]));
-    } else {
-      snapshot.emplace_back(fromString([key description]), EPGItemStoreEntry{nullptr, foreignObject(key)});
+  std::vector<EPGItemStoreRecord> records;
+  std::vector<EPGItemStoreRecord> foreign;
+  {
+    const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
+    records.reserve([object count]);
+    NSEnumerator* keys = [object keyEnumerator];
+    while (id key = [keys nextObject]) {
+      if ([key isKindOfClass:[NSString class]]) {
+        records.push_back({fromString(key), entryOfObject([object objectForKey:key])});
+      } else {
+        foreign.push_back({fromString([key description]), EPGItemStoreEntry{nullptr, foreignObject(key)}});
+      }
     }
   }
-  std::sort(snapshot.begin(), snapshot.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  return snapshot;
+  // Last, so that none is lost behind a text that reads like it.
+  std::move(foreign.begin(), foreign.end(), std::back_inserter(records));
+  return EPGItemStoreSnapshot(std::move(records));
 }
 
 }  // namespace epg::cocoa

@@ -1,5 +1,7 @@
 #import "cocoa/FoundationItemStore.h"
 
+#include <algorithm>
+
 #import "cocoa/EPGDorvaSelinItem.h"
 #import "cocoa/EPGDorvaSelinItemStore.h"
 #import "cocoa/FoundationValues.h"
@@ -30,6 +32,7 @@ std::vector<std::string> FoundationItemStore::uniqueIDs() const {
       uniqueIDs.push_back(uniqueID);
     }
   }
+  std::sort(uniqueIDs.begin(), uniqueIDs.end());
   return uniqueIDs;
 }
 

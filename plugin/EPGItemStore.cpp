@@ -1,11 +1,11 @@
 #include "plugin/EPGItemStore.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace epg {
 
 EPGItemStore::EPGItemStore(const PropertyListDictionary& content) {
-  entries_.reserve(content.size());
   for (const auto& [uniqueID, value] : content) {
     EPGItemStoreEntry entry;
     if (auto values = value.sharedDictionary()) {
@@ -13,14 +13,36 @@ EPGItemStore::EPGItemStore(const PropertyListDictionary& content) {
     } else {
       entry.value = value;
     }
-    entries_.emplace(uniqueID, std::move(entry));
+    EPGItemStore::setEntry(uniqueID, std::move(entry));
   }
 }
 
-std::shared_ptr<EPGItem> EPGItemStore::item(const std::string& uniqueID) const {
+EPGItemStore::Record EPGItemStore::recordOf(const std::string& uniqueID) const {
+  const std::size_t hash = EPGItemStoreSnapshot::hashOf(uniqueID);
   const std::lock_guard<std::mutex> lock(mutex_);
-  const auto entry = entries_.find(uniqueID);
-  return entry == entries_.end() ? nullptr : entry->second.item;
+  const Part& part = parts_[EPGItemStoreSnapshot::partOf(hash, partCount)];
+  return part ? part->find(hash, uniqueID) : nullptr;
+}
+
+EPGItemStorePart& EPGItemStore::changeablePart(std::size_t hash, Part* replaced) {
+  const std::size_t index = EPGItemStoreSnapshot::partOf(hash, partCount);
+  Part& part = parts_[index];
+  if (!part || madeAt_[index] != snapshots_) {
+    *replaced = part;
+    part = part ? std::make_shared<EPGItemStorePart>(*part) : std::make_shared<EPGItemStorePart>();
+    madeAt_[index] = snapshots_;
+  }
+  return *part;
+}
+
+void EPGItemStore::noteChange(const Record& before, const Record& after) {
+  entries_ = entries_ - (before ? 1 : 0) + (after ? 1 : 0);
+  items_ = items_ - (before && before->entry.item ? 1 : 0) + (after && after->entry.item ? 1 : 0);
+}
+
+std::shared_ptr<EPGItem> EPGItemStore::item(const std::string& uniqueID) const {
+  const Record record = recordOf(uniqueID);
+  return record ? record->entry.item : nullptr;
 }
 
 void EPGItemStore::setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item) {
@@ -30,28 +52,17 @@ void EPGItemStore::setItem(const std::string& uniqueID, std::shared_ptr<EPGItem>
   setEntry(uniqueID, std::move(entry));
 }
 
-void EPGItemStore::removeItem(const std::string& uniqueID) {
-  EPGItemStoreEntry removed;  // Given up after the lock, should it be the last hold on it.
-  const std::lock_guard<std::mutex> lock(mutex_);
-  const auto entry = entries_.find(uniqueID);
-  if (entry == entries_.end() || !entry->second.item) return;
-  std::swap(entry->second, removed);
-  entries_.erase(entry);
-}
+void EPGItemStore::removeItem(const std::string& uniqueID) { remove(uniqueID, Removed::Items); }
 
 std::size_t EPGItemStore::size() const {
   const std::lock_guard<std::mutex> lock(mutex_);
-  return static_cast<std::size_t>(
-      std::count_if(entries_.begin(), entries_.end(), [](const auto& entry) { return entry.second.item != nullptr; }));
+  return items_;
 }
 
 std::vector<std::string> EPGItemStore::uniqueIDs() const {
   std::vector<std::string> ids;
-  {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    for (const auto& [uniqueID, entry] : entries_) {
-      if (entry.item) ids.push_back(uniqueID);
-    }
+  for (const auto& [uniqueID, entry] : snapshot()) {
+    if (entry.item) ids.push_back(uniqueID);
   }
   std::sort(ids.begin(), ids.end());
   return ids;
@@ -59,38 +70,39 @@ std::vector<std::string> EPGItemStore::uniqueIDs() const {
 
 EPGItemStoreSnapshot EPGItemStore::snapshot() const {
   const std::lock_guard<std::mutex> lock(mutex_);
-  return EPGItemStoreSnapshot(entries_.begin(), entries_.end());
+  EPGItemStoreSnapshot snapshot(parts_, entries_);
+  ++snapshots_;
+  return snapshot;
 }
 
 std::optional<EPGItemStoreEntry> EPGItemStore::entry(const std::string& uniqueID) const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  const auto entry = entries_.find(uniqueID);
-  if (entry == entries_.end()) return std::nullopt;
-  return entry->second;
+  const Record record = recordOf(uniqueID);
+  return record ? std::optional<EPGItemStoreEntry>(record->entry) : std::nullopt;
 }
 
 void EPGItemStore::setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) {
-  // What stood there is given up after the lock, should it be the last hold on it.
+  const std::size_t hash = EPGItemStoreSnapshot::hashOf(uniqueID);
+  const Record record = std::make_shared<const EPGItemStoreRecord>(EPGItemStoreRecord{uniqueID, std::move(entry)});
+  // Given up after the lock, should it be the last hold on something that looks at the store as it goes.
+  Part replaced;
+  Record before;
   const std::lock_guard<std::mutex> lock(mutex_);
-  std::swap(entries_[uniqueID], entry);
+  before = changeablePart(hash, &replaced).set(hash, record);
+  noteChange(before, record);
 }
 
-void EPGItemStore::removeEntry(const std::string& uniqueID) {
-  EPGItemStoreEntry removed;
-  const std::lock_guard<std::mutex> lock(mutex_);
-  const auto entry = entries_.find(uniqueID);
-  if (entry == entries_.end()) return;
-  std::swap(entry->second, removed);
-  entries_.erase(entry);
-}
+void EPGItemStore::removeEntry(const std::string& uniqueID) { remove(uniqueID, Removed::Everything); }
 
-PropertyList propertyListOfStore(const EPGItemStoreSnapshot& snapshot) {
-  std::vector<PropertyListDictionary::Entry> entries;
-  entries.reserve(snapshot.size());
-  for (const auto& [uniqueID, entry] : snapshot) {
-    entries.emplace_back(uniqueID, entry.item ? PropertyList(entry.item->values()) : entry.value);
-  }
-  return PropertyList(PropertyListDictionary(std::move(entries)));
+void EPGItemStore::remove(const std::string& uniqueID, Removed what) {
+  const std::size_t hash = EPGItemStoreSnapshot::hashOf(uniqueID);
+  Part replaced;
+  Record before;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const Part& part = parts_[EPGItemStoreSnapshot::partOf(hash, partCount)];
+  const Record found = part ? part->find(hash, uniqueID) : nullptr;
+  if (!found || (what == Removed::Items && !found->entry.item)) return;
+  before = changeablePart(hash, &replaced).remove(hash, uniqueID);
+  noteChange(before, nullptr);
 }
 
 }  // namespace epg

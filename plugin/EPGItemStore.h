@@ -5,23 +5,13 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "model/EPGItem.h"
 #include "platform/PropertyList.h"
+#include "plugin/EPGItemStoreSnapshot.h"
 
 namespace epg {
-
-/// One entry of the store: an item, or a value that is none and is carried along as it was read.
-struct EPGItemStoreEntry {
-  std::shared_ptr<EPGItem> item;  ///< Null where the value is no dictionary.
-  PropertyList value;             ///< Only where there is no item.
-};
-
-/// The store's entries at one moment. The items are shared with the store.
-using EPGItemStoreSnapshot = std::vector<std::pair<std::string, EPGItemStoreEntry>>;
 
 /// The item store: EPG unique ID to EPG item, the key alone deciding which item belongs to which entry.
 ///
@@ -45,6 +35,7 @@ class EPGItemStore {
   virtual std::size_t size() const;
   /// The EPG unique IDs of all items, sorted by their bytes.
   virtual std::vector<std::string> uniqueIDs() const;
+  /// Takes the same few microseconds whatever the store holds.
   virtual EPGItemStoreSnapshot snapshot() const;
 
   /// What stands under the key, an item or not; nothing when there is no such key.
@@ -53,11 +44,26 @@ class EPGItemStore {
   virtual void removeEntry(const std::string& uniqueID);
 
  private:
-  mutable std::mutex mutex_;
-  std::unordered_map<std::string, EPGItemStoreEntry> entries_;
-};
+  using Record = EPGItemStorePart::Record;
+  using Part = std::shared_ptr<EPGItemStorePart>;
 
-/// The snapshot as the property list that "EPGItems.plist" holds, each item as it is at the time of the call.
-PropertyList propertyListOfStore(const EPGItemStoreSnapshot& snapshot);
+  Record recordOf(const std::string& uniqueID) const;
+  /// The part of the hash, ready to be changed: a copy of its own where a snapshot has the old one, which goes to
+  /// `replaced`. Needs the lock.
+  EPGItemStorePart& changeablePart(std::size_t hash, Part* replaced);
+  void noteChange(const Record& before, const Record& after);
+  enum class Removed { Items, Everything };
+  void remove(const std::string& uniqueID, Removed what);
+
+  // Many, so that a change after a snapshot copies little; few enough to be shared with one at once.
+  static constexpr std::size_t partCount = 1024;
+
+  mutable std::mutex mutex_;
+  EPGItemStoreSnapshot::Parts parts_ = EPGItemStoreSnapshot::Parts(partCount);
+  std::vector<std::size_t> madeAt_ = std::vector<std::size_t>(partCount);  ///< For each part, `snapshots_` at the time.
+  mutable std::size_t snapshots_ = 0;  ///< Taken so far. Parts from before the last one are shared.
+  std::size_t entries_ = 0;
+  std::size_t items_ = 0;
+};
 
 }  // namespace epg

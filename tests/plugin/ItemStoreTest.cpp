@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <thread>
@@ -130,7 +131,63 @@ TEST(ItemStoreTest, ASnapshotSharesTheItemsWithTheStore) {
   store.setItem("E1", itemTitled("A"));
   const EPGItemStoreSnapshot snapshot = store.snapshot();
   ASSERT_EQ(1U, snapshot.size());
-  EXPECT_EQ(store.item("E1"), snapshot[0].second.item);
+  EXPECT_EQ(store.item("E1"), snapshot.begin()->entry.item);
+}
+
+TEST(ItemStoreTest, ASnapshotOfManyEntriesKeepsThemAllWhateverChanges) {
+  EPGItemStore store;
+  std::map<std::string, std::shared_ptr<EPGItem>> expected;
+  for (int i = 0; i < 5000; ++i) {
+    const std::string id = "entry " + std::to_string(i);
+    store.setItem(id, expected[id] = itemTitled(id));
+  }
+  const EPGItemStoreSnapshot snapshot = store.snapshot();
+  const EPGItemStoreSnapshot copy = snapshot;
+  for (int i = 0; i < 5000; i += 2) store.removeItem("entry " + std::to_string(i));
+  for (int i = 1; i < 5000; i += 4) store.setItem("entry " + std::to_string(i), itemTitled("another"));
+  for (int i = 0; i < 100; ++i) store.setItem("new " + std::to_string(i), itemTitled("new"));
+  EXPECT_EQ(2600U, store.size());
+  for (const EPGItemStoreSnapshot* const one : {&snapshot, &copy}) {
+    ASSERT_EQ(expected.size(), one->size());
+    std::map<std::string, std::shared_ptr<EPGItem>> found;
+    for (const auto& [id, entry] : *one) found[id] = entry.item;
+    EXPECT_EQ(expected, found);
+    ASSERT_TRUE(one->find("entry 4998"));
+    EXPECT_EQ(expected["entry 4998"], one->find("entry 4998")->entry.item);
+    EXPECT_FALSE(one->find("new 1"));
+  }
+}
+
+TEST(ItemStoreTest, ASnapshotOfTheHostsOwnEntriesFindsEach) {
+  std::vector<EPGItemStoreRecord> records;
+  for (int i = 0; i < 100; ++i) records.push_back({std::to_string(i), {itemTitled("x"), {}}});
+  const EPGItemStoreSnapshot snapshot(records);
+  EXPECT_EQ(100U, snapshot.size());
+  for (const EPGItemStoreRecord& record : records) {
+    ASSERT_TRUE(snapshot.find(record.uniqueID));
+    EXPECT_EQ(record.entry.item, snapshot.find(record.uniqueID)->entry.item);
+  }
+  EXPECT_FALSE(snapshot.find("100"));
+  EXPECT_FALSE(EPGItemStoreSnapshot().find(""));
+  EXPECT_EQ(EPGItemStoreSnapshot().begin(), EPGItemStoreSnapshot().end());
+}
+
+TEST(ItemStorePartTest, TellsIDsWithTheSameHashApart) {
+  const auto record = [](const char* id) {
+    return std::make_shared<const EPGItemStoreRecord>(EPGItemStoreRecord{id, {}});
+  };
+  EPGItemStorePart part;
+  for (const char* const id : {"a", "b", "c"}) EXPECT_FALSE(part.set(7, record(id)));
+  EXPECT_FALSE(part.set(6, record("before")));
+  EXPECT_FALSE(part.set(8, record("behind")));
+  const auto another = record("b");
+  EXPECT_EQ("b", part.set(7, another)->uniqueID);
+  EXPECT_EQ(another, part.find(7, "b"));
+  EXPECT_EQ("a", part.remove(7, "a")->uniqueID);
+  EXPECT_FALSE(part.remove(7, "a"));
+  EXPECT_FALSE(part.find(7, "behind"));
+  EXPECT_EQ("c", part.find(7, "c")->uniqueID);
+  EXPECT_EQ(4U, part.slots().size());
 }
 
 /// A value of the host's that looks at something when it goes.
@@ -180,8 +237,8 @@ TEST(ItemStoreTest, CanBeReadAndChangedByManyThreadsAtOnce) {
   std::thread reader([&] {
     while (!done) {
       for (const auto& entry : store.snapshot()) {
-        const auto item = store.item(entry.first);
-        EXPECT_EQ(entry.first, item ? textOf(*item, ZRLEPGDSTitleKey) : entry.first);
+        const auto item = store.item(entry.uniqueID);
+        EXPECT_EQ(entry.uniqueID, item ? textOf(*item, ZRLEPGDSTitleKey) : entry.uniqueID);
       }
     }
   });

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/EPGItem.h"
+#include "platform/PropertyList.h"
+
+namespace epg {
+
+/// One entry of the store: an item, or a value that is none and is carried along as it was read.
+struct EPGItemStoreEntry {
+  std::shared_ptr<EPGItem> item;  ///< Null where the value is no dictionary.
+  PropertyList value;             ///< Only where there is no item.
+};
+
+/// An entry under its EPG unique ID.
+struct EPGItemStoreRecord {
+  std::string uniqueID;
+  EPGItemStoreEntry entry;
+};
+
+/// Some of the store's records, in the order of their IDs' hashes. Does not change while a snapshot shares it.
+class EPGItemStorePart {
+ public:
+  using Record = std::shared_ptr<const EPGItemStoreRecord>;
+
+  struct Slot {
+    std::size_t hash;
+    Record record;
+  };
+
+  /// Null when there is none.
+  Record find(std::size_t hash, const std::string& uniqueID) const;
+  /// Puts the record in; what stood under its ID before, or null.
+  Record set(std::size_t hash, Record record);
+  /// What stood under the ID, or null.
+  Record remove(std::size_t hash, const std::string& uniqueID);
+
+  const std::vector<Slot>& slots() const { return slots_; }
+
+ private:
+  std::vector<Slot>::const_iterator position(std::size_t hash, const std::string& uniqueID) const;
+
+  std::vector<Slot> slots_;
+};
+
+/// The store's entries at one moment, in no particular order. The items are shared with the store.
+///
+/// Shares all it holds with the store and with its own copies, so making one takes the same moment whatever it holds.
+/// Never changes; any number of threads may read it.
+class EPGItemStoreSnapshot {
+ public:
+  using Parts = std::vector<std::shared_ptr<EPGItemStorePart>>;
+
+  class Iterator {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = EPGItemStoreRecord;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const EPGItemStoreRecord*;
+    using reference = const EPGItemStoreRecord&;
+
+    Iterator() = default;
+    Iterator(const Parts* parts, std::size_t part) : parts_(parts), part_(part) { skipEmptyParts(); }
+
+    reference operator*() const { return *(*parts_)[part_]->slots()[slot_].record; }
+    pointer operator->() const { return &**this; }
+    Iterator& operator++();
+    Iterator operator++(int);
+    friend bool operator==(const Iterator& a, const Iterator& b) { return a.part_ == b.part_ && a.slot_ == b.slot_; }
+    friend bool operator!=(const Iterator& a, const Iterator& b) { return !(a == b); }
+
+   private:
+    void skipEmptyParts();
+
+    const Parts* parts_ = nullptr;
+    std::size_t part_ = 0;
+    std::size_t slot_ = 0;
+  };
+  using iterator = Iterator;
+  using const_iterator = Iterator;
+  using value_type = EPGItemStoreRecord;
+
+  EPGItemStoreSnapshot() = default;
+  /// For a store that is none of ours.
+  explicit EPGItemStoreSnapshot(std::vector<EPGItemStoreRecord> records);
+  /// Null parts are empty. Their number is a power of two, and a record stands in the part that the last bits of its
+  /// ID's hash say.
+  EPGItemStoreSnapshot(Parts parts, std::size_t size) : parts_(std::move(parts)), size_(size) {}
+
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+  Iterator begin() const { return Iterator(&parts_, 0); }
+  Iterator end() const { return Iterator(&parts_, parts_.size()); }
+  /// Null when there is no such entry. Lives as long as this object.
+  const EPGItemStoreRecord* find(const std::string& uniqueID) const;
+
+  static std::size_t hashOf(const std::string& uniqueID);
+  /// Which of `count` parts a record is in.
+  static std::size_t partOf(std::size_t hash, std::size_t count) { return hash & (count - 1); }
+
+ private:
+  Parts parts_;
+  std::size_t size_ = 0;
+};
+
+/// The snapshot as the property list that "EPGItems.plist" holds, each item as it is at the time of the call.
+PropertyList propertyListOfStore(const EPGItemStoreSnapshot& snapshot);
+
+}  // namespace epg
