@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include "host/Gzip.h"
 #include "host/InputFile.h"
@@ -81,10 +81,16 @@ void readElement(const ElementReader& reader, pugi::xml_node element, XMLTVProgr
   }
 }
 
+struct StringWriter : pugi::xml_writer {
+  void write(const void* data, std::size_t size) override { text.append(static_cast<const char*>(data), size); }
+
+  std::string text;
+};
+
 std::string asItStands(pugi::xml_node element) {
-  std::ostringstream text;
-  element.print(text, "", pugi::format_raw | pugi::format_no_escapes);
-  return text.str();
+  StringWriter writer;
+  element.print(writer, "", pugi::format_raw | pugi::format_no_escapes, pugi::encoding_utf8);
+  return std::move(writer.text);
 }
 
 /// Whether `read` could use what it was to read. Where it could not, a warning tells that `what` was left out of the
