@@ -18,12 +18,17 @@ class BridgedItemStore : public EPGItemStore {
 
   /// What stands under the ID as an object, autoreleased; nil when nothing does.
   id object(const std::string& uniqueID);
+  /// The object of a record of one of this store's snapshots, autoreleased: the one that is handed out for its entry,
+  /// as long as that stands in the store.
+  id objectOfRecord(const EPGItemStoreRecord& record);
 
   void removeItem(const std::string& uniqueID) override;
   void setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) override;
   void removeEntry(const std::string& uniqueID) override;
 
  private:
+  id standingObject(const std::string& uniqueID, const EPGItemStoreEntry& given);
+
   HandedOutObjects handedOut_;
 };
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #import "cocoa/EPGDorvaSelinItem.h"
+#import "cocoa/FoundationValues.h"
 
 namespace epg::cocoa {
 
@@ -27,13 +28,22 @@ BridgedItemStore::BridgedItemStore(const EPGItemStoreSnapshot& content) {
 
 id BridgedItemStore::object(const std::string& uniqueID) {
   const std::optional<EPGItemStoreEntry> given = entry(uniqueID);
-  if (!given) {
-    return nil;
+  return given ? standingObject(uniqueID, *given) : nil;
+}
+
+id BridgedItemStore::objectOfRecord(const EPGItemStoreRecord& record) {
+  const std::optional<EPGItemStoreEntry> now = entry(record.uniqueID);
+  if (now && isSame(*now, record.entry)) {
+    return standingObject(record.uniqueID, record.entry);
   }
-  id object = objectOfEntry(handedOut_, uniqueID, *given);
+  return record.entry.item != nullptr ? objectOfItem(record.entry.item) : toObject(record.entry.value);
+}
+
+id BridgedItemStore::standingObject(const std::string& uniqueID, const EPGItemStoreEntry& given) {
+  id object = objectOfEntry(handedOut_, uniqueID, given);
   // Whoever removed or replaced the entry in the meantime has not seen this object.
   const std::optional<EPGItemStoreEntry> now = entry(uniqueID);
-  if (!now || !isSame(*now, *given)) {
+  if (!now || !isSame(*now, given)) {
     handedOut_.forget(uniqueID);
   }
   return object;

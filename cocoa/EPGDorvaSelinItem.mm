@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <string>
 #include <unordered_map>
+#include <vector>
 
 #import "cocoa/FoundationItem.h"
 #import "cocoa/FoundationValues.h"
@@ -31,6 +33,11 @@ const epg::PropertyListDictionary::Entry* entryUnder(const epg::PropertyListDict
     return foreign != nil ? [foreign isEqual:key] != NO : name && entry.first == *name;
   });
   return found != values.end() ? &*found : nullptr;
+}
+
+id keyOf(const std::string& name, const epg::PropertyList& value) {
+  const id foreign = epg::cocoa::foreignKey(value);
+  return foreign != nil ? foreign : epg::cocoa::toString(name);
 }
 
 }  // namespace
@@ -89,6 +96,18 @@ struct EPGDorvaSelinItemParts {
   return _parts->owners;
 }
 
+#ifdef __APPLE__
+// Weak references, too, are for the count kept here, not the runtime's own.
+
+- (BOOL)allowsWeakReference {
+  return _parts->owners != 0 ? YES : NO;
+}
+
+- (BOOL)retainWeakReference {
+  return [self retainIfOwned];
+}
+#endif
+
 - (void)dealloc {
   {
     Registry& all = registry();
@@ -116,14 +135,24 @@ struct EPGDorvaSelinItemParts {
   return entry != nullptr ? _parts->handedOut.object(entry->first, entry->second) : nil;
 }
 
-- (NSEnumerator*)keyEnumerator {
-  NSMutableArray* keys = [NSMutableArray array];
+- (NSArray*)allKeys {
   const epg::EPGItem::Values values = _parts->item->values();
+  NSMutableArray* keys = [NSMutableArray arrayWithCapacity:values->size()];
   for (const auto& [key, value] : *values) {
-    const id foreign = epg::cocoa::foreignKey(value);
-    [keys addObject:foreign != nil ? foreign : epg::cocoa::toString(key)];
+    [keys addObject:keyOf(key, value)];
   }
-  return [keys objectEnumerator];
+  return keys;
+}
+
+- (NSDictionary*)entries {
+  const epg::EPGItem::Values values = _parts->item->values();
+  std::vector<id> keys;
+  std::vector<id> objects;
+  for (const auto& [key, value] : *values) {
+    keys.push_back(keyOf(key, value));
+    objects.push_back(_parts->handedOut.object(key, value));
+  }
+  return [NSDictionary dictionaryWithObjects:objects.data() forKeys:keys.data() count:keys.size()];
 }
 
 - (void)setObject:(id)object forKey:(id<NSCopying>)key {

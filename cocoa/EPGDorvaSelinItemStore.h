@@ -9,8 +9,7 @@
 #include "plugin/EPGItemStore.h"
 
 /// An item store of the core as the live mutable dictionary that a host expects. Keys are strings. Any thread may
-/// read and change it at any time, as every operation is the store's own; whoever enumerates sees the keys of the
-/// moment when it began.
+/// read and change it at any time.
 @interface EPGDorvaSelinItemStore : EPGDorvaSelinDictionary {
  @private
   std::shared_ptr<epg::cocoa::BridgedItemStore>* _store;

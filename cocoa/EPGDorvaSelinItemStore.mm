@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <mutex>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -26,12 +25,26 @@ epg::EPGItemStoreEntry entryOfObject(id object) {
   return entry;
 }
 
-NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
+NSArray* keysOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
   NSMutableArray* keys = [NSMutableArray arrayWithCapacity:snapshot.size()];
   for (const auto& [uniqueID, entry] : snapshot) {
     [keys addObject:toString(uniqueID)];
   }
-  return [keys objectEnumerator];
+  return keys;
+}
+
+/// With the object that `objectOfRecord` gives for each record.
+template <typename ObjectOfRecord>
+NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, const ObjectOfRecord& objectOfRecord) {
+  std::vector<id> keys;
+  std::vector<id> objects;
+  keys.reserve(snapshot.size());
+  objects.reserve(snapshot.size());
+  for (const epg::EPGItemStoreRecord& record : snapshot) {
+    keys.push_back(toString(record.uniqueID));
+    objects.push_back(objectOfRecord(record));
+  }
+  return [NSDictionary dictionaryWithObjects:objects.data() forKeys:keys.data() count:keys.size()];
 }
 
 }  // namespace
@@ -71,8 +84,13 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
   return uniqueID ? (*_store)->object(*uniqueID) : nil;
 }
 
-- (NSEnumerator*)keyEnumerator {
-  return keyEnumeratorOfSnapshot((*_store)->snapshot());
+- (NSArray*)allKeys {
+  return keysOfSnapshot((*_store)->snapshot());
+}
+
+- (NSDictionary*)entries {
+  epg::cocoa::BridgedItemStore& store = **_store;
+  return dictionaryOfSnapshot(store.snapshot(), [&](const auto& record) { return store.objectOfRecord(record); });
 }
 
 - (void)setObject:(id)object forKey:(id<NSCopying>)key {
@@ -136,7 +154,31 @@ NSEnumerator* keyEnumeratorOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot)
 }
 
 - (NSEnumerator*)keyEnumerator {
-  return keyEnumeratorOfSnapshot(*_snapshot);
+  return [keysOfSnapshot(*_snapshot) objectEnumerator];
+}
+
+- (NSEnumerator*)objectEnumerator {
+  epg::cocoa::HandedOutObjects& handedOut = *_handedOut;
+  const auto objectOfRecord = [&](const epg::EPGItemStoreRecord& record) {
+    return epg::cocoa::objectOfEntry(handedOut, record.uniqueID, record.entry);
+  };
+  return [dictionaryOfSnapshot(*_snapshot, objectOfRecord) objectEnumerator];
+}
+
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state objects:(id*)buffer count:(NSUInteger)length {
+  return epg::cocoa::nextKeys(self, state, buffer, length);
+}
+
+- (NSString*)description {
+  return [epg::cocoa::withoutLiveDictionaries(self) description];
+}
+
+- (NSString*)descriptionWithLocale:(id)locale {
+  return [epg::cocoa::withoutLiveDictionaries(self) descriptionWithLocale:locale];
+}
+
+- (NSString*)descriptionWithLocale:(id)locale indent:(NSUInteger)level {
+  return [epg::cocoa::withoutLiveDictionaries(self) descriptionWithLocale:locale indent:level];
 }
 
 - (id)copyWithZone:(NSZone*)zone {
@@ -183,16 +225,13 @@ EPGItemStoreSnapshot snapshotOfObject(NSDictionary* object) {
   }
   std::vector<EPGItemStoreRecord> records;
   std::vector<EPGItemStoreRecord> foreign;
-  {
-    const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
-    records.reserve([object count]);
-    NSEnumerator* keys = [object keyEnumerator];
-    while (id key = [keys nextObject]) {
-      if ([key isKindOfClass:[NSString class]]) {
-        records.push_back({fromString(key), entryOfObject([object objectForKey:key])});
-      } else {
-        foreign.push_back({fromString([key description]), EPGItemStoreEntry{nullptr, foreignObject(key)}});
-      }
+  const std::vector<std::pair<id, id>> entries = entriesOfHostDictionary(object);
+  records.reserve(entries.size());
+  for (const auto& [key, value] : entries) {
+    if ([key isKindOfClass:[NSString class]]) {
+      records.push_back({fromString(key), entryOfObject(value)});
+    } else {
+      foreign.push_back({fromString([key description]), EPGItemStoreEntry{nullptr, foreignObject(key)}});
     }
   }
   // Last, so that none is lost behind a text that reads like it.

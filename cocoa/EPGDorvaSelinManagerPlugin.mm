@@ -11,8 +11,10 @@
 #import "cocoa/ExceptionGuard.h"
 #import "cocoa/FoundationItemList.h"
 #import "cocoa/FoundationValues.h"
+#import "cocoa/HostException.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
 
+using epg::cocoa::calledByHost;
 using epg::cocoa::fromString;
 using epg::cocoa::optionalDate;
 using epg::cocoa::toString;
@@ -44,11 +46,46 @@ class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
 /// report, on the export's thread, while the host's own thread does the same.
 __thread NSArray* eventsHandedIn = nil;
 
+/// What the events of the export that this thread makes raised when they were read.
+__thread NSException* eventsRaised = nil;
+
+/// Gives a variable another value until this goes.
+template <typename Value>
+class ForThisCall {
+ public:
+  ForThisCall(Value* variable, Value value) : variable_(variable), before_(*variable) { *variable = value; }
+  ForThisCall(const ForThisCall&) = delete;
+  ForThisCall& operator=(const ForThisCall&) = delete;
+  ~ForThisCall() { *variable_ = before_; }
+
+ private:
+  Value* variable_;
+  Value before_;
+};
+
+/// The platform for plug-ins. An export of which not all events could be read ends as any does that cannot be written:
+/// its first question, before it touches a file, is the time.
+class EnvironmentOfPlugins : public epg::cocoa::CocoaEnvironment {
+ public:
+  static EnvironmentOfPlugins& shared() {
+    // Left to the end of the process: detached threads may still use it while static objects are destroyed.
+    static EnvironmentOfPlugins* const environment = new EnvironmentOfPlugins;
+    return *environment;
+  }
+
+  epg::Instant now() override {
+    if (eventsRaised != nil) {
+      throw epg::cocoa::HostException(eventsRaised);
+    }
+    return CocoaEnvironment::now();
+  }
+};
+
 /// The core's plug-in with the platform's threads and view controller. Lives as long as the object it belongs to.
 class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
  public:
   PluginOfObject(::EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, const std::string& dataFolderPath)
-      : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, epg::cocoa::CocoaEnvironment::shared()),
+      : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, EnvironmentOfPlugins::shared()),
         object_(object),
         bundle_([bundle retain]) {}
   ~PluginOfObject() override {
@@ -60,10 +97,17 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
 
   /// The events are read on the export's own thread, out of a list that the host no longer changes.
   void exportEvents(NSArray* events, const std::string& configurationFilename) {
-    NSArray* const before = eventsHandedIn;
-    eventsHandedIn = events;
+    const ForThisCall<NSArray*> handedIn(&eventsHandedIn, events);
     epg::EPGDorvaSelinManagerPlugin::exportEvents(std::vector<epg::EPGEvent>(), configurationFilename);
-    eventsHandedIn = before;
+  }
+
+  using epg::EPGDorvaSelinManagerPlugin::exportEventsThread;
+
+  void exportEventsThread(NSArray* events) {
+    std::vector<epg::EPGEvent> read;
+    NSException* const raised = epg::cocoa::exceptionRaisedBy([&] { read = epg::cocoa::fromEvents(events); });
+    const ForThisCall<NSException*> raisedByEvents(&eventsRaised, raised);
+    epg::EPGDorvaSelinManagerPlugin::exportEventsThread(std::move(read));
   }
 
  protected:
@@ -74,9 +118,7 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
   }
 
   void detachExportThread(std::vector<epg::EPGEvent> /*events*/) override {
-    NSArray* events = eventsHandedIn != nil ? [eventsHandedIn copy] : [[NSArray alloc] init];
-    detachThread(@selector(exportEventsThread:), events);
-    [events release];
+    detachThread(@selector(exportEventsThread:), eventsHandedIn);
   }
 
   std::shared_ptr<epg::EPGDorvaSelinViewController> makeViewController(const std::string& nibName) override {
@@ -182,11 +224,13 @@ struct EPGDorvaSelinManagerPluginParts {
 }
 
 - (void)setEditedEPGUniqueIDs:(NSArray*)uniqueIDs {
-  _parts->plugin->setEditedEPGUniqueIDs(epg::cocoa::fromStrings(uniqueIDs));
+  auto& plugin = *_parts->plugin;
+  calledByHost([&] { plugin.setEditedEPGUniqueIDs(epg::cocoa::fromStrings(uniqueIDs)); });
 }
 
 - (NSView*)editorView {
-  epg::View* view = _parts->plugin->editorView();
+  auto& plugin = *_parts->plugin;
+  epg::View* view = calledByHost([&] { return plugin.editorView(); });
   return view != nullptr ? static_cast<epg::cocoa::CocoaView*>(view)->view : nil;
 }
 
@@ -201,25 +245,32 @@ struct EPGDorvaSelinManagerPluginParts {
 }
 
 - (BOOL)commitEditing {
-  return _parts->plugin->commitEditing() ? YES : NO;
+  auto& plugin = *_parts->plugin;
+  return calledByHost([&] { return plugin.commitEditing(); }) ? YES : NO;
 }
 
 - (void)revertEditing {
-  _parts->plugin->revertEditing();
+  auto& plugin = *_parts->plugin;
+  calledByHost([&] { plugin.revertEditing(); });
 }
 
 - (void)removeEPGItemsWithUniqueIDs:(NSArray*)uniqueIDs {
-  _parts->plugin->removeEPGItemsWithUniqueIDs(epg::cocoa::fromStrings(uniqueIDs));
+  auto& plugin = *_parts->plugin;
+  calledByHost([&] { plugin.removeEPGItemsWithUniqueIDs(epg::cocoa::fromStrings(uniqueIDs)); });
 }
 
 - (void)duplicateEPGItemWithUniqueID:(NSString*)sourceUniqueID toItemWithUniqueID:(NSString*)targetUniqueID {
+  auto& plugin = *_parts->plugin;
   if (sourceUniqueID != nil && targetUniqueID != nil) {
-    _parts->plugin->duplicateEPGItemWithUniqueID(fromString(sourceUniqueID), fromString(targetUniqueID));
+    calledByHost([&] { plugin.duplicateEPGItemWithUniqueID(fromString(sourceUniqueID), fromString(targetUniqueID)); });
   }
 }
 
 - (void)exportEvents:(NSArray*)events configurationFilename:(NSString*)configurationFilename {
-  _parts->plugin->exportEvents(events, fromString(configurationFilename));
+  auto& plugin = *_parts->plugin;
+  // Before anything has begun, as a list of the host's may raise an exception.
+  NSArray* copy = events != nil ? [[events copy] autorelease] : [NSArray array];
+  calledByHost([&] { plugin.exportEvents(copy, fromString(configurationFilename)); });
 }
 
 - (void)cancelExportEvents {
@@ -231,25 +282,30 @@ struct EPGDorvaSelinManagerPluginParts {
 }
 
 - (void)saveEPGItemsToFile {
-  _parts->plugin->saveEPGItemsToFile();
+  auto& plugin = *_parts->plugin;
+  calledByHost([&] { plugin.saveEPGItemsToFile(); });
 }
 
 - (void)saveEPGItemsToFileThread:(NSDictionary*)snapshot {
+  auto& plugin = *_parts->plugin;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   if (snapshot != nil) {
-    _parts->plugin->saveEPGItemsToFileThread(epg::cocoa::snapshotOfObject(snapshot));
+    calledByHost([&] { plugin.saveEPGItemsToFileThread(epg::cocoa::snapshotOfObject(snapshot)); });
   }
   [pool drain];
 }
 
 - (BOOL)writeXMLFileWithEvents:(NSArray*)events forDate:(NSDate*)date {
+  auto& plugin = *_parts->plugin;
   const std::optional<epg::Instant> instant = optionalDate(date);
-  return instant && _parts->plugin->writeXMLFileWithEvents(epg::cocoa::fromEvents(events), *instant) ? YES : NO;
+  const auto write = [&] { return plugin.writeXMLFileWithEvents(epg::cocoa::fromEvents(events), *instant); };
+  return instant && calledByHost(write) ? YES : NO;
 }
 
 - (void)exportEventsThread:(NSArray*)events {
+  auto& plugin = *_parts->plugin;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  _parts->plugin->exportEventsThread(epg::cocoa::fromEvents(events));
+  calledByHost([&] { plugin.exportEventsThread(events); });
   [pool drain];
 }
 
@@ -267,12 +323,17 @@ struct EPGDorvaSelinManagerPluginParts {
 }
 
 - (NSXMLElement*)tagsXMLElementWithTags:(NSArray*)tags {
-  const epg::PropertyList list = epg::cocoa::fromObject(tags != nil ? tags : [NSArray array]);
-  return toXMLElement(_parts->plugin->tagsXMLElementWithTags(list.asArray()));
+  auto& plugin = *_parts->plugin;
+  return calledByHost([&] {
+    const epg::PropertyList list = epg::cocoa::fromObject(tags != nil ? tags : [NSArray array]);
+    return toXMLElement(plugin.tagsXMLElementWithTags(list.asArray()));
+  });
 }
 
 - (NSXMLElement*)xmlEventWithDictionary:(NSDictionary*)event {
-  const std::optional<epg::XMLElement> program = _parts->plugin->xmlEventWithDictionary(epg::cocoa::fromEvent(event));
+  auto& plugin = *_parts->plugin;
+  const std::optional<epg::XMLElement> program =
+      calledByHost([&] { return plugin.xmlEventWithDictionary(epg::cocoa::fromEvent(event)); });
   return program ? toXMLElement(*program) : nil;
 }
 

@@ -6,6 +6,9 @@
 #import "cocoa/EPGDorvaSelinViewControllerParts.h"
 #import "cocoa/FoundationItemList.h"
 #import "cocoa/FoundationValues.h"
+#import "cocoa/HostException.h"
+
+using epg::cocoa::calledByHost;
 
 namespace epg::cocoa {
 
@@ -127,7 +130,9 @@ void forgetDataSource(NSView* view, id dataSource) {
 }
 
 - (void)setItems:(NSMutableArray*)items {
-  _parts->controller.setItems(items != nil ? std::make_shared<epg::cocoa::FoundationItemList>(items) : nullptr);
+  auto& controller = _parts->controller;
+  calledByHost(
+      [&] { controller.setItems(items != nil ? std::make_shared<epg::cocoa::FoundationItemList>(items) : nullptr); });
 }
 
 - (NSMutableArray*)items {
@@ -142,8 +147,11 @@ void forgetDataSource(NSView* view, id dataSource) {
 }
 
 - (id)tableView:(NSTableView*)tableView objectValueForTableColumn:(NSTableColumn*)column row:(NSInteger)row {
-  const epg::EPGDorvaSelinViewController::ObjectValue value = _parts->controller.tableViewObjectValue(
-      [self coreTableView:tableView], epg::cocoa::optionalString([column identifier]).value_or(""), row);
+  auto& controller = _parts->controller;
+  const epg::TableView* const table = [self coreTableView:tableView];
+  const epg::EPGDorvaSelinViewController::ObjectValue value = calledByHost([&] {
+    return controller.tableViewObjectValue(table, epg::cocoa::optionalString([column identifier]).value_or(""), row);
+  });
   if (const std::string* name = std::get_if<std::string>(&value)) {
     return epg::cocoa::toString(*name);
   }
@@ -157,9 +165,12 @@ void forgetDataSource(NSView* view, id dataSource) {
     setObjectValue:(id)value
     forTableColumn:(NSTableColumn*)column
                row:(NSInteger)row {
-  _parts->controller.tableViewSetObjectValue([self coreTableView:tableView],
-                                             [value respondsToSelector:@selector(intValue)] ? [value intValue] : 0,
-                                             epg::cocoa::optionalString([column identifier]).value_or(""), row);
+  auto& controller = _parts->controller;
+  const epg::TableView* const table = [self coreTableView:tableView];
+  calledByHost([&] {
+    controller.tableViewSetObjectValue(table, [value respondsToSelector:@selector(intValue)] ? [value intValue] : 0,
+                                       epg::cocoa::optionalString([column identifier]).value_or(""), row);
+  });
 }
 
 /// The core's table for one of AppKit's, which may be any.
@@ -169,27 +180,33 @@ void forgetDataSource(NSView* view, id dataSource) {
 }
 
 - (NSInteger)stateOfTagAtIndex:(int)index {
-  return _parts->controller.stateOfTagAtIndex(index);
+  auto& controller = _parts->controller;
+  return calledByHost([&] { return controller.stateOfTagAtIndex(index); });
 }
 
 - (void)setStateOfTag:(NSInteger)state atIndex:(int)index {
-  _parts->controller.setStateOfTag(state, index);
+  auto& controller = _parts->controller;
+  calledByHost([&] { controller.setStateOfTag(state, index); });
 }
 
 - (void)updateTagsTableView {
-  _parts->controller.updateTagsTableView();
+  auto& controller = _parts->controller;
+  calledByHost([&] { controller.updateTagsTableView(); });
 }
 
 - (void)updateImageURLTextField {
-  _parts->controller.updateImageURLTextField();
+  auto& controller = _parts->controller;
+  calledByHost([&] { controller.updateImageURLTextField(); });
 }
 
 - (void)updateTitleTextField {
-  _parts->controller.updateTitleTextField();
+  auto& controller = _parts->controller;
+  calledByHost([&] { controller.updateTitleTextField(); });
 }
 
 - (void)updateDescriptionTextField {
-  _parts->controller.updateDescriptionTextField();
+  auto& controller = _parts->controller;
+  calledByHost([&] { controller.updateDescriptionTextField(); });
 }
 
 - (void)setMixedTextField:(NSTextField*)textField value:(BOOL)mixed {
@@ -204,7 +221,8 @@ void forgetDataSource(NSView* view, id dataSource) {
 }
 
 - (void)applyChanges {
-  _parts->controller.applyChanges();
+  auto& controller = _parts->controller;
+  calledByHost([&] { controller.applyChanges(); });
 }
 
 @end

@@ -10,7 +10,7 @@
 namespace epg::cocoa {
 
 /// An EPG item that is a dictionary of the host's, read and changed in place. Any thread, as far as the plug-in's own
-/// uses go (cocoa/HostDictionary.h).
+/// uses of the platform's dictionaries go (cocoa/HostDictionary.h).
 class FoundationItem : public EPGItem {
  public:
   explicit FoundationItem(NSDictionary* dictionary);
@@ -20,7 +20,7 @@ class FoundationItem : public EPGItem {
   NSMutableDictionary* dictionary() const;
 
   /// Entries under keys that are no strings are there too, as foreign values.
-  /// Throws std::runtime_error with the platform's description when the dictionary raises an exception.
+  /// Throws a `HostException` when the dictionary raises an exception.
   Values values() const override;
   /// Raises the platform's own exception when the host's dictionary cannot be changed.
   void setValues(const std::vector<PropertyListDictionary::Entry>& entries) override;

@@ -1,13 +1,10 @@
 #import "cocoa/FoundationItem.h"
 
-#import "cocoa/ExceptionGuard.h"
 #import "cocoa/FoundationValues.h"
 #import "cocoa/HostDictionary.h"
+#import "cocoa/HostException.h"
 
 #include <memory>
-#include <mutex>
-#include <stdexcept>
-#include <utility>
 
 namespace epg::cocoa {
 
@@ -20,20 +17,12 @@ NSMutableDictionary* FoundationItem::dictionary() const { return [[dictionary_ r
 
 EPGItem::Values FoundationItem::values() const {
   auto values = std::make_shared<PropertyListDictionary>();
-  // The host may be changing the dictionary at this moment. The core knows what to do with an exception of its own
-  // language; the platform's would unwind it unnoticed.
-  const auto read = [&] {
-    const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
-    *values = fromDictionary(dictionary_);
-  };
-  if (NSException* exception = exceptionRaisedBy(read)) {
-    throw std::runtime_error(fromString([exception description]));
-  }
+  // The host may be changing the dictionary at this moment.
+  callHost([&] { *values = fromDictionary(dictionary_); });
   return values;
 }
 
 void FoundationItem::setValues(const std::vector<PropertyListDictionary::Entry>& entries) {
-  const std::lock_guard<std::recursive_mutex> lock(hostDictionaryMutex());
   for (const auto& [key, value] : entries) {
     setObjectInHostDictionary(dictionary_, toObject(value), toString(key));
   }

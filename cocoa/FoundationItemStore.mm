@@ -6,11 +6,14 @@
 #import "cocoa/EPGDorvaSelinItemStore.h"
 #import "cocoa/FoundationValues.h"
 #import "cocoa/HostDictionary.h"
+#import "cocoa/HostException.h"
 
 namespace epg::cocoa {
 
 std::shared_ptr<EPGItem> FoundationItemStore::item(const std::string& uniqueID) const {
-  return itemOfObject(objectInHostDictionary(dictionary_, toString(uniqueID)));
+  std::shared_ptr<EPGItem> item;
+  callHost([&] { item = itemOfObject(objectInHostDictionary(dictionary_, toString(uniqueID))); });
+  return item;
 }
 
 void FoundationItemStore::setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item) {
@@ -20,7 +23,10 @@ void FoundationItemStore::setItem(const std::string& uniqueID, std::shared_ptr<E
 }
 
 void FoundationItemStore::removeItem(const std::string& uniqueID) {
-  removeObjectInHostDictionary(dictionary_, toString(uniqueID));
+  NSString* const key = toString(uniqueID);
+  if ([objectInHostDictionary(dictionary_, key) isKindOfClass:[NSDictionary class]]) {
+    removeObjectInHostDictionary(dictionary_, key);
+  }
 }
 
 std::size_t FoundationItemStore::size() const { return uniqueIDs().size(); }

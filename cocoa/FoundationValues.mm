@@ -1,6 +1,7 @@
 #import "cocoa/FoundationValues.h"
 
 #import "cocoa/EPGDorvaSelinKeyConstants.h"
+#import "cocoa/HostDictionary.h"
 
 #include <cstring>
 #include <memory>
@@ -72,19 +73,19 @@ PropertyList fromObject(id object, int depth);
 
 struct DictionaryParts {
   PropertyListDictionary entries;
-  std::vector<id> foreignKeys;  ///< Those that are no strings.
+  std::vector<std::pair<id, id>> foreign;  ///< Those whose keys are no strings.
 };
 
 DictionaryParts partsOfDictionary(NSDictionary* dictionary, int depth) {
   DictionaryParts parts;
   std::vector<PropertyListDictionary::Entry> entries;
-  entries.reserve([dictionary count]);
-  NSEnumerator* keys = [dictionary keyEnumerator];
-  while (id key = [keys nextObject]) {
+  const std::vector<std::pair<id, id>> all = entriesOfHostDictionary(dictionary);
+  entries.reserve(all.size());
+  for (const auto& [key, object] : all) {
     if ([key isKindOfClass:[NSString class]]) {
-      entries.emplace_back(fromString(key), fromObject([dictionary objectForKey:key], depth + 1));
+      entries.emplace_back(fromString(key), fromObject(object, depth + 1));
     } else {
-      parts.foreignKeys.push_back(key);
+      parts.foreign.emplace_back(key, object);
     }
   }
   parts.entries = PropertyListDictionary(std::move(entries));
@@ -116,7 +117,7 @@ PropertyList fromObject(id object, int depth) {
     }
     if ([object isKindOfClass:[NSDictionary class]]) {
       DictionaryParts parts = partsOfDictionary(object, depth);
-      if (parts.foreignKeys.empty()) {
+      if (parts.foreign.empty()) {
         return PropertyList(std::move(parts.entries));
       }
     }
@@ -169,14 +170,13 @@ id toObject(const PropertyList& value) {
 
 PropertyListDictionary fromDictionary(NSDictionary* dictionary) {
   DictionaryParts parts = partsOfDictionary(dictionary, 1);
-  for (id key : parts.foreignKeys) {
+  for (const auto& [key, object] : parts.foreign) {
     // Out of the way of the host's own strings.
     std::string name = std::string(1, '\0') + fromString([key description]);
     while (parts.entries.find(name) != nullptr) {
       name += '\0';
     }
-    parts.entries.set(name,
-                      PropertyList::fromForeign(std::make_shared<ForeignEntry>(key, [dictionary objectForKey:key])));
+    parts.entries.set(name, PropertyList::fromForeign(std::make_shared<ForeignEntry>(key, object)));
   }
   return std::move(parts.entries);
 }

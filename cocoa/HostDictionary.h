@@ -2,17 +2,21 @@
 
 #import <Foundation/Foundation.h>
 
-#include <mutex>
+#include <utility>
+#include <vector>
 
 /// Dictionaries that a host gave and goes on using. The threads of saves and exports read them while the main thread,
-/// through the plug-in's operations, changes them; these uses of the plug-in's own take turns. A host that changes one
-/// by itself meanwhile is on its own.
+/// through the plug-in's operations, changes them. Where a dictionary is one of the platform's own classes, these uses
+/// of the plug-in's take turns; a host that changes it by itself meanwhile is on its own. A dictionary of a class of
+/// the host's own is called as it is: whether it can be used from several threads is the host's affair, and it may hold
+/// a lock of its own, which must not meet one of the plug-in's.
 namespace epg::cocoa {
 
-/// Held while any of these dictionaries is read or changed. Recursive, as one may be inside another. Whoever holds it
-/// calls nothing of the host's but the operations of its dictionaries and of the values in them.
-std::recursive_mutex& hostDictionaryMutex();
+/// Whether the plug-in's uses of the dictionary take turns.
+bool isPlatformDictionary(NSDictionary* dictionary);
 
+/// Keys and objects as they stand together at one moment, autoreleased.
+std::vector<std::pair<id, id>> entriesOfHostDictionary(NSDictionary* dictionary);
 /// Autoreleased, so that it outlives its removal on another thread.
 id objectInHostDictionary(NSDictionary* dictionary, id key);
 /// These raise the platform's own exception when the host's dictionary cannot be changed. What stood under the key

@@ -14,19 +14,35 @@ void appendTable(NSTableView* table, NSMutableArray* state) {
   }
 }
 
-void append(NSView* view, NSMutableArray* state) {
+void append(NSView* view, BOOL tablesOnly, NSMutableArray* state) {
   id object = view;
   if ([view isKindOfClass:[NSTableView class]]) {
     appendTable(object, state);
     return;
   }
   if ([view isKindOfClass:[NSTextField class]]) {
-    [state addObject:[NSString stringWithString:[object stringValue]]];
+    if (!tablesOnly) {
+      [state addObject:[NSString stringWithString:[object stringValue]]];
+    }
     return;
   }
   NSEnumerator* subviews = [[view subviews] objectEnumerator];
   while (NSView* subview = [subviews nextObject]) {
-    append(subview, state);
+    append(subview, tablesOnly, state);
+  }
+}
+
+void appendEnabled(NSView* view, NSMutableArray* controls) {
+  id object = view;
+  if ([view isKindOfClass:[NSControl class]]) {
+    if ([object isEnabled]) {
+      [controls addObject:object];
+    }
+    return;
+  }
+  NSEnumerator* subviews = [[view subviews] objectEnumerator];
+  while (NSView* subview = [subviews nextObject]) {
+    appendEnabled(subview, controls);
   }
 }
 
@@ -34,6 +50,21 @@ void append(NSView* view, NSMutableArray* state) {
 
 NSArray* editorState(NSView* view) {
   NSMutableArray* state = [NSMutableArray array];
-  append(view, state);
+  append(view, NO, state);
   return state;
+}
+
+NSArray* tableState(NSView* view) {
+  NSMutableArray* state = [NSMutableArray array];
+  append(view, YES, state);
+  return state;
+}
+
+NSArray* disabledControls(NSView* view) {
+  NSMutableArray* controls = [NSMutableArray array];
+  appendEnabled(view, controls);
+  for (NSUInteger index = 0; index < [controls count]; ++index) {
+    [[controls objectAtIndex:index] setEnabled:NO];
+  }
+  return controls;
 }

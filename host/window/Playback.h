@@ -11,9 +11,10 @@
   NSString* _channel;
   NSDate* _start;
   NSDate* _end;
+  BOOL _isCopy;
 }
 
-/// `playbackID`, `start` and `end` may be nil.
+/// Everything but the title and the channel may be nil.
 - (id)initWithUniqueID:(NSString*)uniqueID
             playbackID:(NSString*)playbackID
                  title:(NSString*)title
@@ -21,15 +22,22 @@
                  start:(NSDate*)start
                    end:(NSDate*)end;
 
+/// A copy of an entry that the window made, without a playback: no event of the file.
+- (id)initWithUniqueID:(NSString*)uniqueID title:(NSString*)title copyOf:(Playback*)original;
+
+/// Nil for an event that names no entry: it has no metadata and cannot be edited.
 - (NSString*)uniqueID;
 - (NSString*)title;
 - (NSString*)channel;
-/// Nil for an entry without a playback.
+- (BOOL)isCopy;
+/// Nil for an event without a start and for a copy.
 - (NSDate*)startDate;
-/// Local time, empty for an entry without a playback.
+/// Local time, empty without a start.
 - (NSString*)startText;
-/// The event as the plug-in exports it.
+/// The event as the plug-in exports it, with what the file gave and nothing besides.
 - (NSDictionary*)event;
+/// Whether it is a playback, or the copy, of one of these entries.
+- (BOOL)isOfAny:(NSSet*)uniqueIDs;
 - (BOOL)matches:(NSString*)searchText;
 
 @end

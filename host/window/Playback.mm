@@ -13,7 +13,8 @@ NSString* const startKey = @"eventEPGStartDateTime";
 NSString* const endKey = @"eventEPGEndDateTime";
 
 NSString* stringOf(const std::string& text) {
-  NSString* string = [NSString stringWithUTF8String:text.c_str()];
+  NSString* string = [[[NSString alloc] initWithBytes:text.data() length:text.size()
+                                             encoding:NSUTF8StringEncoding] autorelease];
   return string != nil ? string : @"";
 }
 
@@ -28,10 +29,12 @@ Playback* playbackOf(const epg::ScheduledEvent& scheduled, const epg::PlaylistFi
   const std::string uniqueID = event.eventEPGUniqueID.value_or("");
   const auto title = file.titles.find(uniqueID);
   const auto channelName = file.schedule.channelNames.find(scheduled.channel);
+  const bool isKnown = title != file.titles.end();
+  NSString* shownTitle = event.eventEPGUniqueID ? stringOf(isKnown ? title->second : uniqueID) : @"(no entry)";
   return
-      [[[Playback alloc] initWithUniqueID:stringOf(uniqueID)
+      [[[Playback alloc] initWithUniqueID:stringOf(event.eventEPGUniqueID)
                                playbackID:stringOf(event.eventEPGPlaybackUniqueID)
-                                    title:stringOf(title != file.titles.end() ? title->second : uniqueID)
+                                    title:shownTitle
                                   channel:stringOf(channelName != file.schedule.channelNames.end() ? channelName->second
                                                                                                    : scheduled.channel)
                                     start:dateOf(event.eventEPGStartDateTime)
@@ -69,6 +72,14 @@ NSComparisonResult byStart(id first, id second, void*) {
   return self;
 }
 
+- (id)initWithUniqueID:(NSString*)uniqueID title:(NSString*)title copyOf:(Playback*)original {
+  self = [self initWithUniqueID:uniqueID playbackID:nil title:title channel:[original channel] start:nil end:nil];
+  if (self != nil) {
+    _isCopy = YES;
+  }
+  return self;
+}
+
 - (void)dealloc {
   [_uniqueID release];
   [_playbackID release];
@@ -91,6 +102,10 @@ NSComparisonResult byStart(id first, id second, void*) {
   return _channel;
 }
 
+- (BOOL)isCopy {
+  return _isCopy;
+}
+
 - (NSDate*)startDate {
   return _start;
 }
@@ -105,7 +120,10 @@ NSComparisonResult byStart(id first, id second, void*) {
 }
 
 - (NSDictionary*)event {
-  NSMutableDictionary* event = [NSMutableDictionary dictionaryWithObject:_uniqueID forKey:uniqueIDKey];
+  NSMutableDictionary* event = [NSMutableDictionary dictionary];
+  if (_uniqueID != nil) {
+    [event setObject:_uniqueID forKey:uniqueIDKey];
+  }
   if (_playbackID != nil) {
     [event setObject:_playbackID forKey:playbackIDKey];
   }
@@ -118,11 +136,16 @@ NSComparisonResult byStart(id first, id second, void*) {
   return event;
 }
 
+- (BOOL)isOfAny:(NSSet*)uniqueIDs {
+  return _uniqueID != nil && [uniqueIDs containsObject:_uniqueID] ? YES : NO;
+}
+
 - (BOOL)matches:(NSString*)searchText {
   if ([searchText length] == 0) {
     return YES;
   }
-  NSString* all = [NSString stringWithFormat:@"%@\n%@\n%@\n%@", _title, _uniqueID, _channel, [self startText]];
+  NSString* all = [NSString
+      stringWithFormat:@"%@\n%@\n%@\n%@", _title, _uniqueID != nil ? _uniqueID : @"", _channel, [self startText]];
   return [all rangeOfString:searchText options:NSCaseInsensitiveSearch].location != NSNotFound;
 }
 

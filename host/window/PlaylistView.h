@@ -25,7 +25,7 @@
 - (void)addPlayback:(Playback*)playback;
 - (void)removePlayback:(Playback*)playback;
 
-/// EPG unique IDs of the selected lines, each once, in the list's order.
+/// EPG unique IDs of the selected lines, each once, in the list's order. Lines of events without one have no share.
 - (NSArray*)selectedIDs;
 /// Selects every line of these entries, without telling the target. Lines that the search hides come back.
 - (void)selectIDs:(NSArray*)uniqueIDs;

@@ -125,7 +125,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   NSMutableArray* shown = [NSMutableArray array];
   NSEnumerator* playbacks = [_playbacks objectEnumerator];
   while (Playback* playback = [playbacks nextObject]) {
-    if ([playback matches:[_searchField stringValue]] || [_alwaysShown containsObject:[playback uniqueID]]) {
+    if ([playback matches:[_searchField stringValue]] || [playback isOfAny:_alwaysShown]) {
       [shown addObject:playback];
     }
   }
@@ -143,7 +143,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   for (NSUInteger row = [rows firstIndex]; row < [_shown count]; row = [rows indexGreaterThanIndex:row]) {
     Playback* playback = [_shown objectAtIndex:row];
     NSString* uniqueID = [playback uniqueID];
-    if (![seen containsObject:uniqueID]) {
+    if (uniqueID != nil && ![seen containsObject:uniqueID]) {
       [seen addObject:uniqueID];
       [uniqueIDs addObject:uniqueID];
     }
@@ -155,7 +155,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   NSSet* shown = [NSSet setWithArray:_shown];
   NSEnumerator* playbacks = [_playbacks objectEnumerator];
   while (Playback* playback = [playbacks nextObject]) {
-    if ([uniqueIDs containsObject:[playback uniqueID]] && ![shown containsObject:playback]) {
+    if ([playback isOfAny:uniqueIDs] && ![shown containsObject:playback]) {
       return YES;
     }
   }
@@ -170,7 +170,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   }
   for (NSUInteger row = 0; row < [_shown count]; ++row) {
     Playback* playback = [_shown objectAtIndex:row];
-    if ([wanted containsObject:[playback uniqueID]]) {
+    if ([playback isOfAny:wanted]) {
       [rows addIndex:row];
     }
   }

@@ -34,7 +34,14 @@
   NSMutableDictionary* _buttons;
   NSArray* _editedIDs;
   NSArray* _stateBeforeEditing;
+  NSArray* _tablesBeforeEditing;
+  NSArray* _disabledControls;
   NSArray* _idsAsked;
+  NSArray* _idsToRemove;
+  NSString* _leftOutOfExport;
+  BOOL _tableChanged;
+  BOOL _removalDropsEdits;
+  BOOL _exportRefused;
   BOOL _storeChanged;
 }
 @end

@@ -13,6 +13,7 @@ const CGFloat buttonHeight = 26;
 const CGFloat popUpWidth = 190;
 const CGFloat noticeHeight = 30;
 const CGFloat listMinimumWidth = 240;
+NSString* const withoutID = @"An event without an EPG unique ID has no metadata";
 /// Far longer than a save or an export of any size takes.
 const NSTimeInterval longestWaitAtEnd = 60;
 
@@ -35,6 +36,14 @@ NSView* lastKeyView(NSView* editorView) {
   return last;
 }
 
+BOOL isInEditor(id responder, NSView* editorView) {
+  // While a field is edited, the window's editor stands in for it.
+  if ([responder isKindOfClass:[NSText class]] && [responder isFieldEditor]) {
+    responder = [responder delegate];
+  }
+  return [responder isKindOfClass:[NSView class]] && [responder isDescendantOf:editorView] ? YES : NO;
+}
+
 }  // namespace
 
 @interface WindowHost ()
@@ -43,6 +52,7 @@ NSView* lastKeyView(NSView* editorView) {
 - (void)makeWindow;
 - (NSButton*)addButton:(NSString*)title action:(SEL)action at:(NSPoint)origin;
 - (void)edit:(NSArray*)uniqueIDs;
+- (void)letEditorBeUsed:(BOOL)used;
 - (BOOL)hasUnsavedEdits;
 - (NSString*)nameOfEdited;
 - (void)updateButtons;
@@ -50,6 +60,7 @@ NSView* lastKeyView(NSView* editorView) {
 - (void)askAboutUnsavedEditsWith:(SEL)commitAction discard:(SEL)discardAction;
 - (void)commit:(id)sender;
 - (void)duplicate:(id)sender;
+- (void)remove:(id)sender;
 @end
 
 @implementation WindowHost
@@ -63,7 +74,11 @@ NSView* lastKeyView(NSView* editorView) {
   [_buttons release];
   [_editedIDs release];
   [_stateBeforeEditing release];
+  [_tablesBeforeEditing release];
+  [_disabledControls release];
   [_idsAsked release];
+  [_idsToRemove release];
+  [_leftOutOfExport release];
   [super dealloc];
 }
 
@@ -244,16 +259,49 @@ NSView* lastKeyView(NSView* editorView) {
 // Editing.
 
 - (void)edit:(NSArray*)uniqueIDs {
+  // A question was about what is under edit until now.
+  if ([_notice isAsking]) {
+    [_notice stopAsking];
+  }
   [_editedIDs autorelease];
   _editedIDs = [uniqueIDs copy];
+  [self letEditorBeUsed:[uniqueIDs count] > 0];
   [_plugin setEditedEPGUniqueIDs:uniqueIDs];
   [_stateBeforeEditing release];
   _stateBeforeEditing = [editorState(_editorView) retain];
+  [_tablesBeforeEditing release];
+  _tablesBeforeEditing = [tableState(_editorView) retain];
+  _tableChanged = NO;
   [self updateButtons];
 }
 
+/// What would be typed while nothing is under edit would belong to nothing.
+- (void)letEditorBeUsed:(BOOL)used {
+  if (used) {
+    for (NSUInteger index = 0; index < [_disabledControls count]; ++index) {
+      [[_disabledControls objectAtIndex:index] setEnabled:YES];
+    }
+    [_disabledControls release];
+    _disabledControls = nil;
+  } else if (_disabledControls == nil) {
+    if (isInEditor([_window firstResponder], _editorView)) {
+      [_window makeFirstResponder:[_playlist table]];
+    }
+    _disabledControls = [disabledControls(_editorView) retain];
+  }
+}
+
+// After every event. A tag that was clicked off and on again is where it was, but the working copies are not.
+- (void)windowDidUpdate:(NSNotification*)notification {
+  (void)notification;
+  if (!_tableChanged && [_editedIDs count] > 0 && [[_window firstResponder] isKindOfClass:[NSTableView class]] &&
+      isInEditor([_window firstResponder], _editorView)) {
+    _tableChanged = [tableState(_editorView) isEqual:_tablesBeforeEditing] ? NO : YES;
+  }
+}
+
 - (BOOL)hasUnsavedEdits {
-  return [_editedIDs count] > 0 && ![editorState(_editorView) isEqual:_stateBeforeEditing];
+  return [_editedIDs count] > 0 && (_tableChanged || ![editorState(_editorView) isEqual:_stateBeforeEditing]);
 }
 
 - (NSString*)nameOfEdited {
@@ -280,7 +328,11 @@ NSView* lastKeyView(NSView* editorView) {
 - (void)selectionChanged:(id)sender {
   (void)sender;
   NSArray* selected = [_playlist selectedIDs];
+  const BOOL onlyWithoutID = [selected count] == 0 && [[[_playlist table] selectedRowIndexes] count] > 0 ? YES : NO;
   if ([selected isEqual:_editedIDs]) {
+    if (onlyWithoutID) {
+      [_notice showMessage:withoutID];
+    }
     return;
   }
   if ([self hasUnsavedEdits]) {
@@ -290,9 +342,10 @@ NSView* lastKeyView(NSView* editorView) {
     [self askAboutUnsavedEditsWith:@selector(commitAndGoOn:) discard:@selector(discardAndGoOn:)];
     return;
   }
-  [_notice stopAsking];
   [self edit:selected];
-  [_notice showMessage:[selected count] > 0 ? [NSString stringWithFormat:@"Editing %@", [self nameOfEdited]] : @""];
+  [_notice showMessage:[selected count] > 0 ? [NSString stringWithFormat:@"Editing %@", [self nameOfEdited]]
+                       : onlyWithoutID      ? withoutID
+                                            : @""];
 }
 
 - (void)askAboutUnsavedEditsWith:(SEL)commitAction discard:(SEL)discardAction {
@@ -337,7 +390,7 @@ NSView* lastKeyView(NSView* editorView) {
   _storeChanged = YES;
   // Named anew, because until then what is clicked in the editor would change the store itself.
   [self edit:[[_editedIDs retain] autorelease]];
-  [_notice showMessage:[NSString stringWithFormat:@"%@ saved", name]];
+  [_notice showMessage:[NSString stringWithFormat:@"%@ committed", name]];
 }
 
 - (void)revert:(id)sender {
@@ -375,12 +428,7 @@ NSView* lastKeyView(NSView* editorView) {
   }
   // Unique by itself: the plug-in also keeps the copies of earlier sessions, of which this list knows nothing.
   NSString* target = [NSString stringWithFormat:@"%@ copy %@", source, [[NSUUID UUID] UUIDString]];
-  Playback* copy = [[[Playback alloc] initWithUniqueID:target
-                                            playbackID:nil
-                                                 title:title
-                                               channel:[original channel]
-                                                 start:nil
-                                                   end:nil] autorelease];
+  Playback* copy = [[[Playback alloc] initWithUniqueID:target title:title copyOf:original] autorelease];
   [_plugin duplicateEPGItemWithUniqueID:source toItemWithUniqueID:target];
   _storeChanged = YES;
   [[_playlist searchField] setStringValue:@""];
@@ -403,7 +451,11 @@ NSView* lastKeyView(NSView* editorView) {
 - (void)remove:(id)sender {
   (void)sender;
   if ([_editedIDs count] > 0) {
-    [_notice ask:[NSString stringWithFormat:@"Remove the metadata of %@?", [self nameOfEdited]]
+    [_idsToRemove release];
+    _idsToRemove = [_editedIDs copy];
+    _removalDropsEdits = [self hasUnsavedEdits];
+    NSString* edits = _removalDropsEdits ? @" and drop the unsaved changes" : @"";
+    [_notice ask:[NSString stringWithFormat:@"Remove the metadata of %@%@?", [self nameOfEdited], edits]
          answers:[NSArray arrayWithObjects:@"Remove", @"Cancel", nil]
          actions:[NSArray arrayWithObjects:@"removeForGood:", @"keepEditing:", nil]
           target:self];
@@ -411,15 +463,19 @@ NSView* lastKeyView(NSView* editorView) {
 }
 
 - (void)removeForGood:(id)sender {
-  (void)sender;
+  if ([self hasUnsavedEdits] && !_removalDropsEdits) {
+    // Made since the question, which did not speak of them.
+    [self remove:sender];
+    return;
+  }
   NSString* name = [self nameOfEdited];
-  [_plugin removeEPGItemsWithUniqueIDs:_editedIDs];
+  [_plugin removeEPGItemsWithUniqueIDs:_idsToRemove];
   _storeChanged = YES;
-  // An entry that only this window knows goes with its metadata; one of the events file stays, without.
+  // A copy that only this window knows goes with its metadata; an event of the file stays, without.
   NSMutableArray* gone = [NSMutableArray array];
   NSEnumerator* playbacks = [[_playlist playbacks] objectEnumerator];
   while (Playback* playback = [playbacks nextObject]) {
-    if ([playback startDate] == nil && [_editedIDs containsObject:[playback uniqueID]]) {
+    if ([playback isCopy] && [_idsToRemove containsObject:[playback uniqueID]]) {
       [gone addObject:playback];
     }
   }
@@ -438,23 +494,36 @@ NSView* lastKeyView(NSView* editorView) {
   NSMutableArray* events = [NSMutableArray array];
   NSEnumerator* playbacks = [[_playlist playbacks] objectEnumerator];
   while (Playback* playback = [playbacks nextObject]) {
-    if ([playback startDate] != nil) {
+    if (![playback isCopy]) {
       [events addObject:[playback event]];
     }
   }
-  [_notice showMessage:[NSString stringWithFormat:@"Exporting %@…", count([events count], @"playback", @"playbacks")]];
+  NSString* leftOut = [self hasUnsavedEdits]
+                          ? [NSString stringWithFormat:@" without the unsaved changes to %@", [self nameOfEdited]]
+                          : @"";
+  [_notice showMessage:[NSString stringWithFormat:@"Exporting %@%@…", count([events count], @"playback", @"playbacks"),
+                                                  leftOut]];
+  _exportRefused = NO;
   [_plugin exportEvents:events configurationFilename:[_configurations titleOfSelectedItem]];
+  if (!_exportRefused) {
+    [_leftOutOfExport release];
+    _leftOutOfExport = [leftOut copy];
+  }
 }
 
 // On the export's own thread, or within exportPlaybacks: when it is refused.
 - (void)epgExportEventCompleted:(BOOL)succeeded error:(NSError*)error {
   (void)succeeded;
+  if ([NSThread isMainThread]) {
+    _exportRefused = YES;
+  }
   [self performSelectorOnMainThread:@selector(exportEnded:) withObject:error waitUntilDone:NO];
 }
 
 - (void)exportEnded:(NSError*)error {
-  NSString* message =
-      error != nil ? [error localizedDescription] : [NSString stringWithFormat:@"Exported to %@", [_plugin exportPath]];
+  NSString* message = error != nil
+                          ? [error localizedDescription]
+                          : [NSString stringWithFormat:@"Exported to %@%@", [_plugin exportPath], _leftOutOfExport];
   [_notice showMessage:message];
 }
 
@@ -472,7 +541,11 @@ NSView* lastKeyView(NSView* editorView) {
 
 - (void)goToEditor:(id)sender {
   (void)sender;
-  [_window makeFirstResponder:[_editorView nextKeyView]];
+  if ([_editedIDs count] > 0) {
+    [_window makeFirstResponder:[_editorView nextKeyView]];
+  } else {
+    [_notice showMessage:@"Nothing is selected to edit"];
+  }
 }
 
 - (void)goToQuestion:(id)sender {

@@ -164,7 +164,9 @@ bool BundleUser::writeStore(NSDictionary* store) const {
 }
 
 NSString* BundleUser::dayFile() const {
-  NSArray* names = [[NSFileManager defaultManager] contentsOfDirectoryAtPath:exportFolder_ error:NULL];
+  // The file that is still being written is hidden beside it.
+  NSArray* names = [[[NSFileManager defaultManager] contentsOfDirectoryAtPath:exportFolder_ error:NULL]
+      pathsMatchingExtensions:[NSArray arrayWithObject:@"xml"]];
   if ([names count] != 1) {
     return nil;
   }

@@ -1,6 +1,9 @@
+#import <objc/runtime.h>
+
 #include <atomic>
 #include <string>
 #include <thread>
+#include <unordered_set>
 
 #import "tests/cocoa/BundleUser.h"
 #import "tests/cocoa/ObjectCount.h"
@@ -359,15 +362,21 @@ TEST_F(EditorOfAPlugin, DroppedInTheMiddleOfAnExportTheViewsGoOnTheMainThread) {
   [reports release];
 }
 
-// A host's own dictionary, which the saves read while the editor changes it.
+// A host's dictionaries of the platform's class, which the saves read while the editor changes them.
 
+std::unordered_set<const void*> watched;
 std::atomic<int> visitors{0};
+std::atomic<int> visits{0};
 std::atomic<int> meetings{0};
 
 /// One thread's stay inside any watched dictionary.
 class Visit {
  public:
-  Visit() {
+  explicit Visit(id dictionary) : counts_(watched.count(dictionary) != 0) {
+    if (!counts_) {
+      return;
+    }
+    ++visits;
     if (visitors++ != 0) {
       ++meetings;
     }
@@ -376,68 +385,54 @@ class Visit {
   }
   Visit(const Visit&) = delete;
   Visit& operator=(const Visit&) = delete;
-  ~Visit() { --visitors; }
+  ~Visit() {
+    if (counts_) {
+      --visitors;
+    }
+  }
+
+ private:
+  const bool counts_;
 };
 
-}  // namespace
+IMP originalObject;
+IMP originalKeys;
+IMP originalChange;
 
-/// Notices two threads inside at once.
-@interface WatchedDictionary : NSMutableDictionary {
- @private
-  NSMutableDictionary* _entries;
-}
-@end
-
-@implementation WatchedDictionary
-
-- (id)init {
-  _entries = [[NSMutableDictionary alloc] init];
-  return self;
+id watchedObject(id self, SEL operation, id key) {
+  const Visit visit(self);
+  return functionOf<id(id, SEL, id)>(originalObject)(self, operation, key);
 }
 
-- (void)dealloc {
-  [_entries release];
-  [super dealloc];
+id watchedKeys(id self, SEL operation) {
+  const Visit visit(self);
+  return functionOf<id(id, SEL)>(originalKeys)(self, operation);
 }
 
-- (NSUInteger)count {
-  const Visit visit;
-  return [_entries count];
+void watchedChange(id self, SEL operation, id object, id key) {
+  const Visit visit(self);
+  functionOf<void(id, SEL, id, id)>(originalChange)(self, operation, object, key);
 }
 
-- (id)objectForKey:(id)key {
-  const Visit visit;
-  return [_entries objectForKey:key];
+IMP exchanged(Class changed, SEL operation, IMP implementation) {
+  Method method = class_getInstanceMethod(changed, operation);
+  const IMP original = method_getImplementation(method);
+  class_replaceMethod(changed, operation, implementation, method_getTypeEncoding(method));
+  return original;
 }
 
-- (NSEnumerator*)keyEnumerator {
-  const Visit visit;
-  return [[_entries allKeys] objectEnumerator];
-}
-
-- (void)setObject:(id)object forKey:(id<NSCopying>)key {
-  const Visit visit;
-  [_entries setObject:object forKey:key];
-}
-
-- (void)removeObjectForKey:(id)key {
-  const Visit visit;
-  [_entries removeObjectForKey:key];
-}
-
-@end
-
-namespace {
-
-TEST_F(Editor, SavesReadAHostsOwnDictionaryOnlyWhileTheEditorDoesNotChangeIt) {
+TEST_F(Editor, SavesReadAHostsDictionariesOnlyWhileTheEditorDoesNotChangeThem) {
   EPGDorvaSelinManagerPlugin* plugin = newPlugin();
   EPGDorvaSelinViewController* controller = controllerOf(plugin);
   NSMutableArray* given = [NSMutableArray array];
   for (int number = 0; number < 20; ++number) {
-    NSMutableDictionary* watched = [[[WatchedDictionary alloc] init] autorelease];
-    [watched setObject:[NSString stringWithFormat:@"E%d", number] forKey:@"uniqueID"];
-    [given addObject:watched];
+    [given addObject:item(@"uniqueID", [NSString stringWithFormat:@"E%d", number])];
+    watched.insert([given lastObject]);
   }
+  Class platforms = [[given lastObject] class];
+  originalObject = exchanged(platforms, @selector(objectForKey:), implementationOf(watchedObject));
+  originalKeys = exchanged(platforms, @selector(keyEnumerator), implementationOf(watchedKeys));
+  originalChange = exchanged(platforms, @selector(setObject:forKey:), implementationOf(watchedChange));
   [plugin setEditedItems:given];
   [plugin revertEditing];
   [plugin commitEditing];
@@ -449,7 +444,11 @@ TEST_F(Editor, SavesReadAHostsOwnDictionaryOnlyWhileTheEditorDoesNotChangeIt) {
     [controller applyChanges];
     [inner drain];
   }
-  ASSERT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  EXPECT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  exchanged(platforms, @selector(objectForKey:), originalObject);
+  exchanged(platforms, @selector(keyEnumerator), originalKeys);
+  exchanged(platforms, @selector(setObject:forKey:), originalChange);
+  EXPECT_GT(visits, 1000);
   EXPECT_EQ(meetings, 0);
   [plugin saveEPGItemsToFileThread:[plugin epgItems]];
   EXPECT_EQ([savedStore() count], 20u);

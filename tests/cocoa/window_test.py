@@ -302,7 +302,7 @@ class WindowTest(unittest.TestCase):
         eventually(lambda: window.fields()[1]["has keyboard"], "the title field with the keyboard")
         window.type("Kids' Morning & more")
         window.press("Commit")
-        eventually(lambda: window.message() == "3 entries saved", "the commit told")
+        eventually(lambda: window.message() == "3 entries committed", "the commit told")
         eventually(lambda: self.titles().count("Kids' Morning & more") == 3, "three titles in the file")
         edited = [item for item in self.store().values() if item["title"] == "Kids' Morning & more"]
         for item in edited:
@@ -472,6 +472,119 @@ class WindowTest(unittest.TestCase):
         window.answer("Remove")
         eventually(lambda: len(self.store()) == entries, "the copy gone from the file")
         eventually(lambda: "Dawn Chorus (copy)" not in window.entries(), "the copy gone from the list")
+
+    def test_question_ends_when_another_entry_comes_under_edit(self):
+        window = self.open()
+        window.select("Dawn Chorus")
+        window.press("Remove")
+        eventually(lambda: len(self.question(window)) > 0, "the question")
+        window.press("Duplicate")
+        eventually(lambda: window.selected() == ["Dawn Chorus (copy)"], "the copy selected")
+        self.assertEqual(self.question(window), [])
+        eventually(lambda: self.titles().count("Dawn Chorus") == 2, "the copy in the file")
+
+        window.press("Remove")
+        window.answer("Remove")
+        eventually(lambda: "Dawn Chorus (copy)" not in window.entries(), "the copy gone from the list")
+        self.assertEqual(window.message(), "The metadata of “Dawn Chorus (copy)” is removed")
+        eventually(lambda: self.titles().count("Dawn Chorus") == 1, "the copy gone from the file")
+
+    def question(self, window):
+        """The titles of its answers."""
+        return [button["text"] for button in window.views("button") if button["place"][1] < 60]
+
+    def test_nothing_can_be_typed_while_nothing_is_under_edit(self):
+        window = self.open()
+        self.assertEqual([field["enabled"] for field in window.fields()[1:]], [False] * 3)
+        # No control that is off follows the mouse, so nothing tells of the click itself; the keys come after it.
+        x, y = window.point(window.fields()[1]["place"])
+        display.run("xdotool", "mousemove", "--window", window.id, str(x), str(y), "click", "1")
+        window.type("lost")
+        window.key("ctrl+t")
+        eventually(lambda: window.message() == "Nothing is selected to edit", "what is missing told")
+        self.assertEqual([field["text"] for field in window.fields()[1:]], [""] * 3)
+
+        window.select("Dawn Chorus")
+        self.assertEqual([field["enabled"] for field in window.fields()[1:]], [True] * 3)
+        self.type_title(window, "Typed")
+        window.press("Commit")
+        eventually(lambda: "Typed" in self.titles(), "the title in the file")
+
+    def type_title(self, window, title):
+        window.click(window.fields()[1]["place"])
+        eventually(lambda: window.fields()[1]["has keyboard"], "the title field with the keyboard")
+        window.key("ctrl+a")
+        window.type(title)
+        eventually(lambda: window.fields()[1]["text"] == title, "the text typed")
+
+    def test_export_and_removal_tell_of_unsaved_changes(self):
+        window = self.open()
+        window.select("Dawn Chorus")
+        self.type_title(window, "Evening Chorus")
+        window.press("Export")
+        expected = f"{self.exported_message()} without the unsaved changes to “Dawn Chorus”"
+        eventually(lambda: window.message() == expected, f"what is left out told, not {window.message()}")
+        self.assertNotIn("Evening Chorus", [program.findtext("title") for program in self.programmes()])
+        window.press("Remove")
+        expected = "Remove the metadata of “Dawn Chorus” and drop the unsaved changes?"
+        eventually(lambda: window.message() == expected, f"what is dropped told, not {window.message()}")
+        window.answer("Cancel")
+        window.press("Commit")
+        eventually(lambda: window.message() == "“Dawn Chorus” committed", "the commit told")
+
+        # What is typed after the question is no part of its answer.
+        window.press("Remove")
+        eventually(lambda: window.message() == "Remove the metadata of “Dawn Chorus”?", "the question")
+        self.type_title(window, "Night Chorus")
+        window.answer("Remove")
+        eventually(lambda: window.message() == expected, f"what is dropped told, not {window.message()}")
+        window.answer("Cancel")
+        window.press("Commit")
+        eventually(lambda: "Night Chorus" in self.titles(), "the title in the file")
+        window.press("Export")
+        eventually(lambda: window.message() == self.exported_message(), "the export told")
+
+    def test_tag_clicked_off_and_on_again_is_asked_about(self):
+        window = self.open()
+        window.select("Good Morning, Quillmere")
+        for state in (0, 1):
+            window.click(window.tag("Live")["selected"]["place"])
+            eventually(lambda state=state: window.state("Live") == state, "the tag clicked")
+            # Elsewhere in between, or the two were a double click.
+            window.click(window.tag("UHD")["name"]["place"])
+        before = self.store()
+        row = next(row for row in window.tables()[0]["rows"] if row["title"]["value"] == "Dawn Chorus")
+        window.click(row["title"]["place"])
+        window.answer("Commit")
+        eventually(lambda: window.selected() == ["Dawn Chorus"], "the other entry selected")
+        eventually(lambda: self.store() != before, "the tags' new order in the file")
+
+    def test_events_without_id_or_start_are_shown_and_exported_as_they_are(self):
+        start = datetime.datetime(2026, 11, 14, 6)
+        events = self.folder / "events.plist"
+        full = {"eventEPGUniqueID": "E1", "eventEPGPlaybackUniqueID": "P1", "eventEPGStartDateTime": start}
+        without_start = {"eventEPGUniqueID": "E2", "eventEPGPlaybackUniqueID": "P2"}
+        without_id = {"eventEPGPlaybackUniqueID": "P3", "eventEPGStartDateTime": start}
+        events.write_bytes(plistlib.dumps([full, without_start, without_id]))
+        store = {key: {"uniqueID": key, "title": f"Title {key}"} for key in ("E1", "E2", "")}
+        (self.folder / "data" / "EPGItems.plist").write_bytes(plistlib.dumps(store))
+        window = self.open(events, known=False)
+        self.assertEqual(window.entries(), ["E1", "(no entry)", "E2"])
+        window.select("(no entry)")
+        eventually(lambda: window.message() == "An event without an EPG unique ID has no metadata", "why not told")
+        self.assertFalse(window.button("Commit")["enabled"])
+        self.assertFalse(window.fields()[1]["enabled"])
+
+        window.press("Export")
+        eventually(lambda: window.message() == self.exported_message(), "the export told")
+        written = sorted(program.findtext("title") for program in self.programmes())
+        self.assertEqual(written, ["Title E1", "Title E2"])
+
+        window.select("E2")
+        window.press("Remove")
+        window.answer("Remove")
+        eventually(lambda: "E2" not in self.store(), "the metadata gone from the file")
+        self.assertEqual(window.entries(), ["E1", "(no entry)", "E2"])
 
     def test_copies_of_earlier_sessions_are_not_overwritten(self):
         self.take_in(options.guide)

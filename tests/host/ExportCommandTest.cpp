@@ -190,14 +190,14 @@ TEST_F(ExportCommand, WritesNoFileByATextOfAGuideOrOfAListOfEvents) {
     guide += "<programme start='2001' channel='" + mark + "'><title>" + mark + "</title><icon src='" + mark +
              "'/><episode-num system='" + mark + "'>" + mark + "</episode-num></programme>";
   }
-  const std::string events = write("events.plist", "<plist><array>" + list + "</array></plist>");
+  const std::string eventsFile = write("events.plist", "<plist><array>" + list + "</array></plist>");
   const std::string guideFile = writeGuide(guide);
   const std::vector<std::string> outside = namesIn(file(""));
   runWell({"import", guideFile});
-  runWell({"export", events});
+  runWell({"export", eventsFile});
   runWell({"export", guideFile});
   for (const std::string& mark : marks) {
-    EXPECT_EQ(run({"export", events, "--configuration", mark}).status, 1) << mark;
+    EXPECT_EQ(run({"export", eventsFile, "--configuration", mark}).status, 1) << mark;
     EXPECT_EQ(run({"duplicate", mark, mark + " copy"}).status, 0) << mark;
   }
   EXPECT_EQ(namesIn(file("")), outside);
