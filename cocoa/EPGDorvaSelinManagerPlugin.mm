@@ -46,46 +46,23 @@ class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
 /// report, on the export's thread, while the host's own thread does the same.
 __thread NSArray* eventsHandedIn = nil;
 
-/// What the events of the export that this thread makes raised when they were read.
-__thread NSException* eventsRaised = nil;
-
-/// Gives a variable another value until this goes.
-template <typename Value>
-class ForThisCall {
+/// Hands the list in until this goes.
+class HandedIn {
  public:
-  ForThisCall(Value* variable, Value value) : variable_(variable), before_(*variable) { *variable = value; }
-  ForThisCall(const ForThisCall&) = delete;
-  ForThisCall& operator=(const ForThisCall&) = delete;
-  ~ForThisCall() { *variable_ = before_; }
+  explicit HandedIn(NSArray* events) : before_(eventsHandedIn) { eventsHandedIn = events; }
+  HandedIn(const HandedIn&) = delete;
+  HandedIn& operator=(const HandedIn&) = delete;
+  ~HandedIn() { eventsHandedIn = before_; }
 
  private:
-  Value* variable_;
-  Value before_;
-};
-
-/// The platform for plug-ins. An export of which not all events could be read ends as any does that cannot be written:
-/// its first question, before it touches a file, is the time.
-class EnvironmentOfPlugins : public epg::cocoa::CocoaEnvironment {
- public:
-  static EnvironmentOfPlugins& shared() {
-    // Left to the end of the process: detached threads may still use it while static objects are destroyed.
-    static EnvironmentOfPlugins* const environment = new EnvironmentOfPlugins;
-    return *environment;
-  }
-
-  epg::Instant now() override {
-    if (eventsRaised != nil) {
-      throw epg::cocoa::HostException(eventsRaised);
-    }
-    return CocoaEnvironment::now();
-  }
+  NSArray* before_;
 };
 
 /// The core's plug-in with the platform's threads and view controller. Lives as long as the object it belongs to.
 class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
  public:
   PluginOfObject(::EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, const std::string& dataFolderPath)
-      : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, EnvironmentOfPlugins::shared()),
+      : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, epg::cocoa::CocoaEnvironment::shared()),
         object_(object),
         bundle_([bundle retain]) {}
   ~PluginOfObject() override {
@@ -97,17 +74,18 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
 
   /// The events are read on the export's own thread, out of a list that the host no longer changes.
   void exportEvents(NSArray* events, const std::string& configurationFilename) {
-    const ForThisCall<NSArray*> handedIn(&eventsHandedIn, events);
+    const HandedIn handedIn(events);
     epg::EPGDorvaSelinManagerPlugin::exportEvents(std::vector<epg::EPGEvent>(), configurationFilename);
   }
 
   using epg::EPGDorvaSelinManagerPlugin::exportEventsThread;
 
   void exportEventsThread(NSArray* events) {
-    std::vector<epg::EPGEvent> read;
-    NSException* const raised = epg::cocoa::exceptionRaisedBy([&] { read = epg::cocoa::fromEvents(events); });
-    const ForThisCall<NSException*> raisedByEvents(&eventsRaised, raised);
-    epg::EPGDorvaSelinManagerPlugin::exportEventsThread(std::move(read));
+    exportEventsRead([events] {
+      std::vector<epg::EPGEvent> read;
+      epg::cocoa::callHost([&] { read = epg::cocoa::fromEvents(events); });
+      return read;
+    });
   }
 
  protected:

@@ -257,9 +257,13 @@ void EPGDorvaSelinManagerPlugin::detachExportThread(std::vector<EPGEvent> events
 void EPGDorvaSelinManagerPlugin::cancelExportEvents() { cancelExport_ = true; }
 
 void EPGDorvaSelinManagerPlugin::exportEventsThread(std::vector<EPGEvent> events) {
+  exportEventsRead([&events] { return std::move(events); });
+}
+
+void EPGDorvaSelinManagerPlugin::exportEventsRead(const std::function<std::vector<EPGEvent>()>& read) {
   bool written = false;
   try {
-    written = writeXMLFileWithEvents(eventsSortedByStart(std::move(events)), environment_.now());
+    written = writeXMLFileWithEvents(eventsSortedByStart(read()), environment_.now());
   } catch (const std::exception&) {
     written = false;
   }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -116,6 +117,8 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   virtual void detachSaveThread(EPGItemStoreSnapshot snapshot);
   /// Makes `exportEventsThread` run with the events on a thread that holds this object until it ends.
   virtual void detachExportThread(std::vector<EPGEvent> events);
+  /// The export thread's work for events that are read there. What `read` throws is reported like any failure.
+  void exportEventsRead(const std::function<std::vector<EPGEvent>()>& read);
   virtual std::shared_ptr<EPGDorvaSelinViewController> makeViewController(const std::string& nibName);
   virtual std::size_t hashOfPlaybackID(const std::string& playbackUniqueID) const;
 
