@@ -4,7 +4,9 @@
 
 #include <exception>
 #include <stdexcept>
+#include <type_traits>
 
+#include "cocoa/CoreException.h"
 #import "cocoa/ExceptionGuard.h"
 
 /// An exception that a host's object raises passes the core, which knows only those of its own language: where the
@@ -42,14 +44,19 @@ NSException* exceptionForHost(const std::exception& exception);
 /// Runs the work of an operation that the host called: no exception but the platform's leaves it.
 template <typename Body>
 auto calledByHost(const Body& body) -> decltype(body()) {
+  using Result = decltype(body());
   NSException* raised = nil;
-  try {
-    return body();
-  } catch (const std::exception& exception) {
-    raised = exceptionForHost(exception);
+  const auto keep = [&raised](const std::exception& exception) { raised = exceptionForHost(exception); };
+  // Raised again outside of the handler, which is left in order.
+  if constexpr (std::is_void_v<Result>) {
+    runCatching([&body] { body(); }, keep);
+    if (raised != nil) raise(raised);
+  } else {
+    Result result{};
+    runCatching([&] { result = body(); }, keep);
+    if (raised != nil) raise(raised);
+    return result;
   }
-  // Outside of the handler, which is left in order.
-  raise(raised);
 }
 
 }  // namespace epg::cocoa
