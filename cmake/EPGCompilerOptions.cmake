@@ -35,7 +35,8 @@ if(EPG_SANITIZE)
 endif()
 
 if(EPG_COVERAGE)
-  add_compile_options(--coverage -fprofile-abs-path)
+  # Atomic, because threads that count at once would leave counts below zero, which no tool can read.
+  add_compile_options(--coverage -fprofile-abs-path -fprofile-update=atomic)
   add_link_options(--coverage)
 endif()
 

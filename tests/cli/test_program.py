@@ -179,6 +179,8 @@ class Progress(dorvaselin.CommandLineTest):
 
 class Readme(dorvaselin.CommandLineTest):
     def test_its_examples_hold_where_data_lie_elsewhere(self):
+        if pathlib.Path(dorvaselin.program()).read_bytes()[:5] == b"\x7fELF\x01":
+            self.skipTest("the file shows IDs of 64 bits")
         sys.path.insert(0, str(dorvaselin.ROOT / "tests/docs"))
         import readme_examples
 

@@ -158,6 +158,18 @@ TEST(ItemStoreTest, ASnapshotOfManyEntriesKeepsThemAllWhateverChanges) {
   }
 }
 
+TEST(ItemStoreTest, ASnapshotIsWalkedThroughFromOneEntryToTheNext) {
+  EPGItemStore store;
+  store.setItem("E1", itemTitled("A"));
+  store.setItem("E2", itemTitled("B"));
+  const EPGItemStoreSnapshot snapshot = store.snapshot();
+  auto entry = snapshot.begin();
+  const std::string first = entry++->uniqueID;
+  const std::string second = entry->uniqueID;
+  EXPECT_THAT((std::vector<std::string>{first, second}), testing::UnorderedElementsAre("E1", "E2"));
+  EXPECT_EQ(snapshot.end(), ++entry);
+}
+
 TEST(ItemStoreTest, ASnapshotOfTheHostsOwnEntriesFindsEach) {
   std::vector<EPGItemStoreRecord> records;
   for (int i = 0; i < 100; ++i) records.push_back({std::to_string(i), {itemTitled("x"), {}}});
