@@ -20,7 +20,6 @@ void refuseUnsavableID(const std::string& id) {
 
 void refuseUnusableID(const EPGItemStore& store, const std::string& id) {
   if (id.empty()) throw Refusal("an entry cannot be made under an empty EPG unique ID");
-  refuseUnsavableID(id);
   if (store.entry(id)) throw Refusal(noItemMessage(store, id));
 }
 

@@ -13,8 +13,8 @@ std::string noItemMessage(const EPGItemStore& store, const std::string& id);
 /// find it again.
 void refuseUnsavableID(const std::string& id);
 
-/// Throws a `Refusal` when no entry should be made under this ID, which has none: the ID is empty, which is a slip of
-/// whoever called, the store's file would not give it back as it is, or the store holds something else there.
+/// Throws a `Refusal` when no entry should be made under this ID, which has none and can be saved: the ID is empty,
+/// which is a slip of whoever called, or the store holds something else there.
 void refuseUnusableID(const EPGItemStore& store, const std::string& id);
 
 }  // namespace epg

@@ -28,11 +28,11 @@ int weekdayOfFirst(std::int64_t year, int month) {
 /// come go by these alone. Before and after the leap day each part of the year is looked for by itself, so that no
 /// year is further back than rules have stayed the same.
 std::int64_t sameTimeBefore2038(std::int64_t seconds) {
-  const std::int64_t wantedYear = civilDateFromSecondsSince1970(seconds).year;
-  const int part = civilDateFromSecondsSince1970(seconds).month < 3 ? 1 : 3;
+  const CivilDate wanted = civilDateFromSecondsSince1970(seconds);
+  const int part = wanted.month < 3 ? 1 : 3;
   std::int64_t year = 2037;
-  while (weekdayOfFirst(year, part) != weekdayOfFirst(wantedYear, part)) --year;
-  return seconds - secondsSince1970(CivilDate{wantedYear, part, 1, 0, 0, 0}) +
+  while (weekdayOfFirst(year, part) != weekdayOfFirst(wanted.year, part)) --year;
+  return seconds - secondsSince1970(CivilDate{wanted.year, part, 1, 0, 0, 0}) +
          secondsSince1970(CivilDate{year, part, 1, 0, 0, 0});
 }
 

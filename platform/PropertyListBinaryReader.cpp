@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "platform/PropertyListForms.h"
+#include "platform/Surrogates.h"
 #include "platform/XMLText.h"
 
 namespace epg {
@@ -258,10 +259,10 @@ class BinaryReader {
     for (std::size_t i = 0; i < span.count; ++i) {
       const std::uint32_t first = unit(i);
       const std::uint32_t second = i + 1 < span.count ? unit(i + 1) : 0;
-      if (first < 0xD800 || first > 0xDFFF) {
+      if (!isHighSurrogate(first) && !isLowSurrogate(first)) {
         utf8::append(first, std::back_inserter(text));
-      } else if (first <= 0xDBFF && second >= 0xDC00 && second <= 0xDFFF) {
-        utf8::append(0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00), std::back_inserter(text));
+      } else if (isHighSurrogate(first) && isLowSurrogate(second)) {
+        utf8::append(characterOfSurrogates(first, second), std::back_inserter(text));
         ++i;
       } else {
         // The platform's texts may hold half a character. The whole store is not lost for it.

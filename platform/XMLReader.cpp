@@ -12,6 +12,7 @@
 #include <new>
 #include <set>
 
+#include "platform/Surrogates.h"
 #include "platform/XMLText.h"
 
 namespace epg {
@@ -85,16 +86,16 @@ std::optional<std::string> convertUTF16ToUTF8(const std::string& bytes, std::siz
     const auto first = static_cast<unsigned char>(bytes[i]);
     const auto second = static_cast<unsigned char>(bytes[i + 1]);
     const std::uint32_t unit = bigEndian ? std::uint32_t{first} << 8 | second : std::uint32_t{second} << 8 | first;
-    const bool low = unit >= 0xDC00 && unit <= 0xDFFF;
+    const bool low = isLowSurrogate(unit);
     if (low != (high != 0)) {
       *problem = "byte " + std::to_string(i + 1) + ": not UTF-16 (half of a surrogate pair)";
       return std::nullopt;
     }
-    if (unit >= 0xD800 && unit <= 0xDBFF) {
+    if (isHighSurrogate(unit)) {
       high = unit;
       continue;
     }
-    const std::uint32_t point = low ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : unit;
+    const std::uint32_t point = low ? characterOfSurrogates(high, unit) : unit;
     high = 0;
     utf8::append(point, std::back_inserter(text));
   }
@@ -151,9 +152,6 @@ std::uint32_t numberInReference(const std::string& reference) {
   return point;
 }
 
-bool isHighHalf(std::uint32_t point) { return point >= 0xD800 && point <= 0xDBFF; }
-bool isLowHalf(std::uint32_t point) { return point >= 0xDC00 && point <= 0xDFFF; }
-
 /// What stands between "&" and ";" at the start of `raw`; empty where no reference stands there.
 std::string referenceAt(const char* raw) {
   // Longer than any reference that can be resolved, so that a stray ampersand does not quote a page.
@@ -185,15 +183,15 @@ std::string appendResolved(std::string& text, const char* raw, XMLReader::Halves
     raw = ampersand + reference.size() + 2;
     std::uint32_t point = numberInReference(reference);
     if (const char character = namedCharacter(reference)) point = static_cast<unsigned char>(character);
-    if (halves == XMLReader::Halves::Replaced && isHighHalf(point)) {
+    if (halves == XMLReader::Halves::Replaced && isHighSurrogate(point)) {
       const std::string following = referenceAt(raw);
       const std::uint32_t low = numberInReference(following);
-      if (isLowHalf(low)) {
+      if (isLowSurrogate(low)) {
         raw += following.size() + 2;
-        point = 0x10000 + ((point - 0xD800) << 10) + (low - 0xDC00);
+        point = characterOfSurrogates(point, low);
       }
     }
-    if (isHighHalf(point) || isLowHalf(point)) {
+    if (isHighSurrogate(point) || isLowSurrogate(point)) {
       if (halves == XMLReader::Halves::Refused) return "&" + reference + ";";
       text += replacementCharacter;
       continue;
