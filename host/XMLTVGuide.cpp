@@ -44,6 +44,8 @@ class ElementReader {
     return value ? valueOf(*value) : std::nullopt;
   }
 
+  std::string asItStands(pugi::xml_node element) const { return document_.asItStands(element); }
+
  private:
   static std::optional<std::string> valueOf(const std::string& text) {
     std::string stripped = strippedOfWhiteSpace(text);
@@ -54,7 +56,10 @@ class ElementReader {
   const XMLReader& document_;
 };
 
-bool isNamed(pugi::xml_node element, const char* name) { return std::strcmp(element.name(), name) == 0; }
+/// Whether the node is an element of that name. A processing instruction has a name too.
+bool isNamed(pugi::xml_node node, const char* name) {
+  return node.type() == pugi::node_element && std::strcmp(node.name(), name) == 0;
+}
 
 std::string withoutWhiteSpace(std::string text) {
   text.erase(std::remove_if(text.begin(), text.end(), [](char c) { return std::strchr(" \t\n\r", c) != nullptr; }),
@@ -79,18 +84,6 @@ void readElement(const ElementReader& reader, pugi::xml_node element, XMLTVProgr
       programme->episodeNumbers.push_back({reader.attribute(element, "system").value_or("onscreen"), *number});
     }
   }
-}
-
-struct StringWriter : pugi::xml_writer {
-  void write(const void* data, std::size_t size) override { text.append(static_cast<const char*>(data), size); }
-
-  std::string text;
-};
-
-std::string asItStands(pugi::xml_node element) {
-  StringWriter writer;
-  element.print(writer, "", pugi::format_raw | pugi::format_no_escapes, pugi::encoding_utf8);
-  return std::move(writer.text);
 }
 
 /// Whether `read` could use what it was to read. Where it could not, a warning tells that `what` was left out of the
@@ -137,7 +130,7 @@ void readProgramme(const ElementReader& reader, pugi::xml_node element, const st
     if (isNamed(child, "title")) {
       read();
     } else if (!readIfUsable(read, child.name(), place, guide)) {
-      programme.unusableElements.push_back(asItStands(child));
+      programme.unusableElements.push_back(reader.asItStands(child));
     }
   }
   if (programme.title.empty()) throw Unusable("it has no title");
@@ -160,7 +153,8 @@ void readProgramme(const ElementReader& reader, pugi::xml_node element, const st
 void readChannel(const ElementReader& reader, pugi::xml_node element, XMLTVGuide* guide) {
   const std::optional<std::string> channel = reader.attribute(element, "id");
   if (!channel) return;
-  for (const pugi::xml_node name : element.children("display-name")) {
+  for (const pugi::xml_node name : element.children()) {
+    if (!isNamed(name, "display-name")) continue;
     if (const std::optional<std::string> text = reader.text(name)) {
       guide->channelNames.emplace(*channel, *text);
       return;

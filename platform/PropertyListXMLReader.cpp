@@ -174,7 +174,7 @@ class XMLValueReader {
     const std::string name = element.name();
     if (name == "array" || name == "dict") {
       if (depth > PropertyList::maximumDepth) return failure(element, "nested too deep");
-      if (!holdsNoText(element)) return failure(element, "text between the values of a container");
+      if (!XMLReader::holdsNoText(element)) return failure(element, "text between the values of a container");
       return name == "array" ? array(element, depth) : dictionary(element, depth);
     }
     static const char* const scalars[] = {"string", "integer", "real", "true", "false", "date", "data"};
@@ -192,14 +192,6 @@ class XMLValueReader {
   std::optional<PropertyList> failure(pugi::xml_node node, const std::string& what) {
     if (problem_) *problem_ = document_.place(node) + ": " + what;
     return std::nullopt;
-  }
-
-  bool holdsNoText(pugi::xml_node element) const {
-    for (const pugi::xml_node node : element.children()) {
-      if (node.type() == pugi::node_cdata) return false;
-      if (node.type() == pugi::node_pcdata && !trimmed(node.value()).empty()) return false;
-    }
-    return true;
   }
 
  private:
@@ -272,7 +264,7 @@ std::optional<PropertyList> parseXMLPropertyList(const std::string& bytes, std::
   const pugi::xml_node root = document->root();
   if (std::strcmp(root.name(), "plist") != 0) return reader.value(root, 1);
 
-  if (!reader.holdsNoText(root)) return reader.failure(root, "text between the values of a container");
+  if (!XMLReader::holdsNoText(root)) return reader.failure(root, "text between the values of a container");
   pugi::xml_node top;
   for (const pugi::xml_node child : root.children()) {
     if (child.type() != pugi::node_element) continue;

@@ -11,8 +11,11 @@
 #include <iterator>
 #include <new>
 #include <set>
+#include <string_view>
+#include <utility>
 
 #include "platform/Surrogates.h"
+#include "platform/UTF8.h"
 #include "platform/XMLText.h"
 
 namespace epg {
@@ -106,7 +109,8 @@ std::optional<std::string> convertUTF16ToUTF8(const std::string& bytes, std::siz
   return text;
 }
 
-std::optional<std::string> documentInUTF8(const std::string& bytes, std::string* problem) {
+/// The document in UTF-8, of a document that is in another encoding. Nothing, and no problem, where it is in UTF-8.
+std::optional<std::string> convertedToUTF8(const std::string& bytes, std::string* problem) {
   if (startsWith(bytes, "\xEF\xBB\xBF", 3)) return bytes.substr(3);
   if (startsWith(bytes, "\xFE\xFF", 2)) return convertUTF16ToUTF8(bytes, 2, true, problem);
   if (startsWith(bytes, "\xFF\xFE", 2)) return convertUTF16ToUTF8(bytes, 2, false, problem);
@@ -114,7 +118,7 @@ std::optional<std::string> documentInUTF8(const std::string& bytes, std::string*
   if (startsWith(bytes, "<\0", 2)) return convertUTF16ToUTF8(bytes, 0, false, problem);
   const std::string encoding = declaredEncoding(bytes);
   if (encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII" || encoding == "ASCII") {
-    return bytes;
+    return std::nullopt;
   }
   if (startsWith(encoding, "UTF-16", 6)) {
     *problem = "line 1: the file says that it is in UTF-16 and is not";
@@ -128,10 +132,26 @@ std::optional<std::string> documentInUTF8(const std::string& bytes, std::string*
   return convertToUTF8(bytes, converter, problem);
 }
 
-bool isWhiteSpace(const char* text) { return std::strspn(text, " \t\r\n") == std::strlen(text); }
+// References are resolved here, not by the parser, which lets unknown ones pass as text.
+constexpr unsigned int wholeText =
+    pugi::parse_cdata | pugi::parse_eol | pugi::parse_ws_pcdata | pugi::parse_wconv_attribute | pugi::parse_fragment;
+
+// Only white space that is all an element holds is kept. Whatever else may take some along (comments, instructions,
+// child elements) is in the tree, so that one sees where text has to be read once more.
+constexpr unsigned int leanText = (wholeText & ~pugi::parse_ws_pcdata) | pugi::parse_ws_pcdata_single |
+                                  pugi::parse_embed_pcdata | pugi::parse_comments | pugi::parse_pi |
+                                  pugi::parse_declaration;
+
+pugi::xml_parse_result parseInto(pugi::xml_document* document, std::string_view text, unsigned int options) {
+  const pugi::xml_parse_result result = document->load_buffer(text.data(), text.size(), options, pugi::encoding_utf8);
+  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
+  return result;
+}
+
+bool isWhiteSpace(const char* text) { return text[std::strspn(text, " \t\r\n")] == '\0'; }
 
 /// The number in "#65" or "#x41"; 0 where there is none or no character can have it.
-std::uint32_t numberInReference(const std::string& reference) {
+std::uint32_t numberInReference(std::string_view reference) {
   const bool hexadecimal = reference.size() > 1 && reference[1] == 'x';
   const std::size_t start = hexadecimal ? 2 : 1;
   if (reference.size() <= start || reference[0] != '#') return 0;
@@ -153,17 +173,16 @@ std::uint32_t numberInReference(const std::string& reference) {
 }
 
 /// What stands between "&" and ";" at the start of `raw`; empty where no reference stands there.
-std::string referenceAt(const char* raw) {
+std::string_view referenceAt(std::string_view raw) {
   // Longer than any reference that can be resolved, so that a stray ampersand does not quote a page.
   constexpr std::size_t longest = 32;
-  if (*raw != '&') return {};
-  const char* const semicolon = std::strchr(raw, ';');
-  if (!semicolon || static_cast<std::size_t>(semicolon - raw) >= longest) return {};
-  return std::string(raw + 1, semicolon);
+  if (raw.empty() || raw[0] != '&') return {};
+  const std::size_t semicolon = raw.substr(0, longest).find(';');
+  return semicolon == std::string_view::npos ? std::string_view() : raw.substr(1, semicolon - 1);
 }
 
 /// The character of one of the five names; 0 for any other.
-char namedCharacter(const std::string& reference) {
+char namedCharacter(std::string_view reference) {
   static const struct {
     const char* name;
     char character;
@@ -175,119 +194,156 @@ char namedCharacter(const std::string& reference) {
 }
 
 /// Appends `raw` with its references resolved; the reference that cannot be, or an empty string.
-std::string appendResolved(std::string& text, const char* raw, XMLReader::Halves halves) {
-  while (const char* const ampersand = std::strchr(raw, '&')) {
-    text.append(raw, ampersand);
-    const std::string reference = referenceAt(ampersand);
-    if (reference.empty()) return ampersand[1] == ';' ? "&;" : "&";
-    raw = ampersand + reference.size() + 2;
+std::string appendResolved(std::string& text, std::string_view raw, XMLReader::Halves halves) {
+  for (std::size_t ampersand = raw.find('&'); ampersand != std::string_view::npos; ampersand = raw.find('&')) {
+    text.append(raw.data(), ampersand);
+    raw.remove_prefix(ampersand);
+    const std::string_view reference = referenceAt(raw);
+    if (reference.empty()) return raw.substr(0, 2) == "&;" ? "&;" : "&";
+    raw.remove_prefix(reference.size() + 2);
     std::uint32_t point = numberInReference(reference);
     if (const char character = namedCharacter(reference)) point = static_cast<unsigned char>(character);
     if (halves == XMLReader::Halves::Replaced && isHighSurrogate(point)) {
-      const std::string following = referenceAt(raw);
+      const std::string_view following = referenceAt(raw);
       const std::uint32_t low = numberInReference(following);
       if (isLowSurrogate(low)) {
-        raw += following.size() + 2;
+        raw.remove_prefix(following.size() + 2);
         point = characterOfSurrogates(point, low);
       }
     }
     if (isHighSurrogate(point) || isLowSurrogate(point)) {
-      if (halves == XMLReader::Halves::Refused) return "&" + reference + ";";
+      if (halves == XMLReader::Halves::Refused) return "&" + std::string(reference) + ";";
       text += replacementCharacter;
       continue;
     }
-    if (point == 0) return "&" + reference + ";";
+    if (point == 0) return "&" + std::string(reference) + ";";
     utf8::append(point, std::back_inserter(text));
   }
-  text += raw;
+  text.append(raw.data(), raw.size());
   return {};
 }
 
-/// The node behind this one in document order, none at the end. A loop takes any depth; recursion would not.
-pugi::xml_node followingNode(pugi::xml_node node) {
-  if (node.first_child()) return node.first_child();
-  while (node && !node.next_sibling()) node = node.parent();
-  return node.next_sibling();
+bool holdsReference(std::string_view raw) { return raw.find('&') != std::string_view::npos; }
+
+/// Whether an attribute in front of this one in its tag has the same name. `seen` is the caller's for one tag, filled
+/// where the tag has more attributes than any honest one: there, comparing each with each would take for ever.
+bool standsTwice(pugi::xml_node element, pugi::xml_attribute attribute, std::size_t number,
+                 std::set<std::string_view>* seen) {
+  constexpr std::size_t few = 16;
+  if (number < few) {
+    for (pugi::xml_attribute other = element.first_attribute(); other != attribute; other = other.next_attribute()) {
+      if (std::strcmp(other.name(), attribute.name()) == 0) return true;
+    }
+    return false;
+  }
+  if (seen->empty()) {
+    for (pugi::xml_attribute other = element.first_attribute(); other != attribute; other = other.next_attribute()) {
+      seen->insert(other.name());
+    }
+  }
+  return !seen->insert(attribute.name()).second;
 }
 
 /// What the parser lets pass although nobody can say what it means; empty where all is well.
 std::string problemOfAttributes(pugi::xml_node element) {
-  std::set<std::string> seen;
-  for (const pugi::xml_attribute attribute : element.attributes()) {
+  std::set<std::string_view> seen;
+  std::size_t number = 0;
+  for (pugi::xml_attribute attribute = element.first_attribute(); attribute; attribute = attribute.next_attribute()) {
     if (std::strchr(attribute.value(), '<')) {
       return "a \"<\" in the attribute \"" + std::string(attribute.name()) + "\"";
     }
-    if (attribute.next_attribute() || !seen.empty()) {
-      if (!seen.insert(attribute.name()).second) {
-        return "the attribute \"" + std::string(attribute.name()) + "\" twice";
-      }
+    if (standsTwice(element, attribute, number, &seen)) {
+      return "the attribute \"" + std::string(attribute.name()) + "\" twice";
     }
+    ++number;
   }
   return {};
 }
 
+/// Finds the first element, in the document's order, whose attributes are not as they must be.
+class AttributeCheck : public pugi::xml_tree_walker {
+ public:
+  bool begin(pugi::xml_node& root) override { return isGood(root); }
+  bool for_each(pugi::xml_node& node) override { return isGood(node); }
+
+  pugi::xml_node faultyElement;
+  std::string problem;
+
+ private:
+  bool isGood(pugi::xml_node node) {
+    if (!node.first_attribute()) return true;
+    problem = problemOfAttributes(node);
+    if (!problem.empty()) faultyElement = node;
+    return problem.empty();
+  }
+};
+
+struct StringWriter : pugi::xml_writer {
+  void write(const void* data, std::size_t size) override { text.append(static_cast<const char*>(data), size); }
+
+  std::string text;
+};
+
 }  // namespace
 
-std::unique_ptr<XMLReader> XMLReader::parse(const std::string& bytes, std::string* problem, Halves halves) {
-  std::string ignored;
-  if (!problem) problem = &ignored;
-  std::optional<std::string> text = documentInUTF8(bytes, problem);
-  if (!text) return nullptr;
-
+std::unique_ptr<XMLReader> XMLReader::parse(std::string bytes, std::string* problem, Halves halves) {
+  std::string found;
+  std::optional<std::string> converted = convertedToUTF8(bytes, &found);
   std::unique_ptr<XMLReader> reader(new XMLReader);
   reader->halves_ = halves;
-  reader->text_ = std::move(*text);
-  const std::string& document = reader->text_;
-  const auto invalid = utf8::find_invalid(document.begin(), document.end());
-  if (invalid != document.end()) {
-    *problem = reader->placeOfOffset(static_cast<std::size_t>(invalid - document.begin())) + ": not UTF-8";
-    return nullptr;
+  reader->text_ = converted ? std::move(*converted) : std::move(bytes);
+  if (found.empty() && reader->parseText(&found)) return reader;
+  if (problem) *problem = std::move(found);
+  return nullptr;
+}
+
+bool XMLReader::parseText(std::string* problem) {
+  const std::size_t valid = lengthOfUTF8(text_);
+  if (valid != text_.size()) {
+    *problem = placeOfOffset(valid) + ": not UTF-8";
+    return false;
   }
-  const std::size_t zero = document.find('\0');
+  const std::size_t zero = text_.find('\0');
   if (zero != std::string::npos) {
-    *problem = reader->placeOfOffset(zero) + ": a zero byte";
-    return nullptr;
+    *problem = placeOfOffset(zero) + ": a zero byte";
+    return false;
   }
 
-  // References are resolved here, not by the parser, which lets unknown ones pass as text.
-  const unsigned int options =
-      pugi::parse_cdata | pugi::parse_eol | pugi::parse_ws_pcdata | pugi::parse_wconv_attribute | pugi::parse_fragment;
-  const pugi::xml_parse_result result =
-      reader->document_.load_buffer(document.data(), document.size(), options, pugi::encoding_utf8);
-  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
+  pugi::xml_parse_result result = parseInto(&document_, text_, leanText);
+  // What is kept decides where in a broken part the parser stops; what it merely skips it takes as it is.
+  if (!result) result = parseInto(&document_, text_, wholeText);
   if (!result) {
-    const std::size_t offset = std::min(static_cast<std::size_t>(result.offset), document.size());
-    *problem = reader->placeOfOffset(offset) + ": not well-formed XML (" + result.description() + ")";
-    return nullptr;
+    const std::size_t offset = std::min(static_cast<std::size_t>(result.offset), text_.size());
+    *problem = placeOfOffset(offset) + ": not well-formed XML (" + result.description() + ")";
+    return false;
   }
   // The parser lets one tag that begins with the last byte of all pass.
-  if (!document.empty() && document.back() == '<') {
-    *problem = reader->placeOfOffset(document.size() - 1) + ": not well-formed XML (a tag without an end)";
-    return nullptr;
+  if (!text_.empty() && text_.back() == '<') {
+    *problem = placeOfOffset(text_.size() - 1) + ": not well-formed XML (a tag without an end)";
+    return false;
   }
   pugi::xml_node root;
-  for (const pugi::xml_node node : reader->document_.children()) {
-    const bool surplus = node.type() == pugi::node_element
-                             ? !root.empty()
-                             : node.type() == pugi::node_cdata || !isWhiteSpace(node.value());
+  for (const pugi::xml_node node : document_.children()) {
+    const pugi::xml_node_type type = node.type();
+    const bool surplus = (type == pugi::node_element && root) || type == pugi::node_cdata ||
+                         (type == pugi::node_pcdata && !isWhiteSpace(node.value()));
     if (surplus) {
-      *problem = reader->place(node) + ": not well-formed XML (something besides the one root element)";
-      return nullptr;
+      *problem = place(node) + ": not well-formed XML (something besides the one root element)";
+      return false;
     }
-    if (node.type() == pugi::node_element) root = node;
+    if (type == pugi::node_element) root = node;
   }
   if (!root) {
     *problem = "line 1, column 1: no XML element in the file";
-    return nullptr;
+    return false;
   }
-  for (pugi::xml_node node = root; node; node = followingNode(node)) {
-    const std::string inAttributes = problemOfAttributes(node);
-    if (!inAttributes.empty()) {
-      *problem = reader->place(node) + ": not well-formed XML (" + inAttributes + ")";
-      return nullptr;
-    }
+  AttributeCheck check;
+  root.traverse(check);
+  if (check.faultyElement) {
+    *problem = place(check.faultyElement) + ": not well-formed XML (" + check.problem + ")";
+    return false;
   }
-  return reader;
+  return true;
 }
 
 pugi::xml_node XMLReader::root() const {
@@ -319,45 +375,106 @@ std::string XMLReader::placeOfOffset(std::size_t offset) const {
   return "line " + std::to_string(counted_.line) + ", column " + std::to_string(counted_.column);
 }
 
-std::string XMLReader::place(pugi::xml_node node) const {
+std::size_t XMLReader::offsetOf(pugi::xml_node node) const {
   const std::ptrdiff_t offset = node.offset_debug();
-  if (offset < 0) return "line 1, column 1";
+  if (offset < 0) return 0;
   // The parser points behind what opens the node.
   std::size_t opening = 0;
   if (node.type() == pugi::node_element) opening = std::strlen("<");
   if (node.type() == pugi::node_cdata) opening = std::strlen("<![CDATA[");
-  return placeOfOffset(static_cast<std::size_t>(offset) - std::min(opening, static_cast<std::size_t>(offset)));
+  return static_cast<std::size_t>(offset) - std::min(opening, static_cast<std::size_t>(offset));
+}
+
+std::string XMLReader::place(pugi::xml_node node) const {
+  return node.offset_debug() < 0 ? "line 1, column 1" : placeOfOffset(offsetOf(node));
+}
+
+/// Reads the element once more, with all its white space and without comments, as the first child of `piece`; the
+/// offset at which that begins. The document is known to be well-formed: what is wrong with the piece is only that the
+/// parents' tags may end in it.
+std::size_t XMLReader::parseAgain(pugi::xml_node element, pugi::xml_document* piece) const {
+  pugi::xml_node behind = element;
+  while (behind && !behind.next_sibling()) behind = behind.parent();
+  behind = behind.next_sibling();
+  const std::size_t start = offsetOf(element);
+  const std::size_t end = behind ? offsetOf(behind) : text_.size();
+  parseInto(piece, std::string_view(text_).substr(start, end - start), wholeText);
+  return start;
+}
+
+std::optional<std::string_view> XMLReader::text(pugi::xml_node element, std::string* buffer,
+                                                std::string* problem) const {
+  const auto failure = [problem](const std::string& place, const std::string& unresolved) {
+    if (problem) *problem = place + ": the reference " + unresolved + " stands for no character";
+    return std::nullopt;
+  };
+  if (!element.first_child()) {
+    const std::string_view whole = element.value();
+    if (!holdsReference(whole)) return whole;
+    buffer->clear();
+    const std::string unresolved = appendResolved(*buffer, whole, halves_);
+    if (unresolved.empty()) return *buffer;
+    // Name and text stand in one buffer of the parser's.
+    const auto offset = element.offset_debug() + (element.value() - element.name());
+    return failure(placeOfOffset(static_cast<std::size_t>(offset)), unresolved);
+  }
+  pugi::xml_document piece;
+  const std::size_t start = parseAgain(element, &piece);
+  buffer->clear();
+  for (const pugi::xml_node node : piece.first_child().children()) {
+    if (node.type() == pugi::node_cdata) {
+      *buffer += node.value();
+    } else if (node.type() == pugi::node_pcdata) {
+      const std::string unresolved = appendResolved(*buffer, node.value(), halves_);
+      if (!unresolved.empty()) return failure(placeOfOffset(start + offsetOf(node)), unresolved);
+    }
+  }
+  return *buffer;
+}
+
+std::optional<std::string_view> XMLReader::attribute(pugi::xml_node element, const char* name, std::string* buffer,
+                                                     std::string* problem) const {
+  const pugi::xml_attribute attribute = element.attribute(name);
+  if (!attribute) return std::nullopt;
+  const std::string_view whole = attribute.value();
+  if (!holdsReference(whole)) return whole;
+  buffer->clear();
+  const std::string unresolved = appendResolved(*buffer, whole, halves_);
+  if (unresolved.empty()) return *buffer;
+  if (problem) {
+    *problem =
+        place(element) + ": the reference " + unresolved + " in the attribute \"" + name + "\" stands for no character";
+  }
+  return std::nullopt;
 }
 
 std::optional<std::string> XMLReader::text(pugi::xml_node element, std::string* problem) const {
-  std::string text;
-  for (const pugi::xml_node node : element.children()) {
-    if (node.type() == pugi::node_cdata) {
-      text += node.value();
-    } else if (node.type() == pugi::node_pcdata) {
-      const std::string unresolved = appendResolved(text, node.value(), halves_);
-      if (!unresolved.empty()) {
-        if (problem) *problem = place(node) + ": the reference " + unresolved + " stands for no character";
-        return std::nullopt;
-      }
-    }
-  }
-  return text;
+  std::string buffer;
+  const std::optional<std::string_view> found = text(element, &buffer, problem);
+  return found ? std::optional<std::string>(*found) : std::nullopt;
 }
 
 std::optional<std::string> XMLReader::attribute(pugi::xml_node element, const char* name, std::string* problem) const {
-  const pugi::xml_attribute attribute = element.attribute(name);
-  if (!attribute) return std::nullopt;
-  std::string value;
-  const std::string unresolved = appendResolved(value, attribute.value(), halves_);
-  if (!unresolved.empty()) {
-    if (problem) {
-      *problem = place(element) + ": the reference " + unresolved + " in the attribute \"" + name +
-                 "\" stands for no character";
-    }
-    return std::nullopt;
+  std::string buffer;
+  const std::optional<std::string_view> found = attribute(element, name, &buffer, problem);
+  return found ? std::optional<std::string>(*found) : std::nullopt;
+}
+
+bool XMLReader::holdsNoText(pugi::xml_node element) {
+  if (!isWhiteSpace(element.value())) return false;
+  for (const pugi::xml_node node : element.children()) {
+    if (node.type() == pugi::node_cdata) return false;
+    if (node.type() == pugi::node_pcdata && !isWhiteSpace(node.value())) return false;
   }
-  return value;
+  return true;
+}
+
+std::string XMLReader::asItStands(pugi::xml_node element) const {
+  pugi::xml_document piece;
+  parseAgain(element, &piece);
+  StringWriter writer;
+  piece.first_child().print(writer, "", pugi::format_raw | pugi::format_no_escapes, pugi::encoding_utf8);
+  return std::move(writer.text);
 }
 
 }  // namespace epg

@@ -5,6 +5,7 @@
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace epg {
@@ -17,6 +18,10 @@ namespace epg {
 /// As lax as the parser where nothing can be misunderstood: control characters in texts, "--" in comments, "]]>" in
 /// texts. A store that somebody's tool wrote so would else be lost.
 /// Encodings: UTF-8, UTF-16, ISO-8859-1 and Windows-1252, as the byte-order mark or the declaration says.
+///
+/// The nodes are for walking from element to element. Text is to be asked of the reader: the nodes keep the start of it
+/// in the element itself and no white space next to tags, because a node for each line end of an indented document
+/// would cost more than all the rest. Comments and processing instructions are among an element's children.
 /// One thread at a time.
 class XMLReader {
  public:
@@ -26,8 +31,7 @@ class XMLReader {
 
   /// Null when the bytes are no such document; `problem` then says "line 3, column 7: …" and why. Throws
   /// std::bad_alloc when the document does not fit into memory.
-  static std::unique_ptr<XMLReader> parse(const std::string& bytes, std::string* problem,
-                                          Halves halves = Halves::Refused);
+  static std::unique_ptr<XMLReader> parse(std::string bytes, std::string* problem, Halves halves = Halves::Refused);
 
   pugi::xml_node root() const;
 
@@ -40,8 +44,23 @@ class XMLReader {
   /// The attribute's value; nothing when it is missing (no problem) or a reference cannot be resolved (a problem).
   std::optional<std::string> attribute(pugi::xml_node element, const char* name, std::string* problem) const;
 
+  /// The same without a copy of what can be used as it stands: the text is then the reader's and lives as long as it.
+  /// Any other is made in `buffer`, whose former content is lost, and lives until that changes.
+  std::optional<std::string_view> text(pugi::xml_node element, std::string* buffer, std::string* problem) const;
+  std::optional<std::string_view> attribute(pugi::xml_node element, const char* name, std::string* buffer,
+                                            std::string* problem) const;
+
+  /// Whether the element holds no text of its own besides white space.
+  static bool holdsNoText(pugi::xml_node element);
+
+  /// The element with all that is in it as XML, references left as they stand and comments left out.
+  std::string asItStands(pugi::xml_node element) const;
+
  private:
   XMLReader() = default;
+  bool parseText(std::string* problem);
+  std::size_t offsetOf(pugi::xml_node node) const;
+  std::size_t parseAgain(pugi::xml_node element, pugi::xml_document* piece) const;
   std::string placeOfOffset(std::size_t offset) const;
 
   struct Place {

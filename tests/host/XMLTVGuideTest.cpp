@@ -129,6 +129,17 @@ TEST(XMLTVGuide, PassesOverWhatItDoesNotKnow) {
   EXPECT_THAT(extended.warnings, IsEmpty());
 }
 
+TEST(XMLTVGuide, TakesNoProcessingInstructionForAnElement) {
+  const XMLTVGuide read = guide(
+      "<?programme p?><?channel c?><channel id='c'><?display-name d?></channel>"
+      "<programme start='2001'><?title t?><title>T</title><?category c?></programme>");
+  EXPECT_THAT(read.warnings, IsEmpty());
+  EXPECT_THAT(read.channelNames, IsEmpty());
+  ASSERT_EQ(read.programmes.size(), 1U);
+  EXPECT_EQ(read.programmes[0].title, "T");
+  EXPECT_THAT(read.programmes[0].categories, IsEmpty());
+}
+
 TEST(XMLTVGuide, MayBeEmpty) {
   EXPECT_THAT(guide("").programmes, IsEmpty());
   EXPECT_THAT(parseGuide("<tv/>", "guide.xml").programmes, IsEmpty());

@@ -1,0 +1,43 @@
+#include "platform/UTF8.h"
+
+#include <utf8.h>
+
+#include <cstdint>
+#include <cstring>
+
+namespace epg {
+
+namespace {
+
+bool isASCII(char c) { return static_cast<unsigned char>(c) < 0x80; }
+
+/// The first byte that is not ASCII. Eight bytes are looked at together: most of what a guide or a store holds is
+/// markup and plain letters.
+const char* endOfASCII(const char* at, const char* end) {
+  constexpr std::uint64_t highBits = 0x8080808080808080U;
+  std::uint64_t word = 0;
+  while (static_cast<std::size_t>(end - at) >= sizeof word) {
+    std::memcpy(&word, at, sizeof word);
+    if ((word & highBits) != 0) break;
+    at += sizeof word;
+  }
+  while (at != end && isASCII(*at)) ++at;
+  return at;
+}
+
+}  // namespace
+
+std::size_t lengthOfUTF8(std::string_view text) {
+  const char* const end = text.data() + text.size();
+  for (const char* at = endOfASCII(text.data(), end); at != end; at = endOfASCII(at, end)) {
+    // An ASCII byte is never part of a longer sequence, so that what stands between two of them can be judged alone.
+    const char* runEnd = at;
+    while (runEnd != end && !isASCII(*runEnd)) ++runEnd;
+    const char* const invalid = utf8::find_invalid(at, runEnd);
+    if (invalid != runEnd) return static_cast<std::size_t>(invalid - text.data());
+    at = runEnd;
+  }
+  return text.size();
+}
+
+}  // namespace epg
