@@ -26,18 +26,19 @@ namespace {
 struct Input {
   explicit Input(std::size_t count) : events(sampleEvents(count)) {
     for (std::size_t i = 0; i < count; ++i) {
-      items[sampleID(i)] = std::make_shared<const PropertyListDictionary>(sampleItem(i, 4, 200));
+      items[sampleID(i)] = sampleItem(i, 4, 200);
     }
   }
 
   std::vector<EPGEvent> events;
-  std::unordered_map<std::string, std::shared_ptr<const PropertyListDictionary>> items;
+  std::unordered_map<std::string, PropertyListDictionary> items;
 };
 
 std::string ourDocument(const Input& input) {
-  const auto lookUp = [&input](const std::string& uniqueID) -> std::shared_ptr<const PropertyListDictionary> {
+  const auto lookUp = [&input](const std::string& uniqueID) -> std::optional<PropertyListDictionary> {
     const auto item = input.items.find(uniqueID);
-    return item == input.items.end() ? nullptr : item->second;
+    if (item == input.items.end()) return std::nullopt;
+    return item->second;
   };
   return dayFileContent(LocalCalendar(), DateFormatter("dd-MM-yyyy"), lookUp, input.events).value_or("");
 }
@@ -45,7 +46,7 @@ std::string ourDocument(const Input& input) {
 /// What the others need to know of one event, from the same event and item, by the shortest way that the C library has.
 struct Program {
   Program(const Input& input, const EPGEvent& event)
-      : item(*input.items.find(*event.eventEPGUniqueID)->second),
+      : item(input.items.find(*event.eventEPGUniqueID)->second),
         id(std::to_string(playbackIDHash(*event.eventEPGPlaybackUniqueID))) {
     const auto start = static_cast<time_t>(event.eventEPGStartDateTime->unixTime());
     struct tm local {};
@@ -57,7 +58,7 @@ struct Program {
     minute = std::to_string(local.tm_min);
   }
 
-  const std::string& text(const char* key) const { return *stringValue(item, key); }
+  std::string text(const char* key) const { return std::string(*stringValue(item, key)); }
 
   const PropertyListDictionary& item;
   std::string id, day, month, year, hour, minute;
@@ -97,7 +98,7 @@ std::string documentByLibXML2(const Input& input) {
     element(writer, "description", program.text(ZRLEPGDSDescriptionKey));
     element(writer, "imgUrl", program.text(ZRLEPGDSImageURLKey));
     start(writer, "tags");
-    for (const PropertyList& tag : *tagsValue(program.item)) element(writer, "tag", *tag.asString());
+    for (const PropertyList& tag : *tagsValue(program.item)) element(writer, "tag", std::string(*tag.asString()));
     xmlTextWriterEndElement(writer);
     xmlTextWriterEndElement(writer);
   }
@@ -139,7 +140,7 @@ std::string documentByPugixml(const Input& input) {
     appendElement(node, "description", program.text(ZRLEPGDSDescriptionKey));
     appendElement(node, "imgUrl", program.text(ZRLEPGDSImageURLKey));
     const pugi::xml_node tags = node.append_child("tags");
-    for (const PropertyList& tag : *tagsValue(program.item)) appendElement(tags, "tag", *tag.asString());
+    for (const PropertyList& tag : *tagsValue(program.item)) appendElement(tags, "tag", std::string(*tag.asString()));
   }
   StringWriter writer;
   document.save(writer, "    ", pugi::format_indent, pugi::encoding_utf8);

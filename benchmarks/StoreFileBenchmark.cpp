@@ -68,16 +68,17 @@ std::string storeByPugixml(const PropertyListDictionary& store) {
   root.append_attribute("version") = "1.0";
   pugi::xml_node dictionary = root.append_child("dict");
   for (const auto& [id, item] : store) {
-    dictionary.append_child("key").text().set(id.c_str());
+    dictionary.append_child("key").text().set(std::string(id).c_str());
     pugi::xml_node entries = dictionary.append_child("dict");
     for (const auto& [key, value] : *item.asDictionary()) {
-      entries.append_child("key").text().set(key.c_str());
-      if (const std::string* const text = value.asString()) {
-        entries.append_child("string").text().set(text->c_str());
+      entries.append_child("key").text().set(std::string(key).c_str());
+      if (const auto text = value.asString()) {
+        entries.append_child("string").text().set(std::string(*text).c_str());
         continue;
       }
       pugi::xml_node list = entries.append_child("array");
-      for (const PropertyList& tag : *value.asArray()) list.append_child("string").text().set(tag.asString()->c_str());
+      for (const PropertyList& tag : *value.asArray())
+        list.append_child("string").text().set(std::string(*tag.asString()).c_str());
     }
   }
   StringWriter writer;

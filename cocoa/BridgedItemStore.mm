@@ -22,7 +22,7 @@ id objectOfEntry(HandedOutObjects& handedOut, const std::string& uniqueID, const
 
 BridgedItemStore::BridgedItemStore(const EPGItemStoreSnapshot& content) {
   for (const auto& [uniqueID, entry] : content) {
-    EPGItemStore::setEntry(uniqueID, entry);
+    EPGItemStore::setEntry(std::string(uniqueID), entry);
   }
 }
 
@@ -32,9 +32,10 @@ id BridgedItemStore::object(const std::string& uniqueID) {
 }
 
 id BridgedItemStore::objectOfRecord(const EPGItemStoreRecord& record) {
-  const std::optional<EPGItemStoreEntry> now = entry(record.uniqueID);
+  const std::string uniqueID(record.uniqueID);
+  const std::optional<EPGItemStoreEntry> now = entry(uniqueID);
   if (now && isSame(*now, record.entry)) {
-    return standingObject(record.uniqueID, record.entry);
+    return standingObject(uniqueID, record.entry);
   }
   return record.entry.item != nullptr ? objectOfItem(record.entry.item) : toObject(record.entry.value);
 }

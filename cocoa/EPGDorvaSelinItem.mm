@@ -35,7 +35,7 @@ const epg::PropertyListDictionary::Entry* entryUnder(const epg::PropertyListDict
   return found != values.end() ? &*found : nullptr;
 }
 
-id keyOf(const std::string& name, const epg::PropertyList& value) {
+id keyOf(std::string_view name, const epg::PropertyList& value) {
   const id foreign = epg::cocoa::foreignKey(value);
   return foreign != nil ? foreign : epg::cocoa::toString(name);
 }
@@ -126,31 +126,31 @@ struct EPGDorvaSelinItemParts {
 }
 
 - (NSUInteger)count {
-  return _parts->item->values()->size();
+  return _parts->item->values().size();
 }
 
 - (id)objectForKey:(id)key {
-  const epg::EPGItem::Values values = _parts->item->values();
-  const auto* const entry = entryUnder(*values, key);
-  return entry != nullptr ? _parts->handedOut.object(entry->first, entry->second) : nil;
+  const epg::PropertyListDictionary values = _parts->item->values();
+  const auto* const entry = entryUnder(values, key);
+  return entry != nullptr ? _parts->handedOut.object(std::string(entry->first), entry->second) : nil;
 }
 
 - (NSArray*)allKeys {
-  const epg::EPGItem::Values values = _parts->item->values();
-  NSMutableArray* keys = [NSMutableArray arrayWithCapacity:values->size()];
-  for (const auto& [key, value] : *values) {
+  const epg::PropertyListDictionary values = _parts->item->values();
+  NSMutableArray* keys = [NSMutableArray arrayWithCapacity:values.size()];
+  for (const auto& [key, value] : values) {
     [keys addObject:keyOf(key, value)];
   }
   return keys;
 }
 
 - (NSDictionary*)entries {
-  const epg::EPGItem::Values values = _parts->item->values();
+  const epg::PropertyListDictionary values = _parts->item->values();
   std::vector<id> keys;
   std::vector<id> objects;
-  for (const auto& [key, value] : *values) {
+  for (const auto& [key, value] : values) {
     keys.push_back(keyOf(key, value));
-    objects.push_back(_parts->handedOut.object(key, value));
+    objects.push_back(_parts->handedOut.object(std::string(key), value));
   }
   return [NSDictionary dictionaryWithObjects:objects.data() forKeys:keys.data() count:keys.size()];
 }
@@ -166,10 +166,11 @@ struct EPGDorvaSelinItemParts {
 }
 
 - (void)removeObjectForKey:(id)key {
-  const epg::EPGItem::Values values = _parts->item->values();
-  if (const auto* const entry = entryUnder(*values, key)) {
-    _parts->item->remove(entry->first);
-    _parts->handedOut.forget(entry->first);
+  const epg::PropertyListDictionary values = _parts->item->values();
+  if (const auto* const entry = entryUnder(values, key)) {
+    const std::string name(entry->first);
+    _parts->item->remove(name);
+    _parts->handedOut.forget(name);
   }
 }
 

@@ -150,7 +150,7 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, co
 - (id)objectForKey:(id)key {
   const std::optional<std::string> uniqueID = optionalString(key);
   const epg::EPGItemStoreRecord* const found = uniqueID ? _snapshot->find(*uniqueID) : nullptr;
-  return found != nullptr ? epg::cocoa::objectOfEntry(*_handedOut, found->uniqueID, found->entry) : nil;
+  return found != nullptr ? epg::cocoa::objectOfEntry(*_handedOut, std::string(found->uniqueID), found->entry) : nil;
 }
 
 - (NSEnumerator*)keyEnumerator {
@@ -160,7 +160,7 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, co
 - (NSEnumerator*)objectEnumerator {
   epg::cocoa::HandedOutObjects& handedOut = *_handedOut;
   const auto objectOfRecord = [&](const epg::EPGItemStoreRecord& record) {
-    return epg::cocoa::objectOfEntry(handedOut, record.uniqueID, record.entry);
+    return epg::cocoa::objectOfEntry(handedOut, std::string(record.uniqueID), record.entry);
   };
   return [dictionaryOfSnapshot(*_snapshot, objectOfRecord) objectEnumerator];
 }

@@ -21,7 +21,7 @@ class FoundationItem : public EPGItem {
 
   /// Entries under keys that are no strings are there too, as foreign values.
   /// Throws a `HostException` when the dictionary raises an exception.
-  Values values() const override;
+  PropertyListDictionary values() const override;
   /// Raises the platform's own exception when the host's dictionary cannot be changed.
   void setValues(const std::vector<PropertyListDictionary::Entry>& entries) override;
   void remove(const std::string& key) override;

@@ -15,10 +15,10 @@ FoundationItem::~FoundationItem() { [dictionary_ release]; }
 
 NSMutableDictionary* FoundationItem::dictionary() const { return [[dictionary_ retain] autorelease]; }
 
-EPGItem::Values FoundationItem::values() const {
-  auto values = std::make_shared<PropertyListDictionary>();
+PropertyListDictionary FoundationItem::values() const {
+  PropertyListDictionary values;
   // The host may be changing the dictionary at this moment.
-  callHost([&] { *values = fromDictionary(dictionary_); });
+  callHost([&] { values = fromDictionary(dictionary_); });
   return values;
 }
 

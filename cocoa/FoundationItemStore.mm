@@ -35,7 +35,7 @@ std::vector<std::string> FoundationItemStore::uniqueIDs() const {
   std::vector<std::string> uniqueIDs;
   for (const auto& [uniqueID, entry] : snapshot()) {
     if (entry.item != nullptr) {
-      uniqueIDs.push_back(uniqueID);
+      uniqueIDs.emplace_back(uniqueID);
     }
   }
   std::sort(uniqueIDs.begin(), uniqueIDs.end());

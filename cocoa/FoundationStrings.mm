@@ -33,7 +33,7 @@ void appendUTF8(std::string& text, char32_t codePoint) {
 
 /// The code point (a surrogate too) that starts at `position`, which moves behind it. A byte that starts none is
 /// taken alone.
-char32_t takeCodePoint(const std::string& text, std::size_t& position) {
+char32_t takeCodePoint(std::string_view text, std::size_t& position) {
   const auto byteAt = [&](std::size_t index) -> char32_t {
     return index < text.size() ? static_cast<unsigned char>(text[index]) : 0;
   };
@@ -104,7 +104,7 @@ std::string fromString(NSString* string) {
   return text;
 }
 
-NSString* toString(const std::string& text) {
+NSString* toString(std::string_view text) {
   std::vector<unichar> units;
   units.reserve(text.size());
   for (std::size_t position = 0; position < text.size();) {
@@ -119,6 +119,8 @@ NSString* toString(const std::string& text) {
   NSString* string = [NSString stringWithCharacters:units.data() length:units.size()];
   return string != nil ? string : stringOfAnyUnits(units);
 }
+
+NSString* toString(const std::string& text) { return toString(std::string_view(text)); }
 
 std::optional<std::string> optionalString(id object) {
   if ([object isKindOfClass:[NSString class]]) {

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "export/XMLElement.h"
@@ -20,6 +21,7 @@ namespace epg::cocoa {
 /// spell a character, it comes back with that character. No text holds such a row.
 /// Nil gives the empty string.
 std::string fromString(NSString* string);
+NSString* toString(std::string_view text);
 NSString* toString(const std::string& text);
 
 /// Nothing for nil or an object of another class.

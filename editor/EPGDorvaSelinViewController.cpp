@@ -20,26 +20,23 @@ std::vector<std::string> tagCatalogue(const Bundle* bundle, Environment& environ
   if (!path || path->empty()) return names;
   const auto dictionary = readPropertyListDictionary(environment, *path);
   const PropertyList* const tags = dictionary ? dictionary->find("tags") : nullptr;
-  const PropertyList::Array* const list = tags ? tags->asArray() : nullptr;
+  const PropertyList::Elements* const list = tags ? tags->asArray() : nullptr;
   if (!list) return names;
   for (const PropertyList& tag : *list) {
-    if (const std::string* const name = tag.asString()) names.push_back(*name);
+    if (const auto name = tag.asString()) names.emplace_back(*name);
   }
   return names;
 }
 
-bool isTag(const PropertyList& element, const std::string& tag) {
-  const std::string* const name = element.asString();
-  return name && *name == tag;
-}
+bool isTag(const PropertyList& element, std::string_view tag) { return element.asString() == tag; }
 
-bool holdsTag(const PropertyList::Array* tags, const std::string& tag) {
+bool holdsTag(const PropertyList::Elements* tags, std::string_view tag) {
   return tags && std::any_of(tags->begin(), tags->end(), [&](const PropertyList& t) { return isTag(t, tag); });
 }
 
 /// The list with the tag put in at the end or taken out everywhere; nothing when that changes nothing.
-std::optional<PropertyList::Array> changedTags(const PropertyList::Array* tags, const PropertyList& tag, bool on) {
-  const std::string& name = *tag.asString();
+std::optional<PropertyList::Array> changedTags(const PropertyList::Elements* tags, const PropertyList& tag, bool on) {
+  const std::string_view name = *tag.asString();
   if (holdsTag(tags, name) == on) return std::nullopt;
   PropertyList::Array changed;
   changed.reserve(tags ? tags->size() + 1 : 1);
@@ -113,7 +110,7 @@ TagState EPGDorvaSelinViewController::stateOfTagAtIndex(int index) const {
   }
   bool result = false;
   for (std::size_t i = 0; i < items_->size(); ++i) {
-    const bool carried = holdsTag(tagsValue(*items_->at(i)->values()), tag);
+    const bool carried = holdsTag(tagsValue(items_->at(i)->values()), tag);
     if (i == 0) result = carried;
     if (carried != result) return TagStateMixed;
   }
@@ -126,11 +123,11 @@ std::vector<TagState> EPGDorvaSelinViewController::tagStates() const {
   std::vector<std::size_t> carriers(tags_.size(), 0);
   std::vector<std::size_t> lastCarrier(tags_.size(), nobody);  // A tag that an item lists twice counts once.
   for (std::size_t i = 0; i < count; ++i) {
-    const EPGItem::Values values = items_->at(i)->values();
-    const PropertyList::Array* const tags = tagsValue(*values);
+    const PropertyListDictionary values = items_->at(i)->values();
+    const PropertyList::Elements* const tags = tagsValue(values);
     if (!tags) continue;
     for (const PropertyList& element : *tags) {
-      const std::string* const name = element.asString();
+      const auto name = element.asString();
       const auto tag = name ? tagIndexes_.find(*name) : tagIndexes_.end();
       if (tag == tagIndexes_.end() || lastCarrier[tag->second] == i) continue;
       lastCarrier[tag->second] = i;
@@ -154,8 +151,8 @@ void EPGDorvaSelinViewController::setStateOfTag(std::ptrdiff_t state, int index)
   std::size_t changedItems = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const std::shared_ptr<EPGItem> item = items_->at(i);
-    const EPGItem::Values values = item->values();
-    std::optional<PropertyList::Array> changed = changedTags(tagsValue(*values), tag, state == TagStateOn);
+    const PropertyListDictionary values = item->values();
+    std::optional<PropertyList::Array> changed = changedTags(tagsValue(values), tag, state == TagStateOn);
     if (!changed) continue;
     item->set(ZRLEPGDSTagsKey, PropertyList(std::move(*changed)));
     ++changedItems;
@@ -182,14 +179,14 @@ void EPGDorvaSelinViewController::updateDescriptionTextField() {
 
 void EPGDorvaSelinViewController::updateTextField(TextField* textField, const char* key) {
   if (!textField) return;
-  EPGItem::Values commonHolder;
-  const std::string* common = nullptr;
+  PropertyListDictionary commonHolder;
+  std::optional<std::string_view> common;
   const std::size_t count = items_ ? items_->size() : 0;
   for (std::size_t i = 0; i < count; ++i) {
-    EPGItem::Values values = items_->at(i)->values();
-    const std::string* const value = stringValue(*values, key);
+    PropertyListDictionary values = items_->at(i)->values();
+    const auto value = stringValue(values, key);
     // Items without the entry are passed over only until the first that has it: after that they differ.
-    if (common && (!value || *value != *common)) {
+    if (common && value != common) {
       setMixedTextField(textField, true);
       return;
     }
@@ -199,7 +196,7 @@ void EPGDorvaSelinViewController::updateTextField(TextField* textField, const ch
     }
   }
   setMixedTextField(textField, false);
-  textField->setStringValue(common ? *common : std::string());
+  textField->setStringValue(std::string(common.value_or(std::string_view())));
 }
 
 void EPGDorvaSelinViewController::setMixedTextField(TextField* textField, bool mixed) {
@@ -216,9 +213,9 @@ void EPGDorvaSelinViewController::applyChanges() {
   std::vector<PropertyListDictionary::Entry> entries;
   const auto addField = [&](const TextField* field, const char* key) {
     if (!field) return;
-    std::string text = field->stringValue();
+    const std::string text = field->stringValue();
     const bool mixed = field->placeholderString().has_value();
-    if (!mixed || !text.empty()) entries.emplace_back(key, PropertyList(std::move(text)));
+    if (!mixed || !text.empty()) entries.emplace_back(key, text);
   };
   addField(outlets_.titleTextField, ZRLEPGDSTitleKey);
   addField(outlets_.descriptionTextField, ZRLEPGDSDescriptionKey);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <variant>
 #include <vector>
@@ -88,7 +89,8 @@ class EPGDorvaSelinViewController {
   void* delegate_ = nullptr;
   std::shared_ptr<EPGItemList> items_;
   std::vector<std::string> tags_;
-  std::unordered_map<std::string, std::size_t> tagIndexes_;  ///< Of a name that the catalogue lists twice, the first.
+  /// By names that stand in `tags_`. Of a name that the catalogue lists twice, the first.
+  std::unordered_map<std::string_view, std::size_t> tagIndexes_;
   // The table asks for every row after every change; the states are kept for as long as the list stands still.
   mutable std::vector<TagState> states_;
   mutable std::optional<std::size_t> statesChangeCount_;

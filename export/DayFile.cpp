@@ -20,8 +20,7 @@ XMLElement elementWithText(const char* name, std::string text) {
 
 /// Without an item value the element stays empty.
 XMLElement elementWithValue(const char* name, const PropertyListDictionary& item, const char* key) {
-  const std::string* const text = stringValue(item, key);
-  return elementWithText(name, text ? *text : std::string());
+  return elementWithText(name, std::string(stringValue(item, key).value_or(std::string_view())));
 }
 
 }  // namespace
@@ -43,11 +42,11 @@ XMLElement timeXMLElementWithDate(const LocalCalendar& calendar, std::optional<I
   return element;
 }
 
-XMLElement tagsXMLElementWithTags(const PropertyList::Array* tags) {
+XMLElement tagsXMLElementWithTags(const PropertyList::Elements* tags) {
   XMLElement element = elementWithText("tags", {});
   if (!tags) return element;
   for (const PropertyList& tag : *tags) {
-    if (const std::string* const name = tag.asString()) element.addChild(elementWithText("tag", *name));
+    if (const auto name = tag.asString()) element.addChild(elementWithText("tag", std::string(*name)));
   }
   return element;
 }
@@ -67,7 +66,7 @@ std::size_t playbackIDHash(const std::string& playbackUniqueID) {
 
 std::optional<XMLElement> xmlEventWithDictionary(const LocalCalendar& calendar, const EPGItemLookup& itemWithUniqueID,
                                                  const EPGEvent& event, const PlaybackIDHash& hash) {
-  const auto item = event.eventEPGUniqueID ? itemWithUniqueID(*event.eventEPGUniqueID) : nullptr;
+  const auto item = event.eventEPGUniqueID ? itemWithUniqueID(*event.eventEPGUniqueID) : std::nullopt;
   if (!item) return std::nullopt;
   XMLElement program = elementWithText("program", {});
   const std::optional<std::string>& playbackID = event.eventEPGPlaybackUniqueID;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,8 +12,8 @@
 
 namespace epg {
 
-/// Finds the entries of the EPG item of an EPG unique ID; null when there is no such item.
-using EPGItemLookup = std::function<std::shared_ptr<const PropertyListDictionary>(const std::string& uniqueID)>;
+/// Finds the entries of the EPG item of an EPG unique ID; nothing when there is no such item.
+using EPGItemLookup = std::function<std::optional<PropertyListDictionary>(const std::string& uniqueID)>;
 
 /// The day file's elements, as docs/formats.md shows them. All read only their arguments.
 
@@ -23,7 +22,7 @@ XMLElement dateXMLElementWithDate(const LocalCalendar& calendar, std::optional<I
 /// "time" with "hour" and "minute"; both are empty without a date.
 XMLElement timeXMLElementWithDate(const LocalCalendar& calendar, std::optional<Instant> date);
 /// "tags" with one "tag" for each string of the list, in its order; empty without a list.
-XMLElement tagsXMLElementWithTags(const PropertyList::Array* tags);
+XMLElement tagsXMLElementWithTags(const PropertyList::Elements* tags);
 /// The number behind "id": FNV-1a (Fowler, Noll, Vo; offset basis and prime as published for the width) over the
 /// bytes of the playback ID, in the machine's word width.
 std::size_t playbackIDHash(const std::string& playbackUniqueID);

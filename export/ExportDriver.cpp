@@ -52,9 +52,9 @@ PropertyListDictionary exportConfiguration(Environment& environment, const std::
 }
 
 std::optional<std::string> exportFolder(Environment& environment, const PropertyListDictionary& configuration) {
-  const std::string* const path = stringValue(configuration, ZRLEPGDSConfigExportPath);
+  const auto path = stringValue(configuration, ZRLEPGDSConfigExportPath);
   if (!path) return std::nullopt;
-  return expandTilde(environment, *path);
+  return expandTilde(environment, std::string(*path));
 }
 
 std::vector<EPGEvent> eventsSortedByStart(std::vector<EPGEvent> events) {

@@ -21,7 +21,7 @@
 
 namespace {
 
-using Items = std::map<std::string, std::shared_ptr<const epg::PropertyListDictionary>>;
+using Items = std::map<std::string, epg::PropertyListDictionary>;
 
 std::string anyText(FuzzedDataProvider& input) {
   std::string text = input.ConsumeRandomLengthString(60);
@@ -62,7 +62,7 @@ std::vector<xmlNodePtr> elements(xmlNodePtr parent) {
 
 std::string value(const epg::PropertyListDictionary& item, const char* key) {
   const epg::PropertyList* const found = item.find(key);
-  return found && found->asString() ? *found->asString() : std::string();
+  return found && found->asString() ? std::string(*found->asString()) : std::string();
 }
 
 void checkProgram(xmlNodePtr program, const epg::PropertyListDictionary& item) {
@@ -75,7 +75,7 @@ void checkProgram(xmlNodePtr program, const epg::PropertyListDictionary& item) {
   const std::vector<xmlNodePtr> written = elements(parts[5]);
   FUZZ_CHECK(written.size() == (tags ? tags->asArray()->size() : 0));
   for (std::size_t i = 0; i < written.size(); ++i) {
-    FUZZ_CHECK(contentOf(written[i]) == carried(*(*tags->asArray())[i].asString()));
+    FUZZ_CHECK(contentOf(written[i]) == carried(std::string(*(*tags->asArray())[i].asString())));
   }
 }
 
@@ -101,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       }
       item.set(epg::ZRLEPGDSTagsKey, tags);
     }
-    items[std::to_string(i)] = std::make_shared<const epg::PropertyListDictionary>(item);
+    items[std::to_string(i)] = item;
   }
   std::vector<epg::EPGEvent> events;
   for (int i = input.ConsumeIntegralInRange(0, 6); i > 0; --i) {
@@ -116,12 +116,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const auto lookup = [&](const std::string& id) {
     const auto found = items.find(id);
-    return found == items.end() ? nullptr : found->second;
+    return found == items.end() ? std::nullopt : std::optional<epg::PropertyListDictionary>(found->second);
   };
-  std::vector<std::shared_ptr<const epg::PropertyListDictionary>> expected;
+  std::vector<epg::PropertyListDictionary> expected;
   for (const epg::EPGEvent& event : events) {
-    const auto item = event.eventEPGUniqueID ? lookup(*event.eventEPGUniqueID) : nullptr;
-    if (item) expected.push_back(item);
+    const auto item = event.eventEPGUniqueID ? lookup(*event.eventEPGUniqueID) : std::nullopt;
+    if (item) expected.push_back(*item);
   }
   const auto content = epg::dayFileContent(epg::LocalCalendar(), epg::DateFormatter("dd-MM-yyyy"), lookup, events);
   if (allUTF8) FUZZ_CHECK(content.has_value());
@@ -133,7 +133,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FUZZ_CHECK(document);
   const std::vector<xmlNodePtr> programs = elements(xmlDocGetRootElement(document));
   FUZZ_CHECK(programs.size() == expected.size());
-  for (std::size_t i = 0; i < programs.size(); ++i) checkProgram(programs[i], *expected[i]);
+  for (std::size_t i = 0; i < programs.size(); ++i) checkProgram(programs[i], expected[i]);
   xmlFreeDoc(document);
   return 0;
 }

@@ -25,9 +25,10 @@ std::vector<Finding> findingsIn(CommandContext& context, const Schedule& schedul
   PluginSession session(context, PluginSession::Purpose::Reading);
   const Progress progress(context.messages, "Checking the events");
   const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
-  const EPGItemLookup lookup = [store](const std::string& id) -> EPGItem::Values {
+  const EPGItemLookup lookup = [store](const std::string& id) -> std::optional<PropertyListDictionary> {
     const std::shared_ptr<EPGItem> item = store->item(id);
-    return item ? item->values() : nullptr;
+    if (!item) return std::nullopt;
+    return item->values();
   };
   const std::vector<std::string> catalogue = tagCatalogue(session);
   if (catalogue.empty()) throw Refusal(missingCatalogueMessage(context, session));

@@ -24,9 +24,9 @@ class EventReader {
   std::optional<std::string> text(const char* key) const {
     const PropertyList* const value = values_.find(key);
     if (!value) return std::nullopt;
-    const std::string* const text = value->asString();
+    const auto text = value->asString();
     if (!text) throw Refusal(place_ + ": \"" + key + "\" is not a string");
-    return *text;
+    return std::string(*text);
   }
 
   std::optional<Instant> date(const LocalCalendar& calendar, const char* key) const {
@@ -45,7 +45,7 @@ class EventReader {
 
 Schedule scheduleInPropertyList(const std::string& bytes, const std::string& path) {
   const PropertyList list = propertyListInFile(bytes, path);
-  const PropertyList::Array* const elements = list.asArray();
+  const PropertyList::Elements* const elements = list.asArray();
   if (!elements) throw Refusal(path + ": a property list, but not an array of events");
   const LocalCalendar calendar;
   Schedule schedule;

@@ -48,9 +48,9 @@ ImportCounts fileProgrammes(CommandContext& context, EPGItemStore& store, const 
       ++counts.added;
       continue;
     }
-    const EPGItem::Values values = stored->values();
-    PropertyListDictionary replaced = itemReplacedByProgramme(*values, programme, id);
-    if (!replace || replaced == *values) {
+    const PropertyListDictionary values = stored->values();
+    PropertyListDictionary replaced = itemReplacedByProgramme(values, programme, id);
+    if (!replace || replaced == values) {
       ++counts.kept;
     } else {
       store.setItem(id, std::make_shared<EPGItem>(std::move(replaced)));

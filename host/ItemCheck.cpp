@@ -12,20 +12,21 @@ namespace epg {
 namespace {
 
 bool lacksText(const PropertyListDictionary& item, const char* key) {
-  const std::string* const text = stringValue(item, key);
-  return !text || strippedOfWhiteSpace(*text).empty();
+  const auto text = stringValue(item, key);
+  return !text || strippedOfWhiteSpace(std::string(*text)).empty();
 }
 
 /// The tags outside the catalogue, each once, as they stand on one line; empty without any.
 std::string strangeTags(const PropertyListDictionary& item, const std::set<std::string>& catalogue) {
   std::string text;
   std::set<std::string> seen;
-  const PropertyList::Array* const tags = tagsValue(item);
+  const PropertyList::Elements* const tags = tagsValue(item);
   if (!tags) return text;
   for (const PropertyList& element : *tags) {
-    const std::string* const tag = element.asString();
-    if (!tag || catalogue.count(*tag) > 0 || !seen.insert(*tag).second) continue;
-    text += (text.empty() ? "\"" : ", \"") + escapedForLine(*tag) + "\"";
+    if (!element.asString()) continue;
+    const std::string tag(*element.asString());
+    if (catalogue.count(tag) > 0 || !seen.insert(tag).second) continue;
+    text += (text.empty() ? "\"" : ", \"") + escapedForLine(tag) + "\"";
   }
   return text;
 }

@@ -20,9 +20,10 @@ int listEntries(CommandContext& context) {
   PluginSession session(context, PluginSession::Purpose::Reading);
   const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
   for (const std::string& id : store->uniqueIDs()) {
-    const EPGItem::Values values = store->item(id)->values();
-    const std::string* const title = stringValue(*values, ZRLEPGDSTitleKey);
-    context.output << escapedForLine(id) << '\t' << (title ? escapedForLine(*title) : std::string()) << '\n';
+    const PropertyListDictionary values = store->item(id)->values();
+    const auto title = stringValue(values, ZRLEPGDSTitleKey);
+    context.output << escapedForLine(id) << '\t' << escapedForLine(std::string(title.value_or(std::string_view())))
+                   << '\n';
   }
   return 0;
 }

@@ -1,6 +1,9 @@
 #include "model/EPGItem.h"
 
+#include <array>
 #include <atomic>
+#include <cstddef>
+#include <functional>
 #include <utility>
 
 #include "model/KeyConstants.h"
@@ -13,39 +16,41 @@ std::atomic<std::size_t> changesOfAllItems{0};
 
 }  // namespace
 
-EPGItem::EPGItem() : EPGItem(PropertyListDictionary()) {}
+std::mutex& EPGItem::mutex() const {
+  // Never destroyed: threads that nobody joins may still look at items while the process ends.
+  static auto& mutexes = *new std::array<std::mutex, 64>;
+  return mutexes[std::hash<const EPGItem*>()(this) / alignof(std::max_align_t) % mutexes.size()];
+}
 
-EPGItem::EPGItem(PropertyListDictionary values)
-    : values_(std::make_shared<const PropertyListDictionary>(std::move(values))) {}
-
-EPGItem::EPGItem(Values values) : values_(std::move(values)) {}
-
-EPGItem::Values EPGItem::values() const {
-  const std::lock_guard<std::mutex> lock(mutex_);
+PropertyListDictionary EPGItem::values() const {
+  const std::lock_guard<std::mutex> lock(mutex());
   return values_;
 }
 
 void EPGItem::setValues(const std::vector<PropertyListDictionary::Entry>& entries) {
-  Values old;  // Given up after the lock, should it be the last hold on much text.
-  const std::lock_guard<std::mutex> lock(mutex_);
-  auto changed = std::make_shared<PropertyListDictionary>(*values_);
-  for (const auto& [key, value] : entries) changed->set(key, value);
-  old = std::exchange(values_, std::move(changed));
+  // Given up after the lock: what goes may be the host's, and may look at this item or at another one as it goes.
+  PropertyListDictionary old;
+  const std::lock_guard<std::mutex> lock(mutex());
+  old = values_;
+  std::vector<PropertyListDictionary::Entry> changed;
+  changed.reserve(values_.size() + entries.size());
+  changed.assign(values_.begin(), values_.end());
+  changed.insert(changed.end(), entries.begin(), entries.end());
+  values_ = PropertyListDictionary(std::move(changed));
   noteChange();
 }
 
-void EPGItem::set(const std::string& key, PropertyList value) {
+void EPGItem::set(std::string_view key, PropertyList value) {
   std::vector<PropertyListDictionary::Entry> entry;
   entry.emplace_back(key, std::move(value));
   setValues(entry);
 }
 
 void EPGItem::remove(const std::string& key) {
-  Values old;  // As in setValues: what goes with it may be the host's, and may look at this item once more.
-  const std::lock_guard<std::mutex> lock(mutex_);
-  auto changed = std::make_shared<PropertyListDictionary>(*values_);
-  changed->remove(key);
-  old = std::exchange(values_, std::move(changed));
+  PropertyListDictionary old;
+  const std::lock_guard<std::mutex> lock(mutex());
+  old = values_;
+  values_.remove(key);
   noteChange();
 }
 
@@ -55,12 +60,12 @@ std::size_t EPGItem::changeCount() { return changesOfAllItems; }
 
 void EPGItem::noteChange() { ++changesOfAllItems; }
 
-const std::string* stringValue(const PropertyListDictionary& values, const std::string& key) {
+std::optional<std::string_view> stringValue(const PropertyListDictionary& values, std::string_view key) {
   const PropertyList* const value = values.find(key);
-  return value ? value->asString() : nullptr;
+  return value ? value->asString() : std::nullopt;
 }
 
-const PropertyList::Array* tagsValue(const PropertyListDictionary& values) {
+const PropertyList::Elements* tagsValue(const PropertyListDictionary& values) {
   const PropertyList* const value = values.find(ZRLEPGDSTagsKey);
   return value ? value->asArray() : nullptr;
 }

@@ -5,6 +5,8 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/PropertyList.h"
@@ -20,20 +22,16 @@ namespace epg {
 /// all entries as they stood together at one moment.
 class EPGItem {
  public:
-  using Values = std::shared_ptr<const PropertyListDictionary>;
-
-  EPGItem();
-  explicit EPGItem(PropertyListDictionary values);
-  explicit EPGItem(Values values);  ///< Shares the given entries until the first change.
+  EPGItem() = default;
+  explicit EPGItem(PropertyListDictionary values) : values_(std::move(values)) {}
   EPGItem(const EPGItem&) = delete;
   EPGItem& operator=(const EPGItem&) = delete;
   virtual ~EPGItem() = default;
 
-  /// Never null; never changes afterwards.
-  virtual Values values() const;
+  virtual PropertyListDictionary values() const;
   /// Puts all the entries in at one moment, replacing what stands under their keys.
   virtual void setValues(const std::vector<PropertyListDictionary::Entry>& entries);
-  void set(const std::string& key, PropertyList value);
+  void set(std::string_view key, PropertyList value);
   virtual void remove(const std::string& key);
 
   /// A new item with the same entries; nested values are shared, which is safe because none is changed in place.
@@ -46,14 +44,16 @@ class EPGItem {
   static void noteChange();
 
  private:
-  mutable std::mutex mutex_;
-  Values values_;
+  /// One of a few that all items share: a mutex of its own would be the larger part of many an item.
+  std::mutex& mutex() const;
+
+  PropertyListDictionary values_;
 };
 
-/// The string under `key`, null when absent or no string. Lives as long as `values`.
-const std::string* stringValue(const PropertyListDictionary& values, const std::string& key);
+/// The string under `key`, nothing when absent or no string. Lives as long as `values`.
+std::optional<std::string_view> stringValue(const PropertyListDictionary& values, std::string_view key);
 /// The list under "tags", null when absent or no list. Elements that are no strings are nobody's tag names; they
-/// are passed over and keep their places.
-const PropertyList::Array* tagsValue(const PropertyListDictionary& values);
+/// are passed over and keep their places. Lives as long as `values`.
+const PropertyList::Elements* tagsValue(const PropertyListDictionary& values);
 
 }  // namespace epg

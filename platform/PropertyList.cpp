@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace epg {
 
@@ -11,74 +12,63 @@ bool sameReal(double a, double b) { return a == b || (std::isnan(a) && std::isna
 
 }  // namespace
 
-PropertyList::PropertyList() : PropertyList(std::string()) {}
-PropertyList::PropertyList(std::string text) : value_(std::make_shared<const std::string>(std::move(text))) {}
-PropertyList::PropertyList(const char* text) : PropertyList(std::string(text)) {}
-PropertyList::PropertyList(Array elements) : value_(std::make_shared<const Array>(std::move(elements))) {}
-PropertyList::PropertyList(PropertyListDictionary entries)
-    : value_(std::make_shared<const PropertyListDictionary>(std::move(entries))) {}
-PropertyList::PropertyList(std::shared_ptr<const PropertyListDictionary> entries) : value_(std::move(entries)) {}
+PropertyList::PropertyList(Array elements)
+    : value_(Elements(std::make_move_iterator(elements.begin()), std::make_move_iterator(elements.end()))) {}
 
 PropertyList PropertyList::fromInteger(std::int64_t value) {
-  Integer integer;
-  integer.negative = value < 0;
   const auto bits = static_cast<std::uint64_t>(value);
-  integer.magnitude = value < 0 ? 0 - bits : bits;
-  return PropertyList(Value(integer));
+  return value < 0 ? PropertyList(Value(NegativeInteger{0 - bits})) : fromUnsigned(bits);
 }
 
-PropertyList PropertyList::fromUnsigned(std::uint64_t value) {
-  Integer integer;
-  integer.magnitude = value;
-  return PropertyList(Value(integer));
-}
-
+PropertyList PropertyList::fromUnsigned(std::uint64_t value) { return PropertyList(Value(value)); }
 PropertyList PropertyList::fromReal(double value) { return PropertyList(Value(value)); }
 PropertyList PropertyList::fromBoolean(bool value) { return PropertyList(Value(value)); }
 PropertyList PropertyList::fromDate(Instant value) { return PropertyList(Value(value)); }
-
-PropertyList PropertyList::fromData(std::string bytes) {
-  return PropertyList(Value(Data{std::make_shared<const std::string>(std::move(bytes))}));
-}
+PropertyList PropertyList::fromData(SharedText bytes) { return PropertyList(Value(Data{std::move(bytes)})); }
 
 PropertyList PropertyList::fromForeign(std::shared_ptr<const ForeignValue> value) {
-  return PropertyList(Value(std::move(value)));
+  auto* const only = &value;
+  return PropertyList(Value(Foreign(std::make_move_iterator(only), std::make_move_iterator(only + 1))));
 }
 
-const std::string* PropertyList::asString() const {
-  const auto* text = std::get_if<std::shared_ptr<const std::string>>(&value_);
-  return text ? text->get() : nullptr;
+PropertyList::Type PropertyList::type() const {
+  // In the order of the alternatives of Value.
+  static constexpr Type types[] = {Type::String, Type::Integer, Type::Integer, Type::Real,       Type::Boolean,
+                                   Type::Date,   Type::Data,    Type::Array,   Type::Dictionary, Type::Foreign};
+  return types[value_.index()];
 }
 
-const PropertyList::Integer* PropertyList::asInteger() const { return std::get_if<Integer>(&value_); }
+std::optional<std::string_view> PropertyList::asString() const {
+  const SharedText* const text = sharedText();
+  return text ? std::optional<std::string_view>(*text) : std::nullopt;
+}
+
+std::optional<PropertyList::Integer> PropertyList::asInteger() const {
+  if (const auto* magnitude = std::get_if<std::uint64_t>(&value_)) return Integer{*magnitude, false};
+  if (const auto* integer = std::get_if<NegativeInteger>(&value_)) return Integer{integer->magnitude, true};
+  return std::nullopt;
+}
+
 const double* PropertyList::asReal() const { return std::get_if<double>(&value_); }
 const bool* PropertyList::asBoolean() const { return std::get_if<bool>(&value_); }
 const Instant* PropertyList::asDate() const { return std::get_if<Instant>(&value_); }
 
-const std::string* PropertyList::asData() const {
+std::optional<std::string_view> PropertyList::asData() const {
   const auto* data = std::get_if<Data>(&value_);
-  return data ? data->bytes.get() : nullptr;
+  return data ? std::optional<std::string_view>(data->bytes) : std::nullopt;
 }
 
-const PropertyList::Array* PropertyList::asArray() const {
-  const auto* array = std::get_if<std::shared_ptr<const Array>>(&value_);
-  return array ? array->get() : nullptr;
-}
-
+const PropertyList::Elements* PropertyList::asArray() const { return std::get_if<Elements>(&value_); }
 const PropertyListDictionary* PropertyList::asDictionary() const {
-  const auto* dictionary = std::get_if<std::shared_ptr<const PropertyListDictionary>>(&value_);
-  return dictionary ? dictionary->get() : nullptr;
+  return std::get_if<PropertyListDictionary>(&value_);
 }
 
 const ForeignValue* PropertyList::asForeign() const {
-  const auto* foreign = std::get_if<std::shared_ptr<const ForeignValue>>(&value_);
-  return foreign ? foreign->get() : nullptr;
+  const auto* foreign = std::get_if<Foreign>(&value_);
+  return foreign ? (*foreign)[0].get() : nullptr;
 }
 
-std::shared_ptr<const PropertyListDictionary> PropertyList::sharedDictionary() const {
-  const auto* dictionary = std::get_if<std::shared_ptr<const PropertyListDictionary>>(&value_);
-  return dictionary ? *dictionary : nullptr;
-}
+const SharedText* PropertyList::sharedText() const { return std::get_if<SharedText>(&value_); }
 
 bool operator==(const PropertyList& a, const PropertyList& b) {
   if (a.type() != b.type()) return false;
@@ -95,47 +85,55 @@ bool operator==(const PropertyList& a, const PropertyList& b) {
       return sameReal(a.asDate()->secondsSinceReferenceDate, b.asDate()->secondsSinceReferenceDate);
     case PropertyList::Type::Data:
       return *a.asData() == *b.asData();
-    case PropertyList::Type::Array:
-      return a.asArray() == b.asArray() || *a.asArray() == *b.asArray();
+    case PropertyList::Type::Array: {
+      const PropertyList::Elements& one = *a.asArray();
+      const PropertyList::Elements& other = *b.asArray();
+      return one.data() == other.data() || std::equal(one.begin(), one.end(), other.begin(), other.end());
+    }
     case PropertyList::Type::Dictionary:
-      return a.asDictionary() == b.asDictionary() || *a.asDictionary() == *b.asDictionary();
+      return *a.asDictionary() == *b.asDictionary();
     case PropertyList::Type::Foreign:
       return a.asForeign() == b.asForeign();
   }
   return false;
 }
 
-PropertyListDictionary::PropertyListDictionary(std::vector<Entry> entries) : entries_(std::move(entries)) {
-  std::stable_sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) { return a.first < b.first; });
-  // Of equal keys keep the last: unique from the back keeps the first it meets there.
-  const auto kept = std::unique(entries_.rbegin(), entries_.rend(),
-                                [](const Entry& a, const Entry& b) { return a.first == b.first; });
-  entries_.erase(entries_.begin(), kept.base());
-}
-
-std::vector<PropertyListDictionary::Entry>::iterator PropertyListDictionary::position(const std::string& key) {
-  return std::lower_bound(entries_.begin(), entries_.end(), key,
-                          [](const Entry& entry, const std::string& wanted) { return entry.first < wanted; });
-}
-
-const PropertyList* PropertyListDictionary::find(const std::string& key) const {
-  const auto entry = std::lower_bound(entries_.begin(), entries_.end(), key,
-                                      [](const Entry& e, const std::string& wanted) { return e.first < wanted; });
-  return entry != entries_.end() && entry->first == key ? &entry->second : nullptr;
-}
-
-void PropertyListDictionary::set(const std::string& key, PropertyList value) {
-  const auto entry = position(key);
-  if (entry != entries_.end() && entry->first == key) {
-    entry->second = std::move(value);
-  } else {
-    entries_.emplace(entry, key, std::move(value));
+PropertyListDictionary::PropertyListDictionary(std::vector<Entry> entries) {
+  const auto before = [](const Entry& a, const Entry& b) { return a.first < b.first; };
+  // Most come in order, for that is how they are written.
+  if (!std::is_sorted(entries.begin(), entries.end(), before)) {
+    std::stable_sort(entries.begin(), entries.end(), before);
   }
+  // Of equal keys keep the last: unique from the back keeps the first it meets there.
+  const auto kept =
+      std::unique(entries.rbegin(), entries.rend(), [](const Entry& a, const Entry& b) { return a.first == b.first; });
+  entries_ = PropertyListEntries(std::make_move_iterator(kept.base()), std::make_move_iterator(entries.end()));
 }
 
-void PropertyListDictionary::remove(const std::string& key) {
-  const auto entry = position(key);
-  if (entry != entries_.end() && entry->first == key) entries_.erase(entry);
+const PropertyList* PropertyListDictionary::find(std::string_view key) const {
+  const Entry* const entry = std::lower_bound(
+      begin(), end(), key, [](const Entry& e, std::string_view wanted) { return e.first.view() < wanted; });
+  return entry != end() && entry->first == key ? &entry->second : nullptr;
+}
+
+void PropertyListDictionary::set(SharedText key, PropertyList value) {
+  std::vector<Entry> entries;
+  entries.reserve(size() + 1);
+  entries.assign(begin(), end());
+  entries.emplace_back(std::move(key), std::move(value));
+  *this = PropertyListDictionary(std::move(entries));
+}
+
+void PropertyListDictionary::remove(std::string_view key) {
+  if (!find(key)) return;
+  std::vector<Entry> entries;
+  entries.reserve(size());
+  std::copy_if(begin(), end(), std::back_inserter(entries), [&](const Entry& entry) { return entry.first != key; });
+  *this = PropertyListDictionary(std::move(entries));
+}
+
+bool operator==(const PropertyListDictionary& a, const PropertyListDictionary& b) {
+  return a.shares(b) || std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
 }  // namespace epg

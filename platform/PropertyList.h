@@ -5,20 +5,60 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "platform/Instant.h"
+#include "platform/SharedRun.h"
+#include "platform/SharedText.h"
 
 namespace epg {
-
-class PropertyListDictionary;
 
 /// A value that is no property list: something of the host's that the store carries along but no file can hold.
 class ForeignValue {
  public:
   virtual ~ForeignValue() = default;
+};
+
+class PropertyList;
+class PropertyListDictionary;
+
+/// Entries sorted by the bytes of their keys.
+using PropertyListEntries = SharedRun<std::pair<SharedText, PropertyList>>;
+
+/// A property-list dictionary: entries sorted by the bytes of their keys, each key once.
+///
+/// Copies share their entries, so copying is cheap whatever the dictionary holds, and several threads may read copies
+/// of one dictionary at once. A change makes the entries anew and costs time in proportion to their number: whoever
+/// has many makes the dictionary of all at once.
+class PropertyListDictionary {
+ public:
+  using Entry = std::pair<SharedText, PropertyList>;
+
+  PropertyListDictionary() noexcept = default;
+  /// Of entries with the same key the last one counts.
+  explicit PropertyListDictionary(std::vector<Entry> entries);
+
+  /// The value under `key`, null when there is none. Lives until the last dictionary with these entries changes.
+  const PropertyList* find(std::string_view key) const;
+  void set(SharedText key, PropertyList value);
+  void remove(std::string_view key);
+
+  std::size_t size() const noexcept;
+  bool empty() const noexcept;
+  const Entry* begin() const noexcept;
+  const Entry* end() const noexcept;
+
+  /// Whether both are copies of one dictionary, neither changed since.
+  bool shares(const PropertyListDictionary& other) const noexcept;
+
+  friend bool operator==(const PropertyListDictionary& a, const PropertyListDictionary& b);
+  friend bool operator!=(const PropertyListDictionary& a, const PropertyListDictionary& b) { return !(a == b); }
+
+ private:
+  PropertyListEntries entries_;
 };
 
 /// One property-list value: string, integer, real, boolean, date, data, array or dictionary.
@@ -35,89 +75,76 @@ class PropertyList {
     bool negative = false;
   };
 
+  /// To make an array of.
   using Array = std::vector<PropertyList>;
+  /// What an array holds.
+  using Elements = SharedRun<PropertyList>;
 
   /// Containers nested deeper than this are neither read nor written. The outermost value is at depth 1.
   static constexpr int maximumDepth = 512;
 
   /// The empty string.
-  PropertyList();
-  PropertyList(std::string text);
-  PropertyList(const char* text);
+  PropertyList() = default;
+  PropertyList(SharedText text) : value_(std::move(text)) {}
+  PropertyList(std::string_view text) : PropertyList(SharedText(text)) {}
+  PropertyList(const std::string& text) : PropertyList(SharedText(text)) {}
+  PropertyList(const char* text) : PropertyList(SharedText(text)) {}
   PropertyList(Array elements);
-  PropertyList(PropertyListDictionary entries);
-  /// Shares the dictionary, which must not be null.
-  explicit PropertyList(std::shared_ptr<const PropertyListDictionary> entries);
+  PropertyList(Elements elements) : value_(std::move(elements)) {}
+  PropertyList(PropertyListDictionary entries) : value_(std::move(entries)) {}
 
   static PropertyList fromInteger(std::int64_t value);
   static PropertyList fromUnsigned(std::uint64_t value);
   static PropertyList fromReal(double value);
   static PropertyList fromBoolean(bool value);
   static PropertyList fromDate(Instant value);
-  static PropertyList fromData(std::string bytes);
+  static PropertyList fromData(SharedText bytes);
   static PropertyList fromForeign(std::shared_ptr<const ForeignValue> value);
 
-  Type type() const { return static_cast<Type>(value_.index()); }
+  Type type() const;
 
-  /// Each of these answers nothing (null) when the value is of another type. Pointers live as long as this value.
-  const std::string* asString() const;
-  const Integer* asInteger() const;
+  /// Each of these answers nothing (null) when the value is of another type. Pointers and views live as long as this
+  /// value; a view of a text, and the elements and entries, as long as any copy of it.
+  std::optional<std::string_view> asString() const;
+  std::optional<Integer> asInteger() const;
   const double* asReal() const;
   const bool* asBoolean() const;
   const Instant* asDate() const;
-  const std::string* asData() const;
-  const Array* asArray() const;
+  std::optional<std::string_view> asData() const;
+  const Elements* asArray() const;
   const PropertyListDictionary* asDictionary() const;
   const ForeignValue* asForeign() const;
 
-  /// The dictionary itself, shared; null when the value is of another type.
-  std::shared_ptr<const PropertyListDictionary> sharedDictionary() const;
+  /// The string itself, shared; null when the value is of another type.
+  const SharedText* sharedText() const;
 
   /// Same type and same content. Two reals that are both not a number are equal; a foreign value equals itself only.
   friend bool operator==(const PropertyList& a, const PropertyList& b);
   friend bool operator!=(const PropertyList& a, const PropertyList& b) { return !(a == b); }
 
  private:
-  struct Data {
-    std::shared_ptr<const std::string> bytes;
+  // Stores hold millions of values: none of these is wider than a word of 64 bits.
+  struct NegativeInteger {
+    std::uint64_t magnitude;
   };
-  // In the order of Type.
-  using Value = std::variant<std::shared_ptr<const std::string>, Integer, double, bool, Instant, Data,
-                             std::shared_ptr<const Array>, std::shared_ptr<const PropertyListDictionary>,
-                             std::shared_ptr<const ForeignValue>>;
+  struct Data {
+    SharedText bytes;
+  };
+  using Foreign = SharedRun<std::shared_ptr<const ForeignValue>>;  ///< Of one element.
+  using Value = std::variant<SharedText, std::uint64_t, NegativeInteger, double, bool, Instant, Data, Elements,
+                             PropertyListDictionary, Foreign>;
 
   explicit PropertyList(Value value) : value_(std::move(value)) {}
 
   Value value_;
 };
 
-/// A property-list dictionary: entries sorted by the bytes of their keys, each key once.
-class PropertyListDictionary {
- public:
-  using Entry = std::pair<std::string, PropertyList>;
-
-  PropertyListDictionary() = default;
-  /// Of entries with the same key the last one counts.
-  explicit PropertyListDictionary(std::vector<Entry> entries);
-
-  /// The value under `key`, null when there is none. Lives until the dictionary changes.
-  const PropertyList* find(const std::string& key) const;
-  void set(const std::string& key, PropertyList value);
-  void remove(const std::string& key);
-
-  std::size_t size() const { return entries_.size(); }
-  bool empty() const { return entries_.empty(); }
-  std::vector<Entry>::const_iterator begin() const { return entries_.begin(); }
-  std::vector<Entry>::const_iterator end() const { return entries_.end(); }
-
-  friend bool operator==(const PropertyListDictionary& a, const PropertyListDictionary& b) {
-    return a.entries_ == b.entries_;
-  }
-
- private:
-  std::vector<Entry>::iterator position(const std::string& key);
-
-  std::vector<Entry> entries_;
-};
+inline std::size_t PropertyListDictionary::size() const noexcept { return entries_.size(); }
+inline bool PropertyListDictionary::empty() const noexcept { return entries_.empty(); }
+inline const PropertyListDictionary::Entry* PropertyListDictionary::begin() const noexcept { return entries_.begin(); }
+inline const PropertyListDictionary::Entry* PropertyListDictionary::end() const noexcept { return entries_.end(); }
+inline bool PropertyListDictionary::shares(const PropertyListDictionary& other) const noexcept {
+  return entries_.data() == other.entries_.data();
+}
 
 }  // namespace epg

@@ -311,10 +311,11 @@ class BinaryReader {
     for (std::size_t i = 0; i < span.count; ++i) {
       const Object* key = referenced(span.start + i * referenceWidth_, object, depth + 1);
       if (!key) return false;
-      if (!key->value.asString()) return fail(offset, "a key that is no string");
+      const SharedText* const name = key->value.sharedText();
+      if (!name) return fail(offset, "a key that is no string");
       const Object* value = referenced(span.start + (span.count + i) * referenceWidth_, object, depth + 1);
       if (!value) return false;
-      entries.emplace_back(*key->value.asString(), value->value);
+      entries.emplace_back(*name, value->value);
     }
     object.value = PropertyList(PropertyListDictionary(std::move(entries)));
     return true;

@@ -1,14 +1,16 @@
 #include "platform/PropertyListFile.h"
 
 #include <cstring>
+#include <utility>
 
 #include "platform/Environment.h"
 #include "platform/PropertyListForms.h"
 
 namespace epg {
 
-std::optional<PropertyList> parsePropertyList(const std::string& bytes, std::string* problem) {
-  return isBinaryPropertyList(bytes) ? parseBinaryPropertyList(bytes, problem) : parseXMLPropertyList(bytes, problem);
+std::optional<PropertyList> parsePropertyList(std::string bytes, std::string* problem) {
+  if (isBinaryPropertyList(bytes)) return parseBinaryPropertyList(bytes, problem);
+  return parseXMLPropertyList(std::move(bytes), problem);
 }
 
 std::optional<PropertyListDictionary> readPropertyListDictionary(Environment& environment, const std::string& path,
@@ -19,7 +21,7 @@ std::optional<PropertyListDictionary> readPropertyListDictionary(Environment& en
     if (problem) *problem = std::strerror(error);
     return std::nullopt;
   }
-  const std::optional<PropertyList> list = parsePropertyList(bytes, problem);
+  const std::optional<PropertyList> list = parsePropertyList(std::move(bytes), problem);
   if (!list) return std::nullopt;
   const PropertyListDictionary* dictionary = list->asDictionary();
   if (!dictionary) {

@@ -16,7 +16,7 @@ class Environment;
 /// dictionary the last value counts. A UID of the binary form becomes a dictionary with the one key "CF$UID", as
 /// the platform's own conversion to XML has it; half a surrogate pair in a text becomes U+FFFD. Hostile input costs
 /// time and memory in proportion to its size.
-std::optional<PropertyList> parsePropertyList(const std::string& bytes, std::string* problem = nullptr);
+std::optional<PropertyList> parsePropertyList(std::string bytes, std::string* problem = nullptr);
 
 /// The XML form in UTF-8: entries sorted by key, tabs for indentation as the platform writes it, so that equal
 /// values give equal bytes.

@@ -9,7 +9,7 @@ namespace epg {
 
 // The readers behind `parsePropertyList`, one for each form.
 
-std::optional<PropertyList> parseXMLPropertyList(const std::string& bytes, std::string* problem);
+std::optional<PropertyList> parseXMLPropertyList(std::string bytes, std::string* problem);
 
 /// Whether the bytes begin as the binary form does.
 bool isBinaryPropertyList(const std::string& bytes);

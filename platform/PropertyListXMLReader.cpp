@@ -1,31 +1,33 @@
 // The XML form of property lists, read.
 
-#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
 #include <limits>
 #include <locale>
 #include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/CivilDate.h"
 #include "platform/PropertyListForms.h"
+#include "platform/SharedText.h"
 #include "platform/XMLReader.h"
 
 namespace epg {
 
 namespace {
 
-std::string trimmed(const std::string& text) {
+std::string_view trimmed(std::string_view text) {
   const char* const white = " \t\r\n";
   const std::size_t start = text.find_first_not_of(white);
-  if (start == std::string::npos) return {};
+  if (start == std::string_view::npos) return {};
   return text.substr(start, text.find_last_not_of(white) - start + 1);
 }
 
-std::optional<PropertyList> integerFromText(const std::string& text) {
+std::optional<PropertyList> integerFromText(std::string_view text) {
   std::size_t at = 0;
   const bool negative = !text.empty() && text[0] == '-';
   if (!text.empty() && (text[0] == '-' || text[0] == '+')) ++at;
@@ -80,7 +82,7 @@ bool isDecimalNumber(const std::string& text) {
   return at == text.size();
 }
 
-std::optional<PropertyList> realFromText(const std::string& text) {
+std::optional<PropertyList> realFromText(std::string_view text) {
   std::string lower;
   for (const char c : text) lower += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   const double infinity = std::numeric_limits<double>::infinity();
@@ -100,7 +102,7 @@ std::optional<PropertyList> realFromText(const std::string& text) {
 }
 
 /// "2012-03-04T18:00:00Z", as the platform writes it.
-std::optional<PropertyList> dateFromText(const std::string& text) {
+std::optional<PropertyList> dateFromText(std::string_view text) {
   const char* const pattern = "dddd-dd-ddTdd:dd:ddZ";
   if (text.size() != std::strlen(pattern)) return std::nullopt;
   int fields[6] = {};
@@ -133,7 +135,7 @@ int base64Digit(char c) {
   return c == '/' ? 63 : -1;
 }
 
-std::optional<PropertyList> dataFromText(const std::string& text) {
+std::optional<PropertyList> dataFromText(std::string_view text) {
   std::string bytes;
   bytes.reserve(text.size() / 4 * 3);
   std::uint32_t group = 0;
@@ -165,28 +167,48 @@ std::optional<PropertyList> dataFromText(const std::string& text) {
   return PropertyList::fromData(std::move(bytes));
 }
 
+enum class Kind { Unknown, String, Integer, Real, True, False, Date, Data, Array, Dictionary, Key };
+
+Kind kindOf(pugi::xml_node element) {
+  static const struct {
+    const char* name;
+    Kind kind;
+  } kinds[] = {{"string", Kind::String},   {"key", Kind::Key},   {"dict", Kind::Dictionary}, {"array", Kind::Array},
+               {"integer", Kind::Integer}, {"true", Kind::True}, {"false", Kind::False},     {"real", Kind::Real},
+               {"date", Kind::Date},       {"data", Kind::Data}};
+  for (const auto& each : kinds) {
+    if (std::strcmp(element.name(), each.name) == 0) return each.kind;
+  }
+  return Kind::Unknown;
+}
+
+bool isElement(pugi::xml_node node) { return node.type() == pugi::node_element; }
+
 /// Reads one value after another out of a parsed document; the first problem ends the reading.
 class XMLValueReader {
  public:
   XMLValueReader(const XMLReader& document, std::string* problem) : document_(document), problem_(problem) {}
 
   std::optional<PropertyList> value(pugi::xml_node element, int depth) {
-    const std::string name = element.name();
-    if (name == "array" || name == "dict") {
+    const Kind kind = kindOf(element);
+    if (kind == Kind::Array || kind == Kind::Dictionary) {
       if (depth > PropertyList::maximumDepth) return failure(element, "nested too deep");
       if (!XMLReader::holdsNoText(element)) return failure(element, "text between the values of a container");
-      return name == "array" ? array(element, depth) : dictionary(element, depth);
+      return kind == Kind::Array ? array(element, depth) : dictionary(element, depth);
     }
-    static const char* const scalars[] = {"string", "integer", "real", "true", "false", "date", "data"};
-    if (std::find(std::begin(scalars), std::end(scalars), name) == std::end(scalars)) {
-      return failure(element, "<" + name + "> is no property-list value");
+    const char* const name = element.name();
+    if (kind == Kind::Unknown || kind == Kind::Key) {
+      return failure(element, "<" + std::string(name) + "> is no property-list value");
     }
-    if (element.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; })) {
-      return failure(element, "an element inside <" + name + ">");
-    }
-    const std::optional<std::string> text = document_.text(element, problem_);
+    const auto text = textOf(element);
     if (!text) return std::nullopt;
-    return scalar(element, name, *text);
+    std::optional<PropertyList> read = scalar(kind, *text);
+    if (!read) {
+      const bool isBoolean = kind == Kind::True || kind == Kind::False;
+      return failure(element,
+                     isBoolean ? "text inside <" + std::string(name) + ">" : "the content is no " + std::string(name));
+    }
+    return read;
   }
 
   std::optional<PropertyList> failure(pugi::xml_node node, const std::string& what) {
@@ -195,30 +217,38 @@ class XMLValueReader {
   }
 
  private:
-  std::optional<PropertyList> scalar(pugi::xml_node element, const std::string& name, const std::string& text) {
-    if (name == "string") return PropertyList(text);
-    if (name == "true" || name == "false") {
-      if (!trimmed(text).empty()) return failure(element, "text inside <" + name + ">");
-      return PropertyList::fromBoolean(name == "true");
+  /// The text of an element that must hold nothing else. Lives until the next is asked for.
+  std::optional<std::string_view> textOf(pugi::xml_node element) {
+    if (element.find_child(isElement)) {
+      failure(element, "an element inside <" + std::string(element.name()) + ">");
+      return std::nullopt;
     }
-    std::optional<PropertyList> value;
-    if (name == "integer") {
-      value = integerFromText(trimmed(text));
-    } else if (name == "real") {
-      value = realFromText(trimmed(text));
-    } else if (name == "date") {
-      value = dateFromText(trimmed(text));
-    } else {
-      value = dataFromText(text);
+    return document_.text(element, &buffer_, problem_);
+  }
+
+  std::optional<PropertyList> scalar(Kind kind, std::string_view text) {
+    switch (kind) {
+      case Kind::String:
+        return PropertyList(texts_.shared(text));
+      case Kind::True:
+      case Kind::False:
+        if (!trimmed(text).empty()) return std::nullopt;
+        return PropertyList::fromBoolean(kind == Kind::True);
+      case Kind::Integer:
+        return integerFromText(trimmed(text));
+      case Kind::Real:
+        return realFromText(trimmed(text));
+      case Kind::Date:
+        return dateFromText(trimmed(text));
+      default:
+        return dataFromText(text);
     }
-    if (!value) return failure(element, "the content is no " + name);
-    return value;
   }
 
   std::optional<PropertyList> array(pugi::xml_node element, int depth) {
     PropertyList::Array elements;
     for (const pugi::xml_node child : element.children()) {
-      if (child.type() != pugi::node_element) continue;
+      if (!isElement(child)) continue;
       std::optional<PropertyList> read = value(child, depth + 1);
       if (!read) return std::nullopt;
       elements.push_back(std::move(*read));
@@ -228,17 +258,15 @@ class XMLValueReader {
 
   std::optional<PropertyList> dictionary(pugi::xml_node element, int depth) {
     std::vector<PropertyListDictionary::Entry> entries;
-    std::optional<std::string> key;
+    std::optional<SharedText> key;
     for (const pugi::xml_node child : element.children()) {
-      if (child.type() != pugi::node_element) continue;
-      const bool isKey = std::strcmp(child.name(), "key") == 0;
+      if (!isElement(child)) continue;
+      const bool isKey = kindOf(child) == Kind::Key;
       if (isKey != !key) return failure(child, isKey ? "a key without a value" : "a value without a key");
       if (isKey) {
-        if (child.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; })) {
-          return failure(child, "an element inside <key>");
-        }
-        key = document_.text(child, problem_);
-        if (!key) return std::nullopt;
+        const auto text = textOf(child);
+        if (!text) return std::nullopt;
+        key = texts_.shared(*text);
         continue;
       }
       std::optional<PropertyList> read = value(child, depth + 1);
@@ -252,13 +280,15 @@ class XMLValueReader {
 
   const XMLReader& document_;
   std::string* problem_;
+  std::string buffer_;
+  SharedTextPool texts_;
 };
 
 }  // namespace
 
-std::optional<PropertyList> parseXMLPropertyList(const std::string& bytes, std::string* problem) {
+std::optional<PropertyList> parseXMLPropertyList(std::string bytes, std::string* problem) {
   // A store would be lost for one character that somebody's tool wrote by halves.
-  const std::unique_ptr<XMLReader> document = XMLReader::parse(bytes, problem, XMLReader::Halves::Replaced);
+  const std::unique_ptr<XMLReader> document = XMLReader::parse(std::move(bytes), problem, XMLReader::Halves::Replaced);
   if (!document) return std::nullopt;
   XMLValueReader reader(*document, problem);
   const pugi::xml_node root = document->root();
@@ -267,7 +297,7 @@ std::optional<PropertyList> parseXMLPropertyList(const std::string& bytes, std::
   if (!XMLReader::holdsNoText(root)) return reader.failure(root, "text between the values of a container");
   pugi::xml_node top;
   for (const pugi::xml_node child : root.children()) {
-    if (child.type() != pugi::node_element) continue;
+    if (!isElement(child)) continue;
     if (top) return reader.failure(child, "a second value in <plist>");
     top = child;
   }

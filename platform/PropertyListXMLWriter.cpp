@@ -4,7 +4,11 @@
 #include <cmath>
 #include <cstdio>
 #include <locale>
+#include <set>
 #include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/CivilDate.h"
 #include "platform/PropertyListFile.h"
@@ -22,13 +26,15 @@ const char* const header =
 /// The dictionary under the keys that XML can carry. Keys may become the same on the way; none of the entries may get
 /// lost by that.
 PropertyListDictionary withCarriedKeys(const PropertyListDictionary& entries) {
-  PropertyListDictionary carried;
+  std::vector<PropertyListDictionary::Entry> carried;
+  std::set<std::string> changed;
   for (const auto& [key, entry] : entries) {
     std::string name = carriedByXML(key);
-    while (name != key && (entries.find(name) || carried.find(name))) name += replacementCharacter;
-    carried.set(name, entry);
+    while (key != name && (entries.find(name) || changed.count(name) != 0)) name += replacementCharacter;
+    if (key != name) changed.insert(name);
+    carried.emplace_back(name, entry);
   }
-  return carried;
+  return PropertyListDictionary(std::move(carried));
 }
 
 class XMLWriter {
@@ -73,7 +79,7 @@ class XMLWriter {
     document += '\n';
   }
 
-  bool textElement(const char* name, const std::string& text) {
+  bool textElement(const char* name, std::string_view text) {
     indent();
     document += '<';
     document += name;
@@ -118,7 +124,7 @@ class XMLWriter {
     return true;
   }
 
-  void data(const std::string& bytes) {
+  void data(std::string_view bytes) {
     static const char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     constexpr std::size_t bytesPerLine = 51;  // 68 digits, as the platform breaks its lines
     line("<data>");
@@ -137,7 +143,7 @@ class XMLWriter {
     line("</data>");
   }
 
-  bool array(const PropertyList::Array& elements, int depth) {
+  bool array(const PropertyList::Elements& elements, int depth) {
     if (elements.empty()) {
       line("<array/>");
       return true;

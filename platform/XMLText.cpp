@@ -33,7 +33,7 @@ const char* escapedForm(unsigned char character, XMLContext context) {
 }
 
 /// The length of the character at `at` when XML 1.0 cannot carry it, 0 when it can. Needs UTF-8.
-std::size_t uncarriedLength(const std::string& text, std::size_t at) {
+std::size_t uncarriedLength(std::string_view text, std::size_t at) {
   const auto byte = static_cast<unsigned char>(text[at]);
   if (byte < 0x20) return byte == '\t' || byte == '\n' || byte == '\r' ? 0 : 1;
   // U+FFFE and U+FFFF
@@ -44,9 +44,9 @@ std::size_t uncarriedLength(const std::string& text, std::size_t at) {
 
 }  // namespace
 
-bool isUTF8(const std::string& text) { return utf8::is_valid(text.begin(), text.end()); }
+bool isUTF8(std::string_view text) { return utf8::is_valid(text.begin(), text.end()); }
 
-bool isCarriedByXML(const std::string& text) {
+bool isCarriedByXML(std::string_view text) {
   if (!isUTF8(text)) return false;
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (uncarriedLength(text, i) != 0) return false;
@@ -54,8 +54,8 @@ bool isCarriedByXML(const std::string& text) {
   return true;
 }
 
-std::string carriedByXML(const std::string& text) {
-  if (!isUTF8(text)) return text;
+std::string carriedByXML(std::string_view text) {
+  if (!isUTF8(text)) return std::string(text);
   std::string carried;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const std::size_t length = uncarriedLength(text, i);
@@ -69,7 +69,7 @@ std::string carriedByXML(const std::string& text) {
   return carried;
 }
 
-bool appendXMLText(std::string& document, const std::string& text, XMLContext context) {
+bool appendXMLText(std::string& document, std::string_view text, XMLContext context) {
   if (!isUTF8(text)) return false;
   std::size_t unwritten = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {

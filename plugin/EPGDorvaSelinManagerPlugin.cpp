@@ -211,9 +211,9 @@ bool EPGDorvaSelinManagerPlugin::commitEditing() {
   for (std::size_t i = 0; list && store && i < list->size(); ++i) {
     // The working copy itself goes in, not a copy of it: until new IDs are named, editor and store share it.
     const std::shared_ptr<EPGItem> workingCopy = list->at(i);
-    const EPGItem::Values values = workingCopy->values();
-    if (const std::string* const uniqueID = epg::stringValue(*values, ZRLEPGDSUniqueIDKey)) {
-      store->setItem(*uniqueID, workingCopy);
+    const PropertyListDictionary values = workingCopy->values();
+    if (const auto uniqueID = epg::stringValue(values, ZRLEPGDSUniqueIDKey)) {
+      store->setItem(std::string(*uniqueID), workingCopy);
     }
   }
   saveEPGItemsToFile();
@@ -284,9 +284,10 @@ bool EPGDorvaSelinManagerPlugin::isDateEqualToDate(std::optional<Instant> first,
 // The day file.
 
 EPGItemLookup EPGDorvaSelinManagerPlugin::itemLookup() const {
-  return [store = epgItems()](const std::string& uniqueID) -> EPGItem::Values {
+  return [store = epgItems()](const std::string& uniqueID) -> std::optional<PropertyListDictionary> {
     const auto item = store ? store->item(uniqueID) : nullptr;
-    return item ? item->values() : nullptr;
+    if (!item) return std::nullopt;
+    return item->values();
   };
 }
 
@@ -312,7 +313,7 @@ XMLElement EPGDorvaSelinManagerPlugin::timeXMLElementWithDate(std::optional<Inst
   return epg::timeXMLElementWithDate(LocalCalendar(), date);
 }
 
-XMLElement EPGDorvaSelinManagerPlugin::tagsXMLElementWithTags(const PropertyList::Array* tags) const {
+XMLElement EPGDorvaSelinManagerPlugin::tagsXMLElementWithTags(const PropertyList::Elements* tags) const {
   return epg::tagsXMLElementWithTags(tags);
 }
 

@@ -90,7 +90,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::string shortDateStringWithDate(Instant date) const;
   XMLElement dateXMLElementWithDate(std::optional<Instant> date) const;
   XMLElement timeXMLElementWithDate(std::optional<Instant> date) const;
-  XMLElement tagsXMLElementWithTags(const PropertyList::Array* tags) const;
+  XMLElement tagsXMLElementWithTags(const PropertyList::Elements* tags) const;
   std::optional<XMLElement> xmlEventWithDictionary(const EPGEvent& event) const;
 
   EPGError errorWithMessage(const std::string& message) const;

@@ -8,12 +8,12 @@ namespace epg {
 EPGItemStore::EPGItemStore(const PropertyListDictionary& content) {
   for (const auto& [uniqueID, value] : content) {
     EPGItemStoreEntry entry;
-    if (auto values = value.sharedDictionary()) {
-      entry.item = std::make_shared<EPGItem>(std::move(values));
+    if (const PropertyListDictionary* const values = value.asDictionary()) {
+      entry.item = std::make_shared<EPGItem>(*values);
     } else {
       entry.value = value;
     }
-    EPGItemStore::setEntry(uniqueID, std::move(entry));
+    setRecord(EPGItemStoreRecord{uniqueID, std::move(entry)});
   }
 }
 
@@ -62,7 +62,7 @@ std::size_t EPGItemStore::size() const {
 std::vector<std::string> EPGItemStore::uniqueIDs() const {
   std::vector<std::string> ids;
   for (const auto& [uniqueID, entry] : snapshot()) {
-    if (entry.item) ids.push_back(uniqueID);
+    if (entry.item) ids.emplace_back(uniqueID);
   }
   std::sort(ids.begin(), ids.end());
   return ids;
@@ -81,8 +81,12 @@ std::optional<EPGItemStoreEntry> EPGItemStore::entry(const std::string& uniqueID
 }
 
 void EPGItemStore::setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) {
-  const std::size_t hash = EPGItemStoreSnapshot::hashOf(uniqueID);
-  const Record record = std::make_shared<const EPGItemStoreRecord>(EPGItemStoreRecord{uniqueID, std::move(entry)});
+  setRecord(EPGItemStoreRecord{uniqueID, std::move(entry)});
+}
+
+void EPGItemStore::setRecord(EPGItemStoreRecord changed) {
+  const std::size_t hash = EPGItemStoreSnapshot::hashOf(changed.uniqueID);
+  const Record record = std::make_shared<const EPGItemStoreRecord>(std::move(changed));
   // Given up after the lock, should it be the last hold on something that looks at the store as it goes.
   Part replaced;
   Record before;

@@ -48,6 +48,7 @@ class EPGItemStore {
   using Part = std::shared_ptr<EPGItemStorePart>;
 
   Record recordOf(const std::string& uniqueID) const;
+  void setRecord(EPGItemStoreRecord record);
   /// The part of the hash, ready to be changed: a copy of its own where a snapshot has the old one, which goes to
   /// `replaced`. Needs the lock.
   EPGItemStorePart& changeablePart(std::size_t hash, Part* replaced);

@@ -7,14 +7,14 @@
 namespace epg {
 
 std::vector<EPGItemStorePart::Slot>::const_iterator EPGItemStorePart::position(std::size_t hash,
-                                                                               const std::string& uniqueID) const {
+                                                                               std::string_view uniqueID) const {
   auto slot = std::lower_bound(slots_.begin(), slots_.end(), hash,
                                [](const Slot& a, std::size_t wanted) { return a.hash < wanted; });
   while (slot != slots_.end() && slot->hash == hash && slot->record->uniqueID != uniqueID) ++slot;
   return slot;
 }
 
-EPGItemStorePart::Record EPGItemStorePart::find(std::size_t hash, const std::string& uniqueID) const {
+EPGItemStorePart::Record EPGItemStorePart::find(std::size_t hash, std::string_view uniqueID) const {
   const auto slot = position(hash, uniqueID);
   return slot != slots_.end() && slot->hash == hash ? slot->record : nullptr;
 }
@@ -29,7 +29,7 @@ EPGItemStorePart::Record EPGItemStorePart::set(std::size_t hash, Record record) 
   return record;
 }
 
-EPGItemStorePart::Record EPGItemStorePart::remove(std::size_t hash, const std::string& uniqueID) {
+EPGItemStorePart::Record EPGItemStorePart::remove(std::size_t hash, std::string_view uniqueID) {
   const auto slot = position(hash, uniqueID);
   if (slot == slots_.end() || slot->hash != hash) return nullptr;
   Record removed = slot->record;
@@ -65,14 +65,14 @@ EPGItemStoreSnapshot::EPGItemStoreSnapshot(std::vector<EPGItemStoreRecord> recor
   parts_.push_back(part);
 }
 
-const EPGItemStoreRecord* EPGItemStoreSnapshot::find(const std::string& uniqueID) const {
+const EPGItemStoreRecord* EPGItemStoreSnapshot::find(std::string_view uniqueID) const {
   if (parts_.empty()) return nullptr;
   const std::size_t hash = hashOf(uniqueID);
   const auto& part = parts_[partOf(hash, parts_.size())];
   return part ? part->find(hash, uniqueID).get() : nullptr;
 }
 
-std::size_t EPGItemStoreSnapshot::hashOf(const std::string& uniqueID) { return std::hash<std::string>()(uniqueID); }
+std::size_t EPGItemStoreSnapshot::hashOf(std::string_view uniqueID) { return std::hash<std::string_view>()(uniqueID); }
 
 PropertyList propertyListOfStore(const EPGItemStoreSnapshot& snapshot) {
   std::vector<PropertyListDictionary::Entry> entries;

@@ -3,11 +3,12 @@
 #include <cstddef>
 #include <iterator>
 #include <memory>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/EPGItem.h"
 #include "platform/PropertyList.h"
+#include "platform/SharedText.h"
 
 namespace epg {
 
@@ -19,7 +20,7 @@ struct EPGItemStoreEntry {
 
 /// An entry under its EPG unique ID.
 struct EPGItemStoreRecord {
-  std::string uniqueID;
+  SharedText uniqueID;
   EPGItemStoreEntry entry;
 };
 
@@ -34,16 +35,16 @@ class EPGItemStorePart {
   };
 
   /// Null when there is none.
-  Record find(std::size_t hash, const std::string& uniqueID) const;
+  Record find(std::size_t hash, std::string_view uniqueID) const;
   /// Puts the record in; what stood under its ID before, or null.
   Record set(std::size_t hash, Record record);
   /// What stood under the ID, or null.
-  Record remove(std::size_t hash, const std::string& uniqueID);
+  Record remove(std::size_t hash, std::string_view uniqueID);
 
   const std::vector<Slot>& slots() const { return slots_; }
 
  private:
-  std::vector<Slot>::const_iterator position(std::size_t hash, const std::string& uniqueID) const;
+  std::vector<Slot>::const_iterator position(std::size_t hash, std::string_view uniqueID) const;
 
   std::vector<Slot> slots_;
 };
@@ -97,9 +98,9 @@ class EPGItemStoreSnapshot {
   Iterator begin() const { return Iterator(&parts_, 0); }
   Iterator end() const { return Iterator(&parts_, parts_.size()); }
   /// Null when there is no such entry. Lives as long as this object.
-  const EPGItemStoreRecord* find(const std::string& uniqueID) const;
+  const EPGItemStoreRecord* find(std::string_view uniqueID) const;
 
-  static std::size_t hashOf(const std::string& uniqueID);
+  static std::size_t hashOf(std::string_view uniqueID);
   /// Which of `count` parts a record is in.
   static std::size_t partOf(std::size_t hash, std::size_t count) { return hash & (count - 1); }
 

@@ -34,7 +34,7 @@ TEST(TagSwitchedOn, LeavesDuplicatesThatTheListHasAlready) {
 
 TEST(TagSwitchedOn, LeavesAnItemThatCarriesItUnchanged) {
   const Item item = itemWithTags({"x"});
-  const EPGItem::Values before = item->values();
+  const PropertyListDictionary before = item->values();
   tagsAfterSetting(1, item);
   EXPECT_EQ(item->values(), before);
 }
@@ -62,14 +62,14 @@ TEST(TagSwitchedOff, KeepsDuplicatesOfOtherTags) {
 
 TEST(TagSwitchedOff, MakesNoListWhereThereWasNone) {
   const Item item = itemWithoutTags();
-  const EPGItem::Values before = item->values();
+  const PropertyListDictionary before = item->values();
   EXPECT_EQ(tagsAfterSetting(0, item), std::nullopt);
   EXPECT_EQ(item->values(), before);
 }
 
 TEST(TagSwitchedOff, LeavesAnItemThatDoesNotCarryItUnchanged) {
   for (const Item& item : {itemWithTags({"y"}), itemWithTags({}), itemWithTags({"X"})}) {
-    const EPGItem::Values before = item->values();
+    const PropertyListDictionary before = item->values();
     tagsAfterSetting(0, item);
     EXPECT_EQ(item->values(), before);
   }
@@ -128,7 +128,7 @@ class MixedTag : public ::testing::TestWithParam<int> {
 TEST_P(MixedTag, IsShownMixed) { EXPECT_EQ(editor.stateInRow(0), TagStateMixed); }
 
 TEST_P(MixedTag, ClickedIsOnForAllAndClickedAgainOffForAllWithEmptyLists) {
-  const EPGItem::Values before = a->values();
+  const PropertyListDictionary before = a->values();
   editor.click(0, GetParam());
   EXPECT_EQ(a->values(), before);
   EXPECT_EQ(tagsOf(*b), Names({"x"}));
@@ -175,7 +175,7 @@ TEST(TagClick, ChangesNoOtherEntryOfTheItem) {
   editor.views.title.type("typed, not applied");
   editor.click(0, 1);
   EXPECT_EQ(
-      *item->values(),
+      item->values(),
       dictionaryOf({{"title", "A"}, {"tags", listOfNames({"y", "x"})}, {"rating", PropertyList::fromInteger(12)}}));
 }
 

@@ -39,7 +39,7 @@ TEST_F(TagListWithOtherElements, KeepsThemInTheirPlacesWhenATagIsSwitchedOff) {
 }
 
 TEST_F(TagListWithOtherElements, IsUntouchedByAClickThatChangesNothing) {
-  const EPGItem::Values before = item->values();
+  const PropertyListDictionary before = item->values();
   editor.click(0, 1);
   editor.click(1, 0);
   EXPECT_EQ(item->values(), before);

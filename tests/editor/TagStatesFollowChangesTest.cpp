@@ -216,7 +216,7 @@ class ListWithoutCount : public EPGItemList {
 /// An item whose entries change without a word.
 class SilentItem : public EPGItem {
  public:
-  Values values() const override { return std::make_shared<const PropertyListDictionary>(entries); }
+  PropertyListDictionary values() const override { return entries; }
 
   PropertyListDictionary entries;
 };

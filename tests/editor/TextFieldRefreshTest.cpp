@@ -148,8 +148,8 @@ TEST_P(TextFieldRefresh, RemovesThePlaceholderBeforeItSetsTheText) {
 TEST_P(TextFieldRefresh, ChangesNoItem) {
   const Item a = with("A");
   const Item b = without();
-  const EPGItem::Values beforeA = a->values();
-  const EPGItem::Values beforeB = b->values();
+  const PropertyListDictionary beforeA = a->values();
+  const PropertyListDictionary beforeB = b->values();
   editor.show({a, b});
   EXPECT_EQ(a->values(), beforeA);
   EXPECT_EQ(b->values(), beforeB);

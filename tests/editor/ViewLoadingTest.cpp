@@ -77,7 +77,7 @@ TEST(EditorView, NotLoadedShowsAndAppliesNothing) {
   const Item item = itemTitled("A");
   editor.show({item});
   editor.views.title.type("typed");
-  const EPGItem::Values before = item->values();
+  const PropertyListDictionary before = item->values();
   editor->updateTagsTableView();
   editor->updateImageURLTextField();
   editor->updateTitleTextField();
@@ -229,7 +229,7 @@ TEST_F(MissingOutlet, OfTheImageURLLeavesTheImageURLAlone) {
 
 TEST_F(MissingOutlet, OfEveryViewChangesNothing) {
   editor.views.connected = EditorOutlets();
-  const EPGItem::Values before = a->values();
+  const PropertyListDictionary before = a->values();
   showAndApply();
   EXPECT_EQ(a->values(), before);
   EXPECT_EQ(editor.views.journal, Journal());

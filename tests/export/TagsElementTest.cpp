@@ -22,31 +22,33 @@ std::vector<std::string> tagsIn(const XMLElement& element) {
 }
 
 TEST(TagsElementTest, HoldsOneTagForEachEntryInTheListsOrder) {
-  const PropertyList::Array tags = {"Live", "Family", "Arts", "Live"};
-  EXPECT_EQ((std::vector<std::string>{"Live", "Family", "Arts", "Live"}), tagsIn(tagsXMLElementWithTags(&tags)));
+  const PropertyList tags = PropertyList::Array{"Live", "Family", "Arts", "Live"};
+  EXPECT_EQ((std::vector<std::string>{"Live", "Family", "Arts", "Live"}),
+            tagsIn(tagsXMLElementWithTags(tags.asArray())));
 }
 
 TEST(TagsElementTest, IsEmptyWithoutAList) { EXPECT_TRUE(tagsIn(tagsXMLElementWithTags(nullptr)).empty()); }
 
 TEST(TagsElementTest, IsEmptyForAnEmptyList) {
-  const PropertyList::Array tags;
-  EXPECT_TRUE(tagsIn(tagsXMLElementWithTags(&tags)).empty());
+  const PropertyList tags{PropertyList::Array()};
+  EXPECT_TRUE(tagsIn(tagsXMLElementWithTags(tags.asArray())).empty());
 }
 
 TEST(TagsElementTest, AnEmptyNameIsAnEmptyTag) {
-  const PropertyList::Array tags = {"", "Live"};
-  EXPECT_EQ((std::vector<std::string>{"", "Live"}), tagsIn(tagsXMLElementWithTags(&tags)));
+  const PropertyList tags = PropertyList::Array{"", "Live"};
+  EXPECT_EQ((std::vector<std::string>{"", "Live"}), tagsIn(tagsXMLElementWithTags(tags.asArray())));
 }
 
 TEST(TagsElementTest, TakesNamesAsTheyStand) {
-  const PropertyList::Array tags = {" Live ", "live", "Kids' & <Family>"};
-  EXPECT_EQ((std::vector<std::string>{" Live ", "live", "Kids' & <Family>"}), tagsIn(tagsXMLElementWithTags(&tags)));
+  const PropertyList tags = PropertyList::Array{" Live ", "live", "Kids' & <Family>"};
+  EXPECT_EQ((std::vector<std::string>{" Live ", "live", "Kids' & <Family>"}),
+            tagsIn(tagsXMLElementWithTags(tags.asArray())));
 }
 
 TEST(TagsElementTest, PassesOverEntriesThatAreNoStrings) {
-  const PropertyList::Array tags = {PropertyList::fromInteger(7), "Live", PropertyList::fromBoolean(true),
-                                    PropertyList(PropertyList::Array{"Nested"}), "Family"};
-  EXPECT_EQ((std::vector<std::string>{"Live", "Family"}), tagsIn(tagsXMLElementWithTags(&tags)));
+  const PropertyList tags = PropertyList::Array{PropertyList::fromInteger(7), "Live", PropertyList::fromBoolean(true),
+                                                PropertyList(PropertyList::Array{"Nested"}), "Family"};
+  EXPECT_EQ((std::vector<std::string>{"Live", "Family"}), tagsIn(tagsXMLElementWithTags(tags.asArray())));
 }
 
 }  // namespace

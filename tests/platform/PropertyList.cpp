@@ -118,16 +118,27 @@ TEST(PropertyListArray, EqualsByContentAndOrder) {
 TEST(PropertyListArray, CopySharesTheElements) {
   const PropertyList original = arrayOf({"a"});
   const PropertyList copy = original;  // NOLINT(performance-unnecessary-copy-initialization): what is tested
-  EXPECT_EQ(copy.asArray(), original.asArray());
+  EXPECT_EQ(copy.asArray()->data(), original.asArray()->data());
 }
 
 TEST(PropertyListDictionaryValue, SharesTheDictionaryItWasMadeFrom) {
-  const auto dictionary = std::make_shared<const PropertyListDictionary>();
-  EXPECT_EQ(PropertyList(dictionary).sharedDictionary(), dictionary);
-  EXPECT_EQ(PropertyList(dictionary).asDictionary(), dictionary.get());
+  PropertyListDictionary dictionary;
+  dictionary.set("a", "1");
+  PropertyListDictionary equal;
+  equal.set("a", "1");
+  EXPECT_TRUE(PropertyList(dictionary).asDictionary()->shares(dictionary));
+  EXPECT_EQ(equal, dictionary);
+  EXPECT_FALSE(equal.shares(dictionary));
 }
 
-TEST(PropertyListDictionaryValue, IsSharedByNoOtherType) { EXPECT_FALSE(PropertyList("a").sharedDictionary()); }
+TEST(PropertyListString, SharesTheTextItWasMadeFrom) {
+  const SharedText text("Live");
+  EXPECT_EQ(PropertyList(text).sharedText()->view().data(), text.view().data());
+  EXPECT_FALSE(PropertyList::fromBoolean(true).sharedText());
+}
+
+// Stores hold millions of them.
+TEST(PropertyListValue, TakesTwoWordsOf64Bits) { EXPECT_LE(sizeof(PropertyList), 16U); }
 
 TEST(PropertyListDictionary, IsEmptyAtFirst) {
   const PropertyListDictionary dictionary;
@@ -139,7 +150,7 @@ TEST(PropertyListDictionary, IsEmptyAtFirst) {
 TEST(PropertyListDictionary, SortsEntriesByTheBytesOfTheirKeys) {
   const PropertyListDictionary dictionary({{"b", "1"}, {"", "2"}, {"\xC3\xA4", "3"}, {"B", "4"}, {"ba", "5"}});
   std::vector<std::string> keys;
-  for (const auto& entry : dictionary) keys.push_back(entry.first);
+  for (const auto& entry : dictionary) keys.emplace_back(entry.first);
   EXPECT_EQ(keys, std::vector<std::string>({"", "B", "b", "ba", "\xC3\xA4"}));
 }
 

@@ -13,12 +13,12 @@
 namespace epg {
 
 inline void PrintTo(const PropertyList& list, std::ostream* out) {
-  if (const auto* text = list.asString()) *out << '"' << *text << '"';
-  if (const auto* integer = list.asInteger()) *out << (integer->negative ? "-" : "") << integer->magnitude;
+  if (const auto text = list.asString()) *out << '"' << *text << '"';
+  if (const auto integer = list.asInteger()) *out << (integer->negative ? "-" : "") << integer->magnitude;
   if (const auto* real = list.asReal()) *out << "real " << *real;
   if (const auto* boolean = list.asBoolean()) *out << (*boolean ? "true" : "false");
   if (const auto* date = list.asDate()) *out << "date " << date->secondsSinceReferenceDate;
-  if (const auto* data = list.asData()) *out << data->size() << " bytes";
+  if (const auto data = list.asData()) *out << data->size() << " bytes";
   if (list.asForeign()) *out << "foreign";
   if (const auto* array = list.asArray()) {
     *out << '[';

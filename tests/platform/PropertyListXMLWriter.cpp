@@ -132,7 +132,7 @@ TEST(XMLPropertyListWriter, KeysThatBecomeTheSameKeepAllTheirValues) {
   const auto back = readBack(list);
   ASSERT_TRUE(back && back->asDictionary());
   std::vector<std::string> values;
-  for (const auto& entry : *back->asDictionary()) values.push_back(*entry.second.asString());
+  for (const auto& entry : *back->asDictionary()) values.emplace_back(*entry.second.asString());
   std::sort(values.begin(), values.end());
   EXPECT_EQ(values, std::vector<std::string>({"1", "2", "3", "4", "5"}));
 }

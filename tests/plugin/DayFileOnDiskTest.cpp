@@ -177,12 +177,12 @@ TEST_F(DayFileOnDiskTest, TheElementsOfTheObjectAreThoseOfTheFile) {
   EXPECT_THAT(contentOf(dayFilePath()), testing::HasSubstr(program));
 
   std::string parts;
-  const PropertyList::Array tags{"Live"};
+  const PropertyList tags = PropertyList::Array{"Live"};
   ASSERT_TRUE(appendXMLElement(parts, plugin->dateXMLElementWithDate(event.eventEPGStartDateTime), 2));
   ASSERT_TRUE(appendXMLElement(parts, plugin->timeXMLElementWithDate(event.eventEPGStartDateTime), 2));
   EXPECT_THAT(program, testing::HasSubstr(parts));
   std::string tagsText;
-  ASSERT_TRUE(appendXMLElement(tagsText, plugin->tagsXMLElementWithTags(&tags), 2));
+  ASSERT_TRUE(appendXMLElement(tagsText, plugin->tagsXMLElementWithTags(tags.asArray()), 2));
   EXPECT_THAT(program, testing::HasSubstr(tagsText));
   EXPECT_FALSE(plugin->xmlEventWithDictionary(eventAt("unknown", 0)));
 }

@@ -79,7 +79,7 @@ TEST_F(DuplicateTest, ALaterChangeOfTheCopyDoesNotChangeTheSource) {
 
 TEST_F(DuplicateTest, OntoItselfReplacesTheItemByACopyAndSaves) {
   const auto before = plugin->epgItems()->item("E1");
-  const PropertyListDictionary values = *before->values();
+  const PropertyListDictionary values = before->values();
   duplicate("E1", "E1");
   EXPECT_NE(before, plugin->epgItems()->item("E1"));
   EXPECT_EQ(values, itemInStore("E1"));
@@ -92,7 +92,7 @@ TEST_F(DuplicateTest, NeverChangesAnItemThatIsInTheStore) {
   const auto replaced = plugin->epgItems()->item("E2");
   duplicate("E1", "E2");
   EXPECT_EQ(source, plugin->epgItems()->item("E1"));
-  EXPECT_EQ(dictionaryOf({{ZRLEPGDSTitleKey, "held"}}), *replaced->values());
+  EXPECT_EQ(dictionaryOf({{ZRLEPGDSTitleKey, "held"}}), replaced->values());
 }
 
 TEST_F(DuplicateTest, AnItemWithoutAnyValueIsDuplicatedToo) {

@@ -109,7 +109,7 @@ TEST_F(EditingSessionCommit, SavesTheStoreAsItIsAfterTheCommit) {
 TEST_F(EditingSessionCommit, LeavesOtherItemsUntouched) {
   put("other", {{"title", "U"}, {"tags", listOfNames({"x"})}});
   const Item other = stored("other");
-  const EPGItem::Values values = other->values();
+  const PropertyListDictionary values = other->values();
   edit({"A"});
   typeTitle("typed");
   click(0, 0);

@@ -151,9 +151,9 @@ TEST_F(OldTagList, InAnExportThatIsWritingStays) {
 
 TEST_F(OldTagList, InTheEntriesThatAnExportLookedUpStays) {
   editAndCommit();
-  const EPGItem::Values lookedUp = stored("A")->values();
+  const PropertyListDictionary lookedUp = stored("A")->values();
   click(0, 0);
-  EXPECT_EQ(*lookedUp->find("tags"), listOfNames({"x"}));
+  EXPECT_EQ(*lookedUp.find("tags"), listOfNames({"x"}));
 }
 
 TEST_F(OldTagList, OfAnUncommittedClickStaysInAnExport) {

@@ -55,7 +55,7 @@ TEST_F(EditingSessionRevert, WithoutAnEditorDoesNothing) {
   put("A", {{"title", "T"}});
   plugin->setEditedEPGUniqueIDs({"A"});
   const Item copy = edited(0);
-  const EPGItem::Values values = copy->values();
+  const PropertyListDictionary values = copy->values();
   plugin->revertEditing();
   EXPECT_EQ(edited(0), copy);
   EXPECT_EQ(copy->values(), values);
@@ -82,7 +82,7 @@ TEST_F(EditingSessionRevert, DoesNotReadTheStoreAgain) {
 
 TEST_F(EditingSessionRevert, LeavesTheStoreAloneAndSavesNothing) {
   put("A", {{"title", "T"}});
-  const EPGItem::Values values = stored("A")->values();
+  const PropertyListDictionary values = stored("A")->values();
   edit({"A"});
   click(0, 1);
   plugin->revertEditing();

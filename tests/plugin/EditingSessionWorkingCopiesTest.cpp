@@ -34,12 +34,12 @@ TEST_F(EditingSessionWorkingCopies, StandInTheOrderOfTheNamedIDs) {
 TEST_F(EditingSessionWorkingCopies, OfAStoredItemHoldItsEntries) {
   put("A", {{"uniqueID", "A"}, {"title", "T"}, {"tags", listOfNames({"x"})}});
   plugin->setEditedEPGUniqueIDs({"A"});
-  EXPECT_EQ(*edited(0)->values(), itemInStore("A"));
+  EXPECT_EQ(edited(0)->values(), itemInStore("A"));
 }
 
 TEST_F(EditingSessionWorkingCopies, OfAnIDWithoutAnItemHoldOnlyTheID) {
   plugin->setEditedEPGUniqueIDs({"new"});
-  EXPECT_EQ(*edited(0)->values(), dictionaryOf({{"uniqueID", "new"}}));
+  EXPECT_EQ(edited(0)->values(), dictionaryOf({{"uniqueID", "new"}}));
 }
 
 TEST_F(EditingSessionWorkingCopies, AreNotTheStoredItems) {
@@ -57,7 +57,7 @@ TEST_F(EditingSessionWorkingCopies, CreateNoItemInTheStore) {
 TEST_F(EditingSessionWorkingCopies, LeaveTheStoreAsItIs) {
   put("A", {{"title", "T"}});
   const Item before = stored("A");
-  const EPGItem::Values values = before->values();
+  const PropertyListDictionary values = before->values();
   edit({"A", "A", "new"});
   click(0, 1);
   typeTitle("typed");
@@ -77,9 +77,9 @@ TEST_F(EditingSessionWorkingCopies, StartNoSave) {
 TEST_F(EditingSessionWorkingCopies, ShareTheTagListWithTheStoredItem) {
   put("A", {{"tags", listOfNames({"x"})}});
   plugin->setEditedEPGUniqueIDs({"A"});
-  const EPGItem::Values copy = edited(0)->values();
-  const EPGItem::Values original = stored("A")->values();
-  EXPECT_EQ(tagsValue(*copy), tagsValue(*original));
+  const PropertyListDictionary copy = edited(0)->values();
+  const PropertyListDictionary original = stored("A")->values();
+  EXPECT_EQ(tagsValue(copy)->data(), tagsValue(original)->data());
 }
 
 TEST_F(EditingSessionWorkingCopies, GetTheKeyOfTheStoreAsTheirUniqueID) {
@@ -115,7 +115,7 @@ TEST_F(EditingSessionWorkingCopies, OfTheSameIDTwiceAreTwo) {
   plugin->setEditedEPGUniqueIDs({"A", "A"});
   ASSERT_EQ(plugin->editedItems()->size(), 2u);
   EXPECT_NE(edited(0), edited(1));
-  EXPECT_EQ(*edited(0)->values(), *edited(1)->values());
+  EXPECT_EQ(edited(0)->values(), edited(1)->values());
 }
 
 TEST_F(EditingSessionWorkingCopies, AreMadeAnewByNamingAgain) {
@@ -146,7 +146,7 @@ TEST_F(EditingSessionWorkingCopies, OfAStoreEntryThatIsNoItemAreNew) {
   writeStoreFile({{"A", "just a string"}});
   startWithEditor();
   plugin->setEditedEPGUniqueIDs({"A"});
-  EXPECT_EQ(*edited(0)->values(), dictionaryOf({{"uniqueID", "A"}}));
+  EXPECT_EQ(edited(0)->values(), dictionaryOf({{"uniqueID", "A"}}));
 }
 
 TEST_F(EditingSessionWorkingCopies, AreMadeFromTheStoreThatTheHostHasSet) {
@@ -162,7 +162,7 @@ TEST_F(EditingSessionWorkingCopies, WithoutAStoreAreNew) {
   put("A", {{"title", "T"}});
   plugin->setEpgItems(nullptr);
   plugin->setEditedEPGUniqueIDs({"A"});
-  EXPECT_EQ(*edited(0)->values(), dictionaryOf({{"uniqueID", "A"}}));
+  EXPECT_EQ(edited(0)->values(), dictionaryOf({{"uniqueID", "A"}}));
 }
 
 TEST_F(EditingSessionWorkingCopies, AreShownInAnOpenEditor) {

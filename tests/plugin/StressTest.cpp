@@ -99,7 +99,7 @@ TEST_F(StressTest, TheStoreEndsAsTheHostsThreadLeftIt) {
   for (const auto& [id, values] : model) {
     ASSERT_TRUE(stored.find(id)) << id;
     PropertyListDictionary carried;
-    for (const auto& [key, value] : values) carried.set(key, asXMLCarries(*value.asString()));
+    for (const auto& [key, value] : values) carried.set(key, asXMLCarries(std::string(*value.asString())));
     EXPECT_EQ(PropertyList(carried), *stored.find(id)) << id;
   }
   exportAndWait(events);

@@ -16,7 +16,7 @@ TEST_F(FoundByFuzzersTest, IDsThatDifferOnlyInCharactersThatXMLCannotCarryKeepTh
   std::multiset<std::string> before;
   for (const std::string& id : ids) before.insert("title of " + std::to_string(id.back()));
   std::multiset<std::string> after;
-  for (const auto& entry : storeFile()) after.insert(*stringValue(*entry.second.asDictionary(), ZRLEPGDSTitleKey));
+  for (const auto& entry : storeFile()) after.emplace(*stringValue(*entry.second.asDictionary(), ZRLEPGDSTitleKey));
   EXPECT_EQ(before, after);
   EXPECT_EQ("title of " + std::to_string('a'), *stringValue(*storeFile().find("a")->asDictionary(), ZRLEPGDSTitleKey));
   EXPECT_TRUE(storeFile().find("a\xEF\xBF\xBD")) << "an ID that XML can carry keeps its item";

@@ -56,11 +56,12 @@ int roundInStore(const std::string& folder) {
   std::set<std::string> titles;
   for (const auto& entry : *store) {
     const auto* const item = entry.second.asDictionary();
-    const std::string* const title = item ? epg::stringValue(*item, epg::ZRLEPGDSTitleKey) : nullptr;
-    const std::string* const text = item ? epg::stringValue(*item, epg::ZRLEPGDSDescriptionKey) : nullptr;
+    const auto title = item ? epg::stringValue(*item, epg::ZRLEPGDSTitleKey) : std::nullopt;
+    const auto text = item ? epg::stringValue(*item, epg::ZRLEPGDSDescriptionKey) : std::nullopt;
     if (!title || !text) return -1;
-    if (text->size() != static_cast<std::size_t>(std::atoi(title->c_str())) % 997) return -1;
-    titles.insert(*title);
+    const std::string number(*title);
+    if (text->size() != static_cast<std::size_t>(std::atoi(number.c_str())) % 997) return -1;
+    titles.insert(number);
   }
   EXPECT_EQ(60U, store->size());
   return commonRound(titles);

@@ -43,7 +43,7 @@ TEST_F(TwoProcessesTest, OnOneFolderLeaveAWholeStoreAtEveryMoment) {
     const auto store = readPropertyListDictionary(Environment::standard(), storePath(), &problem);
     ASSERT_TRUE(store) << problem;
     ASSERT_EQ(20U, store->size());
-    const std::string title = *stringValue(*store->begin()->second.asDictionary(), ZRLEPGDSTitleKey);
+    const std::string title(*stringValue(*store->begin()->second.asDictionary(), ZRLEPGDSTitleKey));
     for (const auto& entry : *store) {
       ASSERT_EQ(title, *stringValue(*entry.second.asDictionary(), ZRLEPGDSTitleKey));
     }

@@ -22,14 +22,14 @@ class ItemsForDayFile {
   explicit ItemsForDayFile(Entries entries) { add("E", std::move(entries)); }
 
   ItemsForDayFile& add(const std::string& uniqueID, Entries entries) {
-    items_[uniqueID] = std::make_shared<const PropertyListDictionary>(std::move(entries));
+    items_[uniqueID] = PropertyListDictionary(std::move(entries));
     return *this;
   }
 
   EPGItemLookup lookup() const {
     return [items = items_](const std::string& uniqueID) {
       const auto item = items.find(uniqueID);
-      return item == items.end() ? nullptr : item->second;
+      return item == items.end() ? std::nullopt : std::optional<PropertyListDictionary>(item->second);
     };
   }
 
@@ -39,7 +39,7 @@ class ItemsForDayFile {
   }
 
  private:
-  std::map<std::string, std::shared_ptr<const PropertyListDictionary>> items_;
+  std::map<std::string, PropertyListDictionary> items_;
 };
 
 }  // namespace epg::test

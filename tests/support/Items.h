@@ -37,27 +37,27 @@ inline std::shared_ptr<EPGItemList> listOf(const std::vector<Item>& items) {
 
 /// The value under the key; nothing where the item has no such entry.
 inline std::optional<PropertyList> valueOf(const EPGItem& item, const std::string& key) {
-  const EPGItem::Values values = item.values();
-  const PropertyList* const value = values->find(key);
+  const PropertyListDictionary values = item.values();
+  const PropertyList* const value = values.find(key);
   return value ? std::optional<PropertyList>(*value) : std::nullopt;
 }
 
 /// The tag names in the item's list; nothing where it has no list.
 inline std::optional<Names> tagsOf(const EPGItem& item) {
-  const EPGItem::Values values = item.values();
-  const PropertyList::Array* const list = tagsValue(*values);
+  const PropertyListDictionary values = item.values();
+  const PropertyList::Elements* const list = tagsValue(values);
   if (!list) return std::nullopt;
   Names names;
   for (const PropertyList& element : *list) {
-    if (const std::string* const name = element.asString()) names.push_back(*name);
+    if (const auto name = element.asString()) names.emplace_back(*name);
   }
   return names;
 }
 
 /// The string under the key; nothing where there is none.
 inline std::optional<std::string> textOf(const EPGItem& item, const std::string& key) {
-  const EPGItem::Values values = item.values();
-  const std::string* const text = stringValue(*values, key);
+  const PropertyListDictionary values = item.values();
+  const auto text = stringValue(values, key);
   return text ? std::optional<std::string>(*text) : std::nullopt;
 }
 

@@ -48,19 +48,19 @@ std::vector<PropertyListDictionary::Entry> entriesOf(const NaiveItem& item) {
 
 NaiveItem naiveItem(const EPGItem& item) {
   NaiveItem naive;
-  const EPGItem::Values values = item.values();
-  for (const auto& [key, value] : *values) {
-    const std::string* const text = value.asString();
+  const PropertyListDictionary values = item.values();
+  for (const auto& [key, value] : values) {
+    const auto text = value.asString();
     if (key != ZRLEPGDSTagsKey) {
-      naive.texts[key] = text ? std::optional<std::string>(*text) : std::nullopt;
+      naive.texts[std::string(key)] = text ? std::optional<std::string>(*text) : std::nullopt;
       continue;
     }
     naive.hasTagsEntry = true;
-    const PropertyList::Array* const list = value.asArray();
+    const PropertyList::Elements* const list = value.asArray();
     naive.tagsEntryIsList = list != nullptr;
     if (!list) continue;
     for (const PropertyList& element : *list) {
-      const std::string* const name = element.asString();
+      const auto name = element.asString();
       naive.tags.push_back(name ? std::optional<std::string>(*name) : std::nullopt);
     }
   }

@@ -37,7 +37,7 @@ void PluginTest::put(const std::string& uniqueID, Entries entries) {
 PropertyListDictionary PluginTest::itemInStore(const std::string& uniqueID) const {
   const auto item = plugin->epgItems()->item(uniqueID);
   EXPECT_TRUE(item) << "no item " << uniqueID;
-  return item ? *item->values() : PropertyListDictionary();
+  return item ? item->values() : PropertyListDictionary();
 }
 
 void PluginTest::writeStoreFile(Entries entries) const {
@@ -55,7 +55,7 @@ PropertyListDictionary PluginTest::storeFile() const {
 
 std::vector<std::string> PluginTest::storedIDs() const {
   std::vector<std::string> ids;
-  for (const auto& entry : storeFile()) ids.push_back(entry.first);
+  for (const auto& entry : storeFile()) ids.emplace_back(entry.first);
   return ids;
 }
 
