@@ -2,7 +2,6 @@
 
 #include <utf8.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -55,29 +54,54 @@ bool is(char byte, unsigned wantedKinds) { return (kinds[static_cast<unsigned ch
 /// A byte in each of the eight places.
 constexpr std::uint64_t everywhere(unsigned byte) { return byte * 0x0101010101010101U; }
 
-/// Whether none of the eight bytes is of any kind. May also say no where one is '#'.
+/// Four bytes as a number, the first one lowest.
+std::uint32_t four(const char* bytes) {
+  std::uint32_t number = 0;
+  std::memcpy(&number, bytes, sizeof number);
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+  number = __builtin_bswap32(number);
+#endif
+  return number;
+}
+
+std::uint64_t eight(const char* first, const char* last) {
+  return std::uint64_t{four(first)} | std::uint64_t{four(last)} << 32;
+}
+
+/// Which of eight bytes is the first that is of any kind, or is '#'; 8 when none is.
 ///
-/// The high bit of a byte answers for it: it is set in what is beyond ASCII, and subtracting sets it in what is below
-/// the subtrahend. What a subtraction borrows from the next byte was taken by a byte that is already found.
-bool areAllPlain(const char* bytes) {
-  std::uint64_t eight = 0;
-  std::memcpy(&eight, bytes, sizeof eight);
-  const std::uint64_t belowSpace = eight - everywhere(0x20);
+/// The high bit of each byte answers for it: it is set in what is beyond ASCII, and subtracting sets it in what is
+/// below the subtrahend. Only a byte that is found borrows from those after it, so the first answer is right.
+std::ptrdiff_t firstSpecial(std::uint64_t bytes) {
+  const std::uint64_t belowSpace = bytes - everywhere(0x20);
   // One test for several characters that differ in few bits: '"', '&' and the apostrophe; '<' and '>'.
-  const std::uint64_t quotesAndAmpersand = ((eight | everywhere(0x05)) ^ everywhere('\'')) - everywhere(1);
-  const std::uint64_t angleBrackets = ((eight | everywhere(0x02)) ^ everywhere('>')) - everywhere(1);
-  return ((eight | belowSpace | quotesAndAmpersand | angleBrackets) & everywhere(0x80)) == 0;
+  const std::uint64_t quotesAndAmpersand = ((bytes | everywhere(0x05)) ^ everywhere('\'')) - everywhere(1);
+  const std::uint64_t angleBrackets = ((bytes | everywhere(0x02)) ^ everywhere('>')) - everywhere(1);
+  const std::uint64_t found = (bytes | belowSpace | quotesAndAmpersand | angleBrackets) & everywhere(0x80);
+  return found == 0 ? 8 : __builtin_ctzll(found) / 8;
+}
+
+/// Where the first byte stands that is of any kind, or is '#', or the end.
+const char* findSpecial(const char* at, const char* end) {
+  for (; end - at >= 8; at += 8) {
+    const std::ptrdiff_t first = firstSpecial(eight(at, at + 4));
+    if (first < 8) return at + first;
+  }
+  if (end - at >= 4) {
+    // The last four overlap with the first ones.
+    const std::ptrdiff_t first = firstSpecial(eight(at, end - 4));
+    return first < 4 ? at + first : end - 8 + first;
+  }
+  constexpr unsigned any = 0xFF;
+  while (at != end && !is(*at, any)) ++at;
+  return at;
 }
 
 /// Where the first byte of one of the kinds stands, or the end.
 const char* findByte(const char* at, const char* end, unsigned wantedKinds) {
-  constexpr std::ptrdiff_t step = 8;
-  for (;;) {
-    while (end - at >= step && areAllPlain(at)) at += step;
-    const char* const stop = at + std::min(end - at, step);
-    while (at != stop && !is(*at, wantedKinds)) ++at;
-    if (at != stop || at == end) return at;
-  }
+  at = findSpecial(at, end);
+  while (at != end && !is(*at, wantedKinds)) at = findSpecial(at + 1, end);
+  return at;
 }
 
 /// The end of the bytes beyond ASCII that begin here. No character reaches beyond it.
