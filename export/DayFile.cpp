@@ -1,111 +1,165 @@
 #include "export/DayFile.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <type_traits>
+#include <string_view>
 
-#include "export/ApostrophePass.h"
 #include "model/EPGItem.h"
 #include "model/KeyConstants.h"
+#include "platform/XMLText.h"
 
 namespace epg {
 
 namespace {
 
-XMLElement elementWithText(const char* name, std::string text) {
-  XMLElement element;
-  element.name = name;
-  element.text = std::move(text);
-  return element;
-}
+/// Writes what `xmlEventWithDictionary` describes without making the elements: their texts would be copied several
+/// times, and each element takes memory of its own. The order of the parts, the markup and the white space are those of
+/// the format, and hold no apostrophe.
+class DayFileWriter {
+ public:
+  DayFileWriter(ByteSink& file, const LocalCalendar& calendar) : file_(file), calendar_(calendar) {}
 
-/// Without an item value the element stays empty.
-XMLElement elementWithValue(const char* name, const PropertyListDictionary& item, const char* key) {
-  return elementWithText(name, std::string(stringValue(item, key).value_or(std::string_view())));
-}
+  bool rootStart(const std::string& dateFrom, const std::string& dateTo) {
+    file_.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<programs dateFrom=\"");
+    if (!escaped(dateFrom, XMLContext::Attribute)) return false;
+    file_.append("\" dateTo=\"");
+    if (!escaped(dateTo, XMLContext::Attribute)) return false;
+    file_.append("\">");
+    return true;
+  }
+
+  void programStart() {
+    if (!hasPrograms_) file_.append("\n");
+    hasPrograms_ = true;
+    file_.append("    <program");
+  }
+
+  void programID(std::size_t id) {
+    file_.append(" id=\"");
+    decimal(id);
+    file_.append("\"");
+  }
+
+  bool programContent(std::optional<Instant> start, const PropertyListDictionary& item) {
+    file_.append(">\n");
+    dateAndTime(start);
+    if (!value("        <title>", item, ZRLEPGDSTitleKey, "</title>\n") ||
+        !value("        <description>", item, ZRLEPGDSDescriptionKey, "</description>\n") ||
+        !value("        <imgUrl>", item, ZRLEPGDSImageURLKey, "</imgUrl>\n") || !tags(item)) {
+      return false;
+    }
+    file_.append("    </program>\n");
+    return true;
+  }
+
+  void rootEnd() { file_.append("</programs>\n"); }
+
+ private:
+  bool escaped(std::string_view text, XMLContext context) {
+    return appendXMLText(file_, text, context, Apostrophes::AsReferences);
+  }
+
+  void decimal(std::uint64_t magnitude) {
+    constexpr std::size_t mostDigits = 20;
+    char digits[mostDigits];
+    std::size_t first = mostDigits;
+    do {
+      digits[--first] = static_cast<char>('0' + magnitude % 10);
+      magnitude /= 10;
+    } while (magnitude != 0);
+    file_.append(std::string_view(digits + first, mostDigits - first));
+  }
+
+  void signedDecimal(std::int64_t number) {
+    if (number < 0) file_.append("-");
+    decimal(static_cast<std::uint64_t>(number < 0 ? -number : number));
+  }
+
+  void dateAndTime(std::optional<Instant> start) {
+    const auto components = start ? calendar_.components(*start) : std::nullopt;
+    const auto part = [&](int LocalCalendar::Components::*which, int less = 0) {
+      if (components) signedDecimal((*components).*which - less);
+    };
+    file_.append("        <date>\n            <day>");
+    part(&LocalCalendar::Components::day);
+    file_.append("</day>\n            <month>");
+    part(&LocalCalendar::Components::month);
+    file_.append("</month>\n            <year>");
+    part(&LocalCalendar::Components::year, 2000);
+    file_.append("</year>\n        </date>\n        <time>\n            <hour>");
+    part(&LocalCalendar::Components::hour);
+    file_.append("</hour>\n            <minute>");
+    part(&LocalCalendar::Components::minute);
+    file_.append("</minute>\n        </time>\n");
+  }
+
+  bool value(std::string_view startTag, const PropertyListDictionary& item, const char* key, std::string_view endTag) {
+    file_.append(startTag);
+    const auto text = stringValue(item, key);
+    if (text && !escaped(*text, XMLContext::Text)) return false;
+    file_.append(endTag);
+    return true;
+  }
+
+  bool tags(const PropertyListDictionary& item) {
+    bool hasTags = false;
+    file_.append("        <tags>");
+    if (const auto list = tagsValue(item)) {
+      for (const PropertyList& tag : *list) {
+        const auto name = tag.asString();
+        if (!name) continue;
+        if (!hasTags) file_.append("\n");
+        hasTags = true;
+        file_.append("            <tag>");
+        if (!escaped(*name, XMLContext::Text)) return false;
+        file_.append("</tag>\n");
+      }
+    }
+    if (hasTags) file_.append("        ");
+    file_.append("</tags>\n");
+    return true;
+  }
+
+  ByteSink& file_;
+  const LocalCalendar& calendar_;
+  bool hasPrograms_ = false;
+};
 
 }  // namespace
 
-XMLElement dateXMLElementWithDate(const LocalCalendar& calendar, std::optional<Instant> date) {
-  const auto components = date ? calendar.components(*date) : std::nullopt;
-  XMLElement element = elementWithText("date", {});
-  element.addChild(elementWithText("day", components ? std::to_string(components->day) : std::string()));
-  element.addChild(elementWithText("month", components ? std::to_string(components->month) : std::string()));
-  element.addChild(elementWithText("year", components ? std::to_string(components->year - 2000) : std::string()));
-  return element;
-}
-
-XMLElement timeXMLElementWithDate(const LocalCalendar& calendar, std::optional<Instant> date) {
-  const auto components = date ? calendar.components(*date) : std::nullopt;
-  XMLElement element = elementWithText("time", {});
-  element.addChild(elementWithText("hour", components ? std::to_string(components->hour) : std::string()));
-  element.addChild(elementWithText("minute", components ? std::to_string(components->minute) : std::string()));
-  return element;
-}
-
-XMLElement tagsXMLElementWithTags(const PropertyList::Elements* tags) {
-  XMLElement element = elementWithText("tags", {});
-  if (!tags) return element;
-  for (const PropertyList& tag : *tags) {
-    if (const auto name = tag.asString()) element.addChild(elementWithText("tag", std::string(*name)));
+bool writeDayFile(ByteSink& file, const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
+                  const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
+                  const PlaybackIDHash& hash) {
+  const auto rootDate = [&](std::optional<Instant> date) {
+    return date ? rootDateFormatter.stringFromDate(*date) : std::string();
+  };
+  DayFileWriter writer(file, calendar);
+  if (!writer.rootStart(events.empty() ? std::string() : rootDate(events.front().eventEPGStartDateTime),
+                        events.empty() ? std::string() : rootDate(events.back().eventEPGEndDateTime))) {
+    return false;
   }
-  return element;
-}
-
-std::size_t playbackIDHash(const std::string& playbackUniqueID) {
-  constexpr bool wide = sizeof(std::size_t) == 8;
-  using Word = std::conditional_t<wide, std::uint64_t, std::uint32_t>;
-  constexpr auto offsetBasis = static_cast<Word>(wide ? 14695981039346656037u : 2166136261u);
-  constexpr auto prime = static_cast<Word>(wide ? 1099511628211u : 16777619u);
-  Word hash = offsetBasis;
-  for (const char c : playbackUniqueID) {
-    hash ^= static_cast<unsigned char>(c);
-    hash *= prime;
+  for (const EPGEvent& event : events) {
+    if (file.failed()) break;
+    if (!event.eventEPGUniqueID) continue;
+    const auto item = itemWithUniqueID(*event.eventEPGUniqueID);
+    if (!item) continue;
+    const std::optional<std::string>& playbackID = event.eventEPGPlaybackUniqueID;
+    writer.programStart();
+    if (playbackID && !playbackID->empty()) writer.programID(hash(*playbackID));
+    if (!writer.programContent(event.eventEPGStartDateTime, *item)) return false;
   }
-  return hash;
-}
-
-std::optional<XMLElement> xmlEventWithDictionary(const LocalCalendar& calendar, const EPGItemLookup& itemWithUniqueID,
-                                                 const EPGEvent& event, const PlaybackIDHash& hash) {
-  const auto item = event.eventEPGUniqueID ? itemWithUniqueID(*event.eventEPGUniqueID) : std::nullopt;
-  if (!item) return std::nullopt;
-  XMLElement program = elementWithText("program", {});
-  const std::optional<std::string>& playbackID = event.eventEPGPlaybackUniqueID;
-  if (playbackID && !playbackID->empty()) {
-    program.attributes.emplace_back("id", std::to_string(hash(*playbackID)));
-  }
-  program.addChild(dateXMLElementWithDate(calendar, event.eventEPGStartDateTime));
-  program.addChild(timeXMLElementWithDate(calendar, event.eventEPGStartDateTime));
-  program.addChild(elementWithValue("title", *item, ZRLEPGDSTitleKey));
-  program.addChild(elementWithValue("description", *item, ZRLEPGDSDescriptionKey));
-  program.addChild(elementWithValue("imgUrl", *item, ZRLEPGDSImageURLKey));
-  program.addChild(tagsXMLElementWithTags(tagsValue(*item)));
-  return program;
+  writer.rootEnd();
+  return true;
 }
 
 std::optional<std::string> dayFileContent(const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
                                           const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
                                           const PlaybackIDHash& hash) {
-  const auto rootDate = [&](std::optional<Instant> date) {
-    return date ? rootDateFormatter.stringFromDate(*date) : std::string();
-  };
-  XMLElement root = elementWithText("programs", {});
-  root.attributes.emplace_back("dateFrom",
-                               events.empty() ? std::string() : rootDate(events.front().eventEPGStartDateTime));
-  root.attributes.emplace_back("dateTo", events.empty() ? std::string() : rootDate(events.back().eventEPGEndDateTime));
-
-  std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-  if (!appendXMLStartTag(document, root)) return std::nullopt;
-  bool hasChildren = false;
-  // One element at a time: the tree of a long list would take many times the memory of its text.
-  for (const EPGEvent& event : events) {
-    const std::optional<XMLElement> program = xmlEventWithDictionary(calendar, itemWithUniqueID, event, hash);
-    if (!program) continue;
-    if (!hasChildren) document += '\n';
-    hasChildren = true;
-    if (!appendXMLElement(document, *program, 1)) return std::nullopt;
-  }
-  document += "</programs>\n";
-  return stringByEscapingSpecialCharacters(document);
+  std::string content;
+  StringSink sink(content);
+  if (!writeDayFile(sink, calendar, rootDateFormatter, itemWithUniqueID, events, hash)) return std::nullopt;
+  sink.flush();
+  return content;
 }
 
 }  // namespace epg

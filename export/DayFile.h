@@ -1,41 +1,26 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "export/XMLElement.h"
+#include "export/DayFileElements.h"
 #include "model/EPGEvent.h"
+#include "platform/ByteSink.h"
 #include "platform/LocalCalendar.h"
-#include "platform/PropertyList.h"
 
 namespace epg {
 
-/// Finds the entries of the EPG item of an EPG unique ID; nothing when there is no such item.
-using EPGItemLookup = std::function<std::optional<PropertyListDictionary>(const std::string& uniqueID)>;
+/// Appends the whole day file, bytes as they are in the file: the elements of `xmlEventWithDictionary` in lines, each
+/// level four spaces deeper, and every apostrophe as "&#39;". The events are written in the order given; "dateFrom" and
+/// "dateTo" come from the first and the last of them. Each item is looked up when its event's turn comes.
+///
+/// False, with an undefined beginning appended, when a value is not UTF-8. Ends early when the sink fails.
+bool writeDayFile(ByteSink& file, const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
+                  const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
+                  const PlaybackIDHash& hash = playbackIDHash);
 
-/// The day file's elements, as docs/formats.md shows them. All read only their arguments.
-
-/// "date" with "day", "month" and "year" (less 2000); the three are empty without a date.
-XMLElement dateXMLElementWithDate(const LocalCalendar& calendar, std::optional<Instant> date);
-/// "time" with "hour" and "minute"; both are empty without a date.
-XMLElement timeXMLElementWithDate(const LocalCalendar& calendar, std::optional<Instant> date);
-/// "tags" with one "tag" for each string of the list, in its order; empty without a list.
-XMLElement tagsXMLElementWithTags(const PropertyList::Elements* tags);
-/// The number behind "id": FNV-1a (Fowler, Noll, Vo; offset basis and prime as published for the width) over the
-/// bytes of the playback ID, in the machine's word width.
-std::size_t playbackIDHash(const std::string& playbackUniqueID);
-
-/// What is behind "id" instead, where the platform has a hash of its own that other systems count on.
-using PlaybackIDHash = std::function<std::size_t(const std::string& playbackUniqueID)>;
-
-/// "program", or nothing when the event has no EPG item.
-std::optional<XMLElement> xmlEventWithDictionary(const LocalCalendar& calendar, const EPGItemLookup& itemWithUniqueID,
-                                                 const EPGEvent& event, const PlaybackIDHash& hash = playbackIDHash);
-
-/// The whole day file, bytes as they are written. The events are written in the order given; "dateFrom" and
-/// "dateTo" come from the first and the last of them. Nothing when a value is not UTF-8.
+/// The same as a text. Nothing when a value is not UTF-8.
 std::optional<std::string> dayFileContent(const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
                                           const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
                                           const PlaybackIDHash& hash = playbackIDHash);

@@ -26,7 +26,8 @@ PropertyListDictionary exportConfiguration(Environment& environment, const std::
 /// The folder that the configuration names, tilde expanded; nothing without one.
 std::optional<std::string> exportFolder(Environment& environment, const PropertyListDictionary& configuration);
 
-/// Earliest start first; equal starts keep their order, events without a start come last.
+/// Earliest start first; equal starts keep their order, events without a start come last. Takes up to 16 bytes for each
+/// event besides the list, and nothing for one that is in order.
 std::vector<EPGEvent> eventsSortedByStart(std::vector<EPGEvent> events);
 
 /// Both absent, or the same day of the local calendar.

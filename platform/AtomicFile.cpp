@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cerrno>
 #include <new>
+#include <vector>
 
 #include "platform/Environment.h"
 #include "platform/Paths.h"
@@ -135,17 +136,38 @@ class TemporaryFile {
   bool exists_ = false;
 };
 
-int writeAll(Environment& environment, int descriptor, const std::string& content) {
-  std::size_t done = 0;
-  while (done < content.size()) {
-    std::size_t written = 0;
-    const int error = repeatedWhileInterrupted(
-        [&] { return environment.writeFile(descriptor, content.data() + done, content.size() - done, &written); });
-    if (error != 0) return error;
-    if (written == 0) return EIO;
-    done += written;
+/// Writes to an open file.
+class FileSink : public ByteSink {
+ public:
+  FileSink(Environment& environment, int descriptor) : environment_(environment), descriptor_(descriptor) {}
+
+  /// 0, or the errno value of the write that failed.
+  int error() const { return error_; }
+
+ protected:
+  bool take(std::string_view piece) override {
+    while (error_ == 0 && !piece.empty()) {
+      std::size_t written = 0;
+      error_ = repeatedWhileInterrupted(
+          [&] { return environment_.writeFile(descriptor_, piece.data(), piece.size(), &written); });
+      if (error_ == 0 && written == 0) error_ = EIO;
+      piece.remove_prefix(written);
+    }
+    return error_ == 0;
   }
-  return 0;
+
+ private:
+  Environment& environment_;
+  int descriptor_;
+  int error_ = 0;
+};
+
+int writeAll(Environment& environment, int descriptor, const FileContent& content) {
+  FileSink sink(environment, descriptor);
+  const int contentError = content(sink);
+  if (contentError == 0) sink.flush();
+  // Content that is given up because a write failed is not what went wrong.
+  return sink.error() != 0 ? sink.error() : contentError;
 }
 
 /// Gives the new file the old one's owner and group as far as that is permitted; whether it has that group now.
@@ -248,7 +270,7 @@ void removeLeftFiles(Environment& environment, const std::string& target) {
   }
 }
 
-int replace(Environment& environment, const std::string& path, const std::string& content) {
+int replace(Environment& environment, const std::string& path, const FileContent& content) {
   OpenFile folder(environment);
   int error = folder.open(folderOf(path), O_RDONLY | O_DIRECTORY, 0);
   // A folder that may be written but not read cannot be opened, nor flushed; its files can be replaced all the same.
@@ -267,7 +289,7 @@ int replace(Environment& environment, const std::string& path, const std::string
 
 }  // namespace
 
-int replaceFile(Environment& environment, const std::string& path, const std::string& content) {
+int replaceFile(Environment& environment, const std::string& path, const FileContent& content) {
   const int error = replace(environment, path, content);
   if (error == 0) {
     try {
@@ -278,6 +300,13 @@ int replaceFile(Environment& environment, const std::string& path, const std::st
   }
   environment.fileReplaced(path, error);
   return error;
+}
+
+int replaceFile(Environment& environment, const std::string& path, std::string_view content) {
+  return replaceFile(environment, path, [content](ByteSink& sink) {
+    sink.append(content);
+    return 0;
+  });
 }
 
 }  // namespace epg

@@ -45,8 +45,8 @@ LocalCalendar::LocalCalendar(SystemTime systemTime)
 
 std::optional<LocalCalendar::Components> LocalCalendar::components(Instant instant) const {
   const double seconds = std::floor(instant.unixTime());
-  const auto first = static_cast<double>(secondsSince1970(CivilDate{firstYear, 1, 1, 0, 0, 0}));
-  const auto end = static_cast<double>(secondsSince1970(CivilDate{lastYear + 1, 1, 1, 0, 0, 0}));
+  static const auto first = static_cast<double>(secondsSince1970(CivilDate{firstYear, 1, 1, 0, 0, 0}));
+  static const auto end = static_cast<double>(secondsSince1970(CivilDate{lastYear + 1, 1, 1, 0, 0, 0}));
   if (!(seconds >= first && seconds < end)) return std::nullopt;
 
   const auto wanted = static_cast<std::int64_t>(seconds);

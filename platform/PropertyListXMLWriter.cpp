@@ -4,11 +4,9 @@
 #include <cmath>
 #include <cstdio>
 #include <locale>
-#include <set>
 #include <sstream>
-#include <string_view>
+#include <unordered_set>
 #include <utility>
-#include <vector>
 
 #include "platform/CivilDate.h"
 #include "platform/PropertyListFile.h"
@@ -27,31 +25,38 @@ const char* const header =
 /// lost by that.
 PropertyListDictionary withCarriedKeys(const PropertyListDictionary& entries) {
   std::vector<PropertyListDictionary::Entry> carried;
-  std::set<std::string> changed;
+  std::unordered_set<std::string> newNames;
   for (const auto& [key, entry] : entries) {
     std::string name = carriedByXML(key);
-    while (key != name && (entries.find(name) || changed.count(name) != 0)) name += replacementCharacter;
-    if (key != name) changed.insert(name);
-    carried.emplace_back(name, entry);
+    if (name != key) {
+      while (entries.find(name) || newNames.count(name) != 0) name += replacementCharacter;
+      newNames.insert(name);
+    }
+    carried.emplace_back(std::move(name), entry);
   }
   return PropertyListDictionary(std::move(carried));
 }
 
 class XMLWriter {
  public:
+  explicit XMLWriter(ByteSink& document) : document_(document) {}
+
+  void documentStart() { document_.append(header); }
+  void documentEnd() { document_.append("</plist>\n"); }
+
   bool value(const PropertyList& list, int depth) {
     switch (list.type()) {
       case PropertyList::Type::String:
-        return textElement("string", *list.asString());
+        return text("<string>", *list.asString(), "</string>\n");
       case PropertyList::Type::Integer:
-        line("<integer>" + std::string(list.asInteger()->negative ? "-" : "") +
-             std::to_string(list.asInteger()->magnitude) + "</integer>");
+        line("<integer>", (list.asInteger()->negative ? "-" : "") + std::to_string(list.asInteger()->magnitude),
+             "</integer>\n");
         return true;
       case PropertyList::Type::Real:
-        line("<real>" + realText(*list.asReal()) + "</real>");
+        line("<real>", realText(*list.asReal()), "</real>\n");
         return true;
       case PropertyList::Type::Boolean:
-        line(*list.asBoolean() ? "<true/>" : "<false/>");
+        line(*list.asBoolean() ? "<true/>\n" : "<false/>\n");
         return true;
       case PropertyList::Type::Date:
         return date(*list.asDate());
@@ -68,26 +73,41 @@ class XMLWriter {
     return false;
   }
 
-  std::string document;
-
- private:
-  void indent() { document.append(static_cast<std::size_t>(level_), '\t'); }
-
-  void line(const std::string& text) {
-    indent();
-    document += text;
-    document += '\n';
+  /// Keys have to be such as XML can carry.
+  bool dictionary(const std::vector<std::string_view>& keys, const PropertyListValues& valueOfKey, int depth) {
+    if (keys.empty()) {
+      line("<dict/>\n");
+      return true;
+    }
+    line("<dict>\n");
+    ++level_;
+    for (std::size_t i = 0; i < keys.size() && !document_.failed(); ++i) {
+      if (!entry(keys[i], valueOfKey(i), depth)) return false;
+    }
+    --level_;
+    line("</dict>\n");
+    return true;
   }
 
-  bool textElement(const char* name, std::string_view text) {
+ private:
+  void indent() {
+    static constexpr std::string_view tabs = "\t\t\t\t\t\t\t\t";
+    auto missing = static_cast<std::size_t>(level_);
+    for (; missing > tabs.size(); missing -= tabs.size()) document_.append(tabs);
+    document_.append(tabs.substr(0, missing));
+  }
+
+  void line(std::string_view start, std::string_view content = {}, std::string_view end = {}) {
     indent();
-    document += '<';
-    document += name;
-    document += '>';
-    if (!appendXMLText(document, text, XMLContext::Text)) return false;
-    document += "</";
-    document += name;
-    document += ">\n";
+    document_.append(start);
+    document_.append(content);
+    document_.append(end);
+  }
+
+  bool text(std::string_view startTag, std::string_view content, std::string_view endTag) {
+    line(startTag);
+    if (!appendXMLText(document_, content, XMLContext::Text)) return false;
+    document_.append(endTag);
     return true;
   }
 
@@ -120,76 +140,103 @@ class XMLWriter {
     char text[40];
     std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", static_cast<int>(civil.year), civil.month,
                   civil.day, civil.hour, civil.minute, civil.second);
-    line("<date>" + std::string(text) + "</date>");
+    line("<date>", text, "</date>\n");
     return true;
   }
 
   void data(std::string_view bytes) {
     static const char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     constexpr std::size_t bytesPerLine = 51;  // 68 digits, as the platform breaks its lines
-    line("<data>");
+    line("<data>\n");
     for (std::size_t i = 0; i < bytes.size(); i += 3) {
       if (i % bytesPerLine == 0) indent();
       const std::size_t left = bytes.size() - i;
       std::uint32_t group = std::uint32_t{static_cast<unsigned char>(bytes[i])} << 16;
       if (left > 1) group |= std::uint32_t{static_cast<unsigned char>(bytes[i + 1])} << 8;
       if (left > 2) group |= static_cast<unsigned char>(bytes[i + 2]);
-      document += digits[group >> 18];
-      document += digits[group >> 12 & 0x3F];
-      document += left > 1 ? digits[group >> 6 & 0x3F] : '=';
-      document += left > 2 ? digits[group & 0x3F] : '=';
-      if ((i + 3) % bytesPerLine == 0 || left <= 3) document += '\n';
+      const char four[] = {digits[group >> 18], digits[group >> 12 & 0x3F], left > 1 ? digits[group >> 6 & 0x3F] : '=',
+                           left > 2 ? digits[group & 0x3F] : '='};
+      document_.append(std::string_view(four, sizeof four));
+      if ((i + 3) % bytesPerLine == 0 || left <= 3) document_.append("\n");
     }
-    line("</data>");
+    line("</data>\n");
   }
 
   bool array(const PropertyList::Elements& elements, int depth) {
     if (elements.empty()) {
-      line("<array/>");
+      line("<array/>\n");
       return true;
     }
-    line("<array>");
+    line("<array>\n");
     ++level_;
     for (const PropertyList& element : elements) {
       if (!value(element, depth + 1)) return false;
     }
     --level_;
-    line("</array>");
+    line("</array>\n");
     return true;
   }
 
   bool dictionary(const PropertyListDictionary& entries, int depth) {
     if (entries.empty()) {
-      line("<dict/>");
+      line("<dict/>\n");
       return true;
     }
-    line("<dict>");
+    line("<dict>\n");
     ++level_;
     const bool plain =
-        std::all_of(entries.begin(), entries.end(), [](const auto& entry) { return isCarriedByXML(entry.first); });
+        std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isCarriedByXML(one.first); });
     if (!(plain ? contents(entries, depth) : contents(withCarriedKeys(entries), depth))) return false;
     --level_;
-    line("</dict>");
+    line("</dict>\n");
     return true;
   }
 
   bool contents(const PropertyListDictionary& entries, int depth) {
-    return std::all_of(entries.begin(), entries.end(), [&](const auto& entry) {
-      return textElement("key", entry.first) && value(entry.second, depth + 1);
-    });
+    return std::all_of(entries.begin(), entries.end(),
+                       [&](const auto& one) { return entry(one.first, one.second, depth); });
   }
 
+  bool entry(std::string_view key, const PropertyList& content, int depth) {
+    return text("<key>", key, "</key>\n") && value(content, depth + 1);
+  }
+
+  ByteSink& document_;
   int level_ = 0;
 };
 
 }  // namespace
 
+bool writePropertyListXML(ByteSink& document, const PropertyList& value) {
+  XMLWriter writer(document);
+  writer.documentStart();
+  if (!writer.value(value, 1)) return false;
+  writer.documentEnd();
+  return true;
+}
+
+bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view>& keys,
+                          const PropertyListValues& valueOfKey) {
+  if (!std::all_of(keys.begin(), keys.end(), isCarriedByXML)) {
+    // What becomes of such a key depends on all the others, and so may its place.
+    std::vector<PropertyListDictionary::Entry> entries;
+    entries.reserve(keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i) entries.emplace_back(keys[i], valueOfKey(i));
+    return writePropertyListXML(document, PropertyList(PropertyListDictionary(std::move(entries))));
+  }
+  XMLWriter writer(document);
+  writer.documentStart();
+  if (!writer.dictionary(keys, valueOfKey, 1)) return false;
+  writer.documentEnd();
+  return true;
+}
+
 std::optional<std::string> propertyListXML(const PropertyList& value) {
-  XMLWriter writer;
-  writer.document = header;
-  if (!writer.value(value, 1)) return std::nullopt;
-  writer.document += "</plist>\n";
-  return std::move(writer.document);
+  std::string text;
+  StringSink sink(text);
+  if (!writePropertyListXML(sink, value)) return std::nullopt;
+  sink.flush();
+  return text;
 }
 
 }  // namespace epg

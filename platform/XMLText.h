@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ByteSink.h"
+
 namespace epg {
 
 /// Whether the bytes are UTF-8 throughout (no surrogates, no overlong forms).
@@ -17,10 +19,13 @@ bool isCarriedByXML(std::string_view text);
 std::string carriedByXML(std::string_view text);
 
 enum class XMLContext { Text, Attribute };
+enum class Apostrophes { AsTheyAre, AsReferences };
 
 /// Appends the text escaped for XML 1.0: "&amp;", "&lt;", "&gt;", a carriage return as a character reference so
-/// that it survives reading, in attributes also the double quote, tab and line feed. Characters that XML 1.0 cannot
-/// carry become U+FFFD. False, with an undefined rest appended, when the text is not UTF-8.
-bool appendXMLText(std::string& document, std::string_view text, XMLContext context);
+/// that it survives reading, in attributes also the double quote, tab and line feed; "&#39;" where apostrophes are to
+/// be references. Characters that XML 1.0 cannot carry become U+FFFD. False, with an undefined rest appended, when the
+/// text is not UTF-8.
+bool appendXMLText(ByteSink& document, std::string_view text, XMLContext context,
+                   Apostrophes apostrophes = Apostrophes::AsTheyAre);
 
 }  // namespace epg

@@ -144,12 +144,7 @@ void EPGDorvaSelinManagerPlugin::detachSaveThread(EPGItemStoreSnapshot snapshot)
 void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnapshot& snapshot) {
   busyWriting_ = true;
   try {
-    const std::optional<std::string> content = propertyListXML(propertyListOfStore(snapshot));
-    if (content) {
-      replaceFile(environment_, storePath(), *content);
-    } else {
-      environment_.fileReplaced(storePath(), EILSEQ);
-    }
+    replaceFile(environment_, storePath(), [&](ByteSink& file) { return writeStore(file, snapshot) ? 0 : EILSEQ; });
   } catch (const std::bad_alloc& exception) {
     logFailedSave(exception, ENOMEM);
   } catch (const std::exception& exception) {
@@ -293,12 +288,15 @@ EPGItemLookup EPGDorvaSelinManagerPlugin::itemLookup() const {
 
 bool EPGDorvaSelinManagerPlugin::writeXMLFileWithEvents(const std::vector<EPGEvent>& events, Instant date) const {
   const std::string name = shortDateStringWithDate(date);
-  const std::optional<std::string> content =
-      dayFileContent(LocalCalendar(), dorvaSelinDateFormatter_, itemLookup(), events, playbackHash());
   const std::optional<std::string> folder = exportPath();
   // Without a folder the file would land wherever the host happens to have been started.
-  if (!content || !folder || folder->empty() || name.empty()) return false;
-  return replaceFile(environment_, appendPathComponent(*folder, name + ".xml"), *content) == 0;
+  if (!folder || folder->empty() || name.empty()) return false;
+  const auto content = [&](ByteSink& file) {
+    const bool isWhole =
+        writeDayFile(file, LocalCalendar(), dorvaSelinDateFormatter_, itemLookup(), events, playbackHash());
+    return isWhole ? 0 : EILSEQ;
+  };
+  return replaceFile(environment_, appendPathComponent(*folder, name + ".xml"), content) == 0;
 }
 
 std::string EPGDorvaSelinManagerPlugin::shortDateStringWithDate(Instant date) const {

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "editor/EPGDorvaSelinViewController.h"
-#include "export/DayFile.h"
+#include "export/DayFileElements.h"
 #include "export/XMLElement.h"
 #include "platform/LocalCalendar.h"
 #include "plugin/EPGItemStore.h"

@@ -1,8 +1,12 @@
 #include "plugin/EPGItemStoreSnapshot.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
+#include <string_view>
 #include <utility>
+
+#include "platform/PropertyListFile.h"
 
 namespace epg {
 
@@ -74,13 +78,64 @@ const EPGItemStoreRecord* EPGItemStoreSnapshot::find(std::string_view uniqueID) 
 
 std::size_t EPGItemStoreSnapshot::hashOf(std::string_view uniqueID) { return std::hash<std::string_view>()(uniqueID); }
 
-PropertyList propertyListOfStore(const EPGItemStoreSnapshot& snapshot) {
-  std::vector<PropertyListDictionary::Entry> entries;
-  entries.reserve(snapshot.size());
-  for (const auto& [uniqueID, entry] : snapshot) {
-    entries.emplace_back(uniqueID, entry.item ? PropertyList(entry.item->values()) : entry.value);
+namespace {
+
+/// A record, and the bytes of its ID that tell most IDs apart, as a number in their order.
+struct SortedRecord {
+  std::uint64_t tellingBytes;
+  const EPGItemStoreRecord* record;
+};
+
+/// How many bytes at the beginning are the same in all IDs.
+std::size_t commonLength(const std::vector<SortedRecord>& records) {
+  if (records.empty()) return 0;
+  const std::string_view first = records.front().record->uniqueID;
+  std::size_t common = first.size();
+  for (const SortedRecord& sorted : records) {
+    const std::string_view uniqueID = sorted.record->uniqueID;
+    common = std::min(common, uniqueID.size());
+    const auto end = first.begin() + static_cast<std::ptrdiff_t>(common);
+    common = static_cast<std::size_t>(std::mismatch(first.begin(), end, uniqueID.begin()).first - first.begin());
   }
-  return PropertyList(PropertyListDictionary(std::move(entries)));
+  return common;
+}
+
+/// The bytes from there on, zeros where there are none, as a number that is in the order of the bytes.
+std::uint64_t bytesAsNumber(std::string_view text, std::size_t from) {
+  std::uint64_t number = 0;
+  for (std::size_t i = from; i < from + sizeof number; ++i) {
+    number = number << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0);
+  }
+  return number;
+}
+
+/// Sorted by the bytes of the IDs. The IDs of a large store lie all over memory, so they are looked at once, and again
+/// only where the bytes taken from them are the same; they mostly differ behind a common beginning.
+std::vector<SortedRecord> sortedRecords(const EPGItemStoreSnapshot& snapshot) {
+  std::vector<SortedRecord> records;
+  records.reserve(snapshot.size());
+  for (const EPGItemStoreRecord& record : snapshot) records.push_back(SortedRecord{0, &record});
+  const std::size_t common = commonLength(records);
+  for (SortedRecord& sorted : records) sorted.tellingBytes = bytesAsNumber(sorted.record->uniqueID, common);
+  std::sort(records.begin(), records.end(), [](const SortedRecord& a, const SortedRecord& b) {
+    if (a.tellingBytes != b.tellingBytes) return a.tellingBytes < b.tellingBytes;
+    return a.record->uniqueID < b.record->uniqueID;
+  });
+  return records;
+}
+
+PropertyList contentOf(const EPGItemStoreEntry& entry) {
+  return entry.item ? PropertyList(entry.item->values()) : entry.value;
+}
+
+}  // namespace
+
+bool writeStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot) {
+  const std::vector<SortedRecord> records = sortedRecords(snapshot);
+  std::vector<std::string_view> keys;
+  keys.reserve(records.size());
+  for (const SortedRecord& sorted : records) keys.emplace_back(sorted.record->uniqueID);
+  return writePropertyListXML(file, keys, [&](std::size_t i) { return contentOf(records[i].record->entry); });
 }
 
 }  // namespace epg

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "model/EPGItem.h"
+#include "platform/ByteSink.h"
 #include "platform/PropertyList.h"
 #include "platform/SharedText.h"
 
@@ -109,7 +110,9 @@ class EPGItemStoreSnapshot {
   std::size_t size_ = 0;
 };
 
-/// The snapshot as the property list that "EPGItems.plist" holds, each item as it is at the time of the call.
-PropertyList propertyListOfStore(const EPGItemStoreSnapshot& snapshot);
+/// Appends "EPGItems.plist" as it is to hold the snapshot, each item as it is when its turn comes. False, with an
+/// undefined beginning appended, when the store holds what no property-list file can hold. Ends early when the sink
+/// fails.
+bool writeStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot);
 
 }  // namespace epg

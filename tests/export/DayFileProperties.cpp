@@ -6,7 +6,9 @@
 #include <time.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -91,6 +93,35 @@ RC_GTEST_PROP(DayFileProperties, EventsAreSortedByStartAndOtherwiseStayInOrder, 
   const std::vector<EPGEvent> sorted = eventsSortedByStart(events);
   RC_ASSERT(sorted.size() == expected.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) RC_ASSERT(sorted[i].eventEPGUniqueID == expected[i].second);
+}
+
+RC_GTEST_PROP(DayFileProperties, EventsAreSortedAsByAStableSortOfTheWholeEvents, ()) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const auto starts = *rc::gen::container<std::vector<double>>(
+      rc::gen::element(0.0, -0.0, 1.0, 2.0, 3.5, 1e9, std::nan(""), -std::nan(""), infinity, -infinity));
+  const bool inOrder = *rc::gen::arbitrary<bool>();
+  std::vector<EPGEvent> events;
+  for (const double start : starts) {
+    events.push_back(start == 3.5 ? eventWithoutTimes("") : eventFromTo("", start, start + 1));
+    events.back().eventEPGUniqueID = "an ID that takes memory of its own, number " + std::to_string(events.size());
+    events.back().eventEPGPlaybackUniqueID = events.back().eventEPGUniqueID;
+  }
+  const auto comesBefore = [](const EPGEvent& a, const EPGEvent& b) {
+    const auto has = [](const EPGEvent& event) {
+      return event.eventEPGStartDateTime && !std::isnan(event.eventEPGStartDateTime->secondsSinceReferenceDate);
+    };
+    return has(a) && has(b) ? *a.eventEPGStartDateTime < *b.eventEPGStartDateTime : has(a) && !has(b);
+  };
+  std::vector<EPGEvent> expected = events;
+  std::stable_sort(expected.begin(), expected.end(), comesBefore);
+  const std::vector<EPGEvent> sorted = eventsSortedByStart(inOrder ? expected : events);
+  RC_ASSERT(sorted.size() == expected.size());
+  for (std::size_t i = 0; i < sorted.size(); ++i) {
+    RC_ASSERT(sorted[i].eventEPGUniqueID == expected[i].eventEPGUniqueID);
+    RC_ASSERT(sorted[i].eventEPGPlaybackUniqueID == expected[i].eventEPGUniqueID);
+    RC_ASSERT(sorted[i].eventEPGStartDateTime.has_value() == expected[i].eventEPGStartDateTime.has_value());
+    RC_ASSERT(sorted[i].eventEPGEndDateTime.has_value() == expected[i].eventEPGEndDateTime.has_value());
+  }
 }
 
 RC_GTEST_PROP(DayFileProperties, TheApostrophePassIsUndoneByPuttingApostrophesBack, ()) {

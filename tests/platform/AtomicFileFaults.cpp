@@ -269,6 +269,86 @@ INSTANTIATE_TEST_SUITE_P(AtomicFile, Replacement,
                            return nameOf(std::get<0>(one.param)) + nameOf(std::get<1>(one.param));
                          });
 
+// Content that is made while it is written
+
+/// Content of many pieces, far more than one write takes.
+FileContent longContent(const std::string& line, int lines) {
+  return [line, lines](ByteSink& sink) {
+    for (int i = 0; i < lines; ++i) sink.append(line);
+    return 0;
+  };
+}
+
+TEST_P(Replacement, ContentOfManyPiecesIsWrittenWhole) {
+  Scene scene(before, volume);
+  EXPECT_EQ(replaceFile(scene.environment, scene.target, longContent("0123456789\n", 50000)), 0);
+  std::string expected;
+  for (int i = 0; i < 50000; ++i) expected += "0123456789\n";
+  scene.expectReplacedBy(expected);
+}
+
+TEST_P(Replacement, ContentThatIsGivenUpLeavesTheOldFile) {
+  for (const std::size_t size : {0U, 10U, 1000000U}) {
+    SCOPED_TRACE(size);
+    Scene scene(before, volume);
+    const int descriptors = openDescriptors();
+    const FileContent content = [&](ByteSink& sink) {
+      sink.append(std::string(size, 'x'));
+      return EILSEQ;
+    };
+    EXPECT_EQ(replaceFile(scene.environment, scene.target, content), EILSEQ);
+    EXPECT_EQ(openDescriptors(), descriptors);
+    scene.expectAsBefore();
+    ASSERT_EQ(scene.environment.replaced().size(), 1U);
+    EXPECT_EQ(scene.environment.replaced().front().second, EILSEQ);
+    scene.expectNextReplacementWorks();
+  }
+}
+
+TEST_P(Replacement, ContentThatThrowsLeavesTheOldFile) {
+  for (const std::size_t size : {0U, 10U, 1000000U}) {
+    SCOPED_TRACE(size);
+    Scene scene(before, volume);
+    const int descriptors = openDescriptors();
+    const FileContent content = [&](ByteSink& sink) -> int {
+      sink.append(std::string(size, 'x'));
+      throw std::bad_alloc();
+    };
+    EXPECT_THROW(replaceFile(scene.environment, scene.target, content), std::bad_alloc);
+    EXPECT_EQ(openDescriptors(), descriptors);
+    scene.expectAsBefore();
+    scene.expectNextReplacementWorks();
+  }
+}
+
+TEST_P(Replacement, AWriteThatFailsInAnyPieceIsTheErrorAndEndsTheContent) {
+  Scene counted(before, volume);
+  ASSERT_EQ(replaceFile(counted.environment, counted.target, longContent("0123456789\n", 50000)), 0);
+  const auto& calls = counted.environment.calls();
+  std::size_t writes = 0;
+  for (std::size_t number = 0; number < calls.size(); ++number) {
+    if (calls[number].name != "writeFile") continue;
+    SCOPED_TRACE(number);
+    ++writes;
+    Scene scene(before, volume);
+    scene.environment.fail(number, ENOSPC);
+    const FileContent content = [](ByteSink& sink) {
+      for (int i = 0; i < 50000; ++i) {
+        // What stopped the content matters, not that it stopped.
+        if (sink.failed()) return EILSEQ;
+        sink.append("0123456789\n");
+      }
+      return 0;
+    };
+    EXPECT_EQ(replaceFile(scene.environment, scene.target, content), ENOSPC);
+    scene.expectAsBefore();
+    const auto madeWrites = scene.environment.callNames();
+    EXPECT_EQ(std::count(madeWrites.begin(), madeWrites.end(), "writeFile"), static_cast<std::ptrdiff_t>(writes));
+    scene.expectNextReplacementWorks();
+  }
+  EXPECT_GT(writes, 3U);
+}
+
 // Memory runs out in the middle
 
 TEST_P(Replacement, MemoryRunningOutLeavesWhatStoodThere) {

@@ -15,6 +15,7 @@
 #include "platform/XMLReader.h"
 #include "platform/XMLText.h"
 #include "tests/platform/PropertyListPrinting.h"
+#include "tests/support/PlainPropertyListXML.h"
 
 namespace epg {
 
@@ -96,6 +97,11 @@ RC_GTEST_PROP(PropertyListRoundTrip, WhatIsWrittenReadsBackEqual, ()) {
   RC_ASSERT(*back == list);
 }
 
+RC_GTEST_PROP(PropertyListRoundTrip, TheFileIsThatOfThePlainWay, ()) {
+  const PropertyList list = *value(3);
+  RC_ASSERT(propertyListXML(list) == plainPropertyListXML(list));
+}
+
 RC_GTEST_PROP(PropertyListRoundTrip, EqualValuesGiveTheSameBytes, ()) {
   const PropertyList list = *value(2);
   const auto file = propertyListXML(list);
@@ -133,15 +139,19 @@ RC_GTEST_PROP(PropertyListRoundTrip, NoEntryIsLostWhateverCharactersItsKeyHolds,
   const auto back = parsePropertyList(*file);
   RC_ASSERT(back.has_value());
   RC_ASSERT(back->asDictionary()->size() == dictionary.size());
+  RC_ASSERT(plainPropertyListXML(PropertyList(dictionary)) == file);
 }
 
 RC_GTEST_PROP(XMLTextRoundTrip, TextAndAttributeReadBackExactly, ()) {
   const std::string content = *text();
-  std::string document = "<a b=\"";
-  RC_ASSERT(appendXMLText(document, content, XMLContext::Attribute));
-  document += "\">";
-  RC_ASSERT(appendXMLText(document, content, XMLContext::Text));
-  document += "</a>";
+  std::string document;
+  StringSink sink(document);
+  sink.append("<a b=\"");
+  RC_ASSERT(appendXMLText(sink, content, XMLContext::Attribute));
+  sink.append("\">");
+  RC_ASSERT(appendXMLText(sink, content, XMLContext::Text));
+  sink.append("</a>");
+  sink.flush();
   std::string problem;
   const auto reader = XMLReader::parse(document, &problem);
   RC_ASSERT(problem == "");

@@ -9,7 +9,9 @@ namespace {
 
 std::string escaped(const std::string& text, XMLContext context) {
   std::string document = "before ";
-  if (!appendXMLText(document, text, context)) return "(refused)";
+  StringSink sink(document);
+  if (!appendXMLText(sink, text, context)) return "(refused)";
+  sink.flush();
   return document.compare(0, 7, "before ") == 0 ? document.substr(7) : "(the document before is lost)";
 }
 

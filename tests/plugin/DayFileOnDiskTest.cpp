@@ -3,6 +3,7 @@
 
 #include <locale>
 
+#include "tests/support/PlainDayFile.h"
 #include "tests/support/PluginTest.h"
 #include "tests/support/WorkedExample.h"
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/SessionTest.h"
+#include "tests/support/StoreContent.h"
 
 namespace epg::test {
 namespace {
@@ -83,7 +84,7 @@ TEST_F(OldTagList, InTheValuesThatASnapshotGaveStays) {
 TEST_F(OldTagList, InASaveThatIsWritingStays) {
   editAndCommit();
   Gate gate;
-  environment.holdBefore(Call::Open, "EPGItems.plist", gate);
+  environment.holdBefore(Call::Write, "EPGItems.plist", gate);
   plugin->saveEPGItemsToFile();
   gate.waitUntilHolding();
   click(1, 1);
@@ -137,7 +138,7 @@ TEST_F(OldTagList, InASaveThatHasNotBegunToWriteIsThatOfTheItemReplacedByACommit
 TEST_F(OldTagList, InAnExportThatIsWritingStays) {
   editAndCommit();
   Gate gate;
-  environment.holdBefore(Call::Open, "20120304.xml", gate);
+  environment.holdBefore(Call::Write, "20120304.xml", gate);
   plugin->exportEvents({event()}, "Test");
   gate.waitUntilHolding();
   click(1, 1);

@@ -130,10 +130,11 @@ TEST_F(ExportFailureTest, TextThatIsNotUTF8IsReportedAndNothingIsWritten) {
   for (const char* const key : {ZRLEPGDSTitleKey, ZRLEPGDSDescriptionKey, ZRLEPGDSImageURLKey}) {
     put("E1", {{key, "caf\xE9"}});
     expectWriteErrorAndOldFile();
+    EXPECT_EQ(EILSEQ, environment.replacements().back().error);
   }
   put("E1", {{ZRLEPGDSTagsKey, PropertyList::Array{"good", "\xC3"}}});
   expectWriteErrorAndOldFile();
-  EXPECT_EQ(1U, environment.replacements().size()) << "not even a try";
+  EXPECT_EQ(EILSEQ, environment.replacements().back().error);
 }
 
 TEST_F(ExportFailureTest, TextThatIsNotUTF8InAnItemThatIsNotExportedDoesNoHarm) {

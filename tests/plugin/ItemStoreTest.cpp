@@ -14,6 +14,7 @@
 #include "plugin/EPGItemStore.h"
 #include "tests/support/Dictionary.h"
 #include "tests/support/Items.h"
+#include "tests/support/StoreContent.h"
 
 namespace epg::test {
 namespace {

@@ -1,0 +1,69 @@
+// The writing of texts held against the plainest way of doing it.
+
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "export/ApostrophePass.h"
+#include "platform/XMLText.h"
+#include "tests/support/HostileText.h"
+#include "tests/support/PlainXMLText.h"
+#include "tests/support/Property.h"
+
+namespace epg::test {
+namespace {
+
+std::optional<std::string> escaped(const std::string& text, XMLContext context, Apostrophes apostrophes) {
+  std::string document;
+  StringSink sink(document);
+  if (!appendXMLText(sink, text, context, apostrophes)) return std::nullopt;
+  sink.flush();
+  return document;
+}
+
+std::optional<std::string> plainlyEscaped(const std::string& text, XMLContext context, Apostrophes apostrophes) {
+  std::string document;
+  if (!appendPlainXMLText(document, text, context)) return std::nullopt;
+  return apostrophes == Apostrophes::AsReferences ? stringByEscapingSpecialCharacters(document) : document;
+}
+
+void expectTheSame(const std::string& text) {
+  for (const XMLContext context : {XMLContext::Text, XMLContext::Attribute}) {
+    for (const Apostrophes apostrophes : {Apostrophes::AsTheyAre, Apostrophes::AsReferences}) {
+      RC_ASSERT(escaped(text, context, apostrophes) == plainlyEscaped(text, context, apostrophes));
+    }
+  }
+  const auto carried = escaped(text, XMLContext::Text, Apostrophes::AsTheyAre);
+  RC_ASSERT(isCarriedByXML(text) == (carried && carriedByXML(text) == text));
+}
+
+TEST(XMLTextProperties, HostileTextsAreEscapedAsInThePlainWay) {
+  expectForCases(3000, [] { expectTheSame(*mostlyUTF8(5)); });
+}
+
+TEST(XMLTextProperties, AnyBytesAreEscapedOrRefusedAsInThePlainWay) {
+  expectForCases(3000, [] { expectTheSame(*rc::gen::container<std::string>(rc::gen::arbitrary<char>())); });
+}
+
+TEST(XMLTextProperties, EveryByteIsFoundAtEveryPlaceAmongPlainOnes) {
+  for (int byte = 0; byte < 256; ++byte) {
+    for (std::size_t length = 1; length <= 20; ++length) {
+      for (std::size_t at = 0; at < length; ++at) {
+        std::string text(length, 'x');
+        text[at] = static_cast<char>(byte);
+        for (const XMLContext context : {XMLContext::Text, XMLContext::Attribute}) {
+          for (const Apostrophes apostrophes : {Apostrophes::AsTheyAre, Apostrophes::AsReferences}) {
+            ASSERT_EQ(escaped(text, context, apostrophes), plainlyEscaped(text, context, apostrophes))
+                << byte << " at " << at << " of " << length;
+          }
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace epg::test
