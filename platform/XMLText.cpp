@@ -1,8 +1,8 @@
 #include "platform/XMLText.h"
 
-#include <utf8.h>
-
 #include <cstddef>
+
+#include "platform/UTF8.h"
 
 namespace epg {
 
@@ -44,7 +44,7 @@ std::size_t uncarriedLength(const std::string& text, std::size_t at) {
 
 }  // namespace
 
-bool isUTF8(const std::string& text) { return utf8::is_valid(text.begin(), text.end()); }
+bool isUTF8(const std::string& text) { return lengthOfUTF8(text) == text.size(); }
 
 bool isCarriedByXML(const std::string& text) {
   if (!isUTF8(text)) return false;
