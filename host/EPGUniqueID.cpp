@@ -14,7 +14,10 @@ namespace {
 /// Texts behind their lengths, so that no two programmes give the same bytes.
 class Serialisation {
  public:
-  void count(std::size_t size) { bytes_ += std::to_string(size) + ":"; }
+  void count(std::size_t size) {
+    bytes_ += std::to_string(size);
+    bytes_ += ':';
+  }
   void text(const std::string& text) {
     count(text.size());
     bytes_ += text;

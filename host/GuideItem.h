@@ -12,8 +12,9 @@ struct XMLTVProgramme;
 /// carry are U+FFFD. What the guide does not tell stays absent.
 PropertyListDictionary itemOfProgramme(const XMLTVProgramme& programme, const std::string& uniqueID);
 
-/// `values` with the programme's metadata in place of its own. Entries that the plug-in does not know stay.
-PropertyListDictionary itemReplacedByProgramme(PropertyListDictionary values, const XMLTVProgramme& programme,
-                                               const std::string& uniqueID);
+/// `values` with the metadata of `programmesItem`, which comes from `itemOfProgramme`, in place of its own. Entries
+/// that the plug-in does not know stay.
+PropertyListDictionary itemReplacedByProgramme(PropertyListDictionary values,
+                                               const PropertyListDictionary& programmesItem);
 
 }  // namespace epg

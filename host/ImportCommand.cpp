@@ -1,5 +1,11 @@
+#include <deque>
+#include <memory>
 #include <optional>
-#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "host/CommandContext.h"
 #include "host/Commands.h"
@@ -24,44 +30,67 @@ struct ImportCounts {
   std::size_t replaced = 0;
 };
 
-XMLTVGuide readGuide(CommandContext& context, const std::string& path) {
+struct GuideEntry {
+  std::string uniqueID;
+  PropertyListDictionary values;
+};
+
+/// What an import takes from a guide.
+struct GuideEntries {
+  std::size_t programmes = 0;
+  std::deque<GuideEntry> entries;  ///< One for each ID, in the guide's order.
+  std::vector<std::string> warnings;
+};
+
+GuideEntries readGuideEntries(CommandContext& context, const std::string& path) {
   const Progress progress(context.messages, "Reading the guide");
-  return parseGuide(readGuideBytes(context.environment, path), path);
+  GuideEntries read;
+  std::string bytes = readGuideBytes(context.environment, path);
+  std::unordered_set<std::string_view> seen;  // The IDs of the entries, which stay where they are.
+  constexpr std::size_t usualProgramme = 500;
+  seen.reserve(bytes.size() / usualProgramme);
+  const auto take = [&](const XMLTVProgramme& programme) {
+    ++read.programmes;
+    GuideEntry& entry = read.entries.emplace_back(GuideEntry{epgUniqueID(programme), {}});
+    if (seen.insert(entry.uniqueID).second) {
+      entry.values = itemOfProgramme(programme, entry.uniqueID);
+    } else {
+      read.entries.pop_back();
+    }
+  };
+  read.warnings = parseGuide(std::move(bytes), path, take).warnings;
+  return read;
 }
 
-ImportCounts fileProgrammes(CommandContext& context, EPGItemStore& store, const std::vector<XMLTVProgramme>& programmes,
-                            bool replace) {
+ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::deque<GuideEntry> entries, bool replace) {
   const Progress progress(context.messages, "Making entries");
   ImportCounts counts;
-  std::set<std::string> seen;
-  for (const XMLTVProgramme& programme : programmes) {
-    const std::string id = epgUniqueID(programme);
-    if (!seen.insert(id).second) continue;
-    const std::shared_ptr<EPGItem> stored = store.item(id);
-    if (!stored && store.entry(id)) {
-      context.messages.line(noItemMessage(store, id));
-      ++counts.kept;
-      continue;
-    }
+  for (GuideEntry& entry : entries) {
+    const std::optional<EPGItemStoreEntry> stored = store.entry(entry.uniqueID);
     if (!stored) {
-      store.setItem(id, std::make_shared<EPGItem>(itemOfProgramme(programme, id)));
+      store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(entry.values)));
       ++counts.added;
       continue;
     }
-    const PropertyListDictionary values = stored->values();
-    PropertyListDictionary replaced = itemReplacedByProgramme(values, programme, id);
+    if (!stored->item) {
+      context.messages.line(noItemMessage(store, entry.uniqueID));
+      ++counts.kept;
+      continue;
+    }
+    const PropertyListDictionary values = stored->item->values();
+    PropertyListDictionary replaced = itemReplacedByProgramme(values, entry.values);
     if (!replace || replaced == values) {
       ++counts.kept;
     } else {
-      store.setItem(id, std::make_shared<EPGItem>(std::move(replaced)));
+      store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(replaced)));
       ++counts.replaced;
     }
   }
   return counts;
 }
 
-std::string summary(const XMLTVGuide& guide, const ImportCounts& counts, bool replace) {
-  std::string text = counted(guide.programmes.size(), "programme", "programmes") + ", " +
+std::string summary(std::size_t programmes, const ImportCounts& counts, bool replace) {
+  std::string text = counted(programmes, "programme", "programmes") + ", " +
                      counted(counts.added, "new entry", "new entries") + ", " +
                      counted(counts.kept, "kept entry", "kept entries");
   if (replace) text += ", " + counted(counts.replaced, "replaced entry", "replaced entries");
@@ -71,16 +100,17 @@ std::string summary(const XMLTVGuide& guide, const ImportCounts& counts, bool re
 }  // namespace
 
 int importGuide(CommandContext& context, const ImportOptions& options) {
-  const XMLTVGuide guide = readGuide(context, options.guide);
+  GuideEntries guide = readGuideEntries(context, options.guide);
   for (const std::string& warning : guide.warnings) context.messages.line(warning);
 
   PluginSession session(context, PluginSession::Purpose::Adding);
-  const ImportCounts counts = fileProgrammes(context, *session.plugin().epgItems(), guide.programmes, options.replace);
+  const ImportCounts counts =
+      fileEntries(context, *session.plugin().epgItems(), std::move(guide.entries), options.replace);
   if (counts.added + counts.replaced > 0) {
     session.plugin().saveEPGItemsToFile();
     session.endAfterSave();
   }
-  context.output << summary(guide, counts, options.replace) << '\n';
+  context.output << summary(guide.programmes, counts, options.replace) << '\n';
   return 0;
 }
 

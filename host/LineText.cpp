@@ -110,9 +110,9 @@ std::optional<std::string> unescapedLine(const std::string& line, std::string* p
   return text;
 }
 
-std::string strippedOfWhiteSpace(const std::string& text) {
+std::string_view strippedOfWhiteSpace(std::string_view text) {
   const std::size_t first = text.find_first_not_of(whiteSpace);
-  if (first == std::string::npos) return {};
+  if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
 }
 

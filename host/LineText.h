@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace epg {
 
@@ -23,8 +24,9 @@ std::string harmlessMessage(const std::string& text);
 /// the direction of writing. Bytes that are not UTF-8 do not count.
 bool steersOutput(const std::string& text);
 
-/// Without the XML white space (space, tab, line feed, carriage return) at both ends.
-std::string strippedOfWhiteSpace(const std::string& text);
+/// The part of the text without the XML white space (space, tab, line feed, carriage return) at both ends. Lives as
+/// long as the text.
+std::string_view strippedOfWhiteSpace(std::string_view text);
 
 /// "1 entry", "3 entries".
 std::string counted(std::size_t count, const char* one, const char* many);

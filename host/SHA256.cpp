@@ -43,6 +43,7 @@ Digest digestOf(const std::string& bytes) {
 std::string sha256(const std::string& bytes) {
   static const char digits[] = "0123456789abcdef";
   std::string text;
+  text.reserve(64);
   for (const std::uint8_t byte : digestOf(bytes)) {
     text += digits[byte >> 4];
     text += digits[byte & 0xF];

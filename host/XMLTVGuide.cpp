@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <set>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "host/Gzip.h"
@@ -30,30 +32,33 @@ class ElementReader {
  public:
   explicit ElementReader(const XMLReader& document) : document_(document) {}
 
-  std::optional<std::string> text(pugi::xml_node element) const {
-    std::string problem;
-    std::optional<std::string> text = document_.text(element, &problem);
-    if (!text) throw Unusable(problem);
+  /// Without the white space at the ends, and nothing where nothing else is left. Lives until the next is read.
+  std::optional<std::string_view> text(pugi::xml_node element) {
+    const std::optional<std::string_view> text = document_.text(element, &buffer_, &problem_);
+    if (!text) throwProblem();
     return valueOf(*text);
   }
-
-  std::optional<std::string> attribute(pugi::xml_node element, const char* name) const {
-    std::string problem;
-    const std::optional<std::string> value = document_.attribute(element, name, &problem);
-    if (!value && !problem.empty()) throw Unusable(problem);
+  std::optional<std::string_view> attribute(pugi::xml_node element, const char* name) {
+    const std::optional<std::string_view> value = document_.attribute(element, name, &buffer_, &problem_);
+    if (!value && !problem_.empty()) throwProblem();
     return value ? valueOf(*value) : std::nullopt;
   }
 
   std::string asItStands(pugi::xml_node element) const { return document_.asItStands(element); }
+  std::string place(pugi::xml_node element) const { return document_.place(element); }
 
  private:
-  static std::optional<std::string> valueOf(const std::string& text) {
-    std::string stripped = strippedOfWhiteSpace(text);
+  static std::optional<std::string_view> valueOf(std::string_view text) {
+    const std::string_view stripped = strippedOfWhiteSpace(text);
     if (stripped.empty()) return std::nullopt;
     return stripped;
   }
 
+  [[noreturn]] void throwProblem() { throw Unusable(std::exchange(problem_, {})); }
+
   const XMLReader& document_;
+  std::string buffer_;
+  std::string problem_;
 };
 
 /// Whether the node is an element of that name. A processing instruction has a name too.
@@ -61,132 +66,163 @@ bool isNamed(pugi::xml_node node, const char* name) {
   return node.type() == pugi::node_element && std::strcmp(node.name(), name) == 0;
 }
 
-std::string withoutWhiteSpace(std::string text) {
+std::string withoutWhiteSpace(std::string_view value) {
+  std::string text(value);
   text.erase(std::remove_if(text.begin(), text.end(), [](char c) { return std::strchr(" \t\n\r", c) != nullptr; }),
              text.end());
   return text;
 }
 
 /// Takes over what one of a programme's elements holds.
-void readElement(const ElementReader& reader, pugi::xml_node element, XMLTVProgramme* programme) {
-  if (isNamed(element, "title")) {
+void readElement(ElementReader& reader, pugi::xml_node element, std::string_view name, XMLTVProgramme* programme) {
+  if (name == "title") {
     if (programme->title.empty()) programme->title = reader.text(element).value_or("");
-  } else if (isNamed(element, "desc")) {
+  } else if (name == "desc") {
     if (!programme->description) programme->description = reader.text(element);
-  } else if (isNamed(element, "icon")) {
+  } else if (name == "icon") {
     if (!programme->imageURL) programme->imageURL = reader.attribute(element, "src");
-  } else if (isNamed(element, "category")) {
-    if (std::optional<std::string> category = reader.text(element)) programme->categories.push_back(*category);
-  } else if (isNamed(element, "sub-title")) {
-    if (std::optional<std::string> subTitle = reader.text(element)) programme->subTitles.push_back(*subTitle);
-  } else if (isNamed(element, "episode-num")) {
-    if (std::optional<std::string> number = reader.text(element)) {
-      programme->episodeNumbers.push_back({reader.attribute(element, "system").value_or("onscreen"), *number});
+  } else if (name == "category") {
+    if (const auto category = reader.text(element)) programme->categories.emplace_back(*category);
+  } else if (name == "sub-title") {
+    if (const auto subTitle = reader.text(element)) programme->subTitles.emplace_back(*subTitle);
+  } else if (name == "episode-num") {
+    if (const auto number = reader.text(element)) {
+      XMLTVProgramme::EpisodeNumber episode;
+      episode.text = *number;
+      episode.system = reader.attribute(element, "system").value_or("onscreen");
+      programme->episodeNumbers.push_back(std::move(episode));
     }
-  }
-}
-
-/// Whether `read` could use what it was to read. Where it could not, a warning tells that `what` was left out of the
-/// programme that stands at `place`.
-template <typename Read>
-bool readIfUsable(const Read& read, const char* what, const std::string& place, XMLTVGuide* guide) {
-  try {
-    read();
-    return true;
-  } catch (const Unusable& unusable) {
-    guide->warnings.push_back(place + ": " + what + " left out: " + unusable.what());
-    return false;
   }
 }
 
 /// Each text once, the first of its kind staying in its place.
 void removeRepeated(std::vector<std::string>* texts) {
-  std::vector<const std::string*> sorted;
-  for (const std::string& text : *texts) sorted.push_back(&text);
-  std::stable_sort(sorted.begin(), sorted.end(), [](const std::string* a, const std::string* b) { return *a < *b; });
-  std::vector<bool> repeated(texts->size());
-  for (std::size_t i = 1; i < sorted.size(); ++i) {
-    if (*sorted[i] == *sorted[i - 1]) repeated[static_cast<std::size_t>(sorted[i] - texts->data())] = true;
-  }
-  std::vector<std::string> once;
+  constexpr std::size_t few = 16;
+  std::set<std::string> seen;  // Only where there are more than any honest programme has.
+  std::size_t kept = 0;
   for (std::size_t i = 0; i < texts->size(); ++i) {
-    if (!repeated[i]) once.push_back(std::move((*texts)[i]));
+    const auto end = texts->begin() + static_cast<std::ptrdiff_t>(kept);
+    const bool isNew =
+        texts->size() <= few ? std::find(texts->begin(), end, (*texts)[i]) == end : seen.insert((*texts)[i]).second;
+    if (!isNew) continue;
+    if (kept != i) (*texts)[kept] = std::move((*texts)[i]);
+    ++kept;
   }
-  *texts = std::move(once);
+  texts->resize(kept);
 }
 
-/// Adds the programme to the guide, with a warning for each value that cannot be used; throws `Unusable` when it cannot
-/// do without one. `place` is where the programme stands.
-void readProgramme(const ElementReader& reader, pugi::xml_node element, const std::string& place, XMLTVGuide* guide) {
-  XMLTVProgramme programme;
-  const std::optional<std::string> start = reader.attribute(element, "start");
-  if (!start) throw Unusable("it has no start");
-  std::string problem;
-  const std::optional<Instant> startInstant = instantFromXMLTVTime(*start, &problem);
-  if (!startInstant) throw Unusable("its start cannot be used: " + problem);
-  programme.start = *startInstant;
-  for (const pugi::xml_node child : element.children()) {
-    const auto read = [&] { readElement(reader, child, &programme); };
-    if (isNamed(child, "title")) {
+/// Reads one guide.
+class GuideReader {
+ public:
+  GuideReader(const XMLReader& document, const std::string& name, const ProgrammeTaker& take)
+      : reader_(document), name_(name), take_(take) {}
+
+  XMLTVGuide read(pugi::xml_node root) {
+    for (const pugi::xml_node element : root.children()) {
+      if (isNamed(element, "programme")) {
+        readOrWarn(element, "programme skipped: ", [&] { readProgramme(element); });
+      } else if (isNamed(element, "channel")) {
+        readOrWarn(element, "channel name left out: ", [&] { readChannel(element); });
+      }
+    }
+    return std::move(guide_);
+  }
+
+ private:
+  /// Where `read` cannot use what it was to read, a warning tells so of the element.
+  template <typename Read>
+  void readOrWarn(pugi::xml_node element, const char* what, const Read& read) {
+    try {
       read();
-    } else if (!readIfUsable(read, child.name(), place, guide)) {
-      programme.unusableElements.push_back(reader.asItStands(child));
+    } catch (const Unusable& unusable) {
+      warn(element, what, unusable);
     }
   }
-  if (programme.title.empty()) throw Unusable("it has no title");
-  removeRepeated(&programme.categories);
-  programme.channel = reader.attribute(element, "channel").value_or("");
-  const auto readClumpIndex = [&] {
-    const auto clumpIndex = reader.attribute(element, "clumpidx");
-    if (clumpIndex) programme.clumpIndex = withoutWhiteSpace(*clumpIndex);
-  };
-  readIfUsable(readClumpIndex, "clumpidx", place, guide);
-  const auto readStop = [&] {
-    if (!element.attribute("stop")) return;
-    programme.stop = instantFromXMLTVTime(reader.attribute(element, "stop").value_or(""), &problem);
-    if (!programme.stop) throw Unusable(problem);
-  };
-  readIfUsable(readStop, "stop", place, guide);
-  guide->programmes.push_back(std::move(programme));
-}
 
-void readChannel(const ElementReader& reader, pugi::xml_node element, XMLTVGuide* guide) {
-  const std::optional<std::string> channel = reader.attribute(element, "id");
-  if (!channel) return;
-  for (const pugi::xml_node name : element.children()) {
-    if (!isNamed(name, "display-name")) continue;
-    if (const std::optional<std::string> text = reader.text(name)) {
-      guide->channelNames.emplace(*channel, *text);
-      return;
+  /// Only here are places asked for: finding one out of a hundred thousand costs more than reading the programme.
+  void warn(pugi::xml_node element, const std::string& what, const Unusable& unusable) {
+    guide_.warnings.push_back(name_ + ": " + reader_.place(element) + ": " + what + unusable.what());
+  }
+
+  /// Gives the programme away, with a warning for each value that cannot be used; throws `Unusable` when it cannot do
+  /// without one.
+  void readProgramme(pugi::xml_node element) {
+    XMLTVProgramme programme;
+    const std::optional<std::string_view> start = reader_.attribute(element, "start");
+    if (!start) throw Unusable("it has no start");
+    std::string problem;
+    const std::optional<Instant> startInstant = instantFromXMLTVTime(*start, &problem);
+    if (!startInstant) throw Unusable("its start cannot be used: " + problem);
+    programme.start = *startInstant;
+    for (const pugi::xml_node child : element.children()) {
+      if (child.type() != pugi::node_element) continue;
+      const std::string_view name = child.name();
+      if (name == "title") {
+        readElement(reader_, child, name, &programme);
+      } else {
+        readOptional(element, child, name, &programme);
+      }
+    }
+    if (programme.title.empty()) throw Unusable("it has no title");
+    removeRepeated(&programme.categories);
+    programme.channel = reader_.attribute(element, "channel").value_or("");
+    readOrWarn(element, "clumpidx left out: ", [&] {
+      const auto clumpIndex = reader_.attribute(element, "clumpidx");
+      if (clumpIndex) programme.clumpIndex = withoutWhiteSpace(*clumpIndex);
+    });
+    readOrWarn(element, "stop left out: ", [&] {
+      if (!element.attribute("stop")) return;
+      programme.stop = instantFromXMLTVTime(reader_.attribute(element, "stop").value_or(""), &problem);
+      if (!programme.stop) throw Unusable(problem);
+    });
+    take_(std::move(programme));
+  }
+
+  /// Takes over what a programme's element holds that the programme can do without.
+  void readOptional(pugi::xml_node element, pugi::xml_node child, std::string_view name, XMLTVProgramme* programme) {
+    try {
+      readElement(reader_, child, name, programme);
+    } catch (const Unusable& unusable) {
+      warn(element, std::string(name) + " left out: ", unusable);
+      programme->unusableElements.push_back(reader_.asItStands(child));
     }
   }
-}
+
+  void readChannel(pugi::xml_node element) {
+    const std::optional<std::string_view> found = reader_.attribute(element, "id");
+    if (!found) return;
+    const std::string channel(*found);
+    for (const pugi::xml_node name : element.children()) {
+      if (!isNamed(name, "display-name")) continue;
+      if (const std::optional<std::string_view> text = reader_.text(name)) {
+        guide_.channelNames.emplace(channel, *text);
+        return;
+      }
+    }
+  }
+
+  ElementReader reader_;
+  const std::string& name_;
+  const ProgrammeTaker& take_;
+  XMLTVGuide guide_;
+};
 
 }  // namespace
 
-XMLTVGuide guideInDocument(const XMLReader& document, const std::string& name) {
+XMLTVGuide readGuide(const XMLReader& document, const std::string& name, const ProgrammeTaker& take) {
   const pugi::xml_node root = document.root();
   if (!isNamed(root, "tv")) {
     throw Refusal(name + ": " + document.place(root) + ": not an XMLTV guide, the root element is <" + root.name() +
                   "> instead of <tv>");
   }
-  const ElementReader reader(document);
-  XMLTVGuide guide;
-  for (const pugi::xml_node element : root.children()) {
-    const bool isProgramme = isNamed(element, "programme");
-    if (!isProgramme && !isNamed(element, "channel")) continue;
-    const std::string place = name + ": " + document.place(element);
-    try {
-      if (isProgramme) {
-        readProgramme(reader, element, place, &guide);
-      } else {
-        readChannel(reader, element, &guide);
-      }
-    } catch (const Unusable& unusable) {
-      guide.warnings.push_back(place + ": " + (isProgramme ? "programme skipped: " : "channel name left out: ") +
-                               unusable.what());
-    }
-  }
+  return GuideReader(document, name, take).read(root);
+}
+
+XMLTVGuide guideInDocument(const XMLReader& document, const std::string& name) {
+  std::vector<XMLTVProgramme> programmes;
+  XMLTVGuide guide =
+      readGuide(document, name, [&](XMLTVProgramme&& programme) { programmes.push_back(std::move(programme)); });
+  guide.programmes = std::move(programmes);
   return guide;
 }
 
@@ -199,11 +235,23 @@ std::string readGuideBytes(Environment& environment, const std::string& path) {
   return std::move(*text);
 }
 
-XMLTVGuide parseGuide(const std::string& bytes, const std::string& name) {
+namespace {
+
+std::unique_ptr<XMLReader> documentOf(std::string bytes, const std::string& name) {
   std::string problem;
-  const std::unique_ptr<XMLReader> document = XMLReader::parse(bytes, &problem);
+  std::unique_ptr<XMLReader> document = XMLReader::parse(std::move(bytes), &problem);
   if (!document) throw Refusal(name + ": " + problem);
-  return guideInDocument(*document, name);
+  return document;
+}
+
+}  // namespace
+
+XMLTVGuide parseGuide(std::string bytes, const std::string& name) {
+  return guideInDocument(*documentOf(std::move(bytes), name), name);
+}
+
+XMLTVGuide parseGuide(std::string bytes, const std::string& name, const ProgrammeTaker& take) {
+  return readGuide(*documentOf(std::move(bytes), name), name, take);
 }
 
 }  // namespace epg

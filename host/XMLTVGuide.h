@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -40,16 +41,23 @@ struct XMLTVGuide {
   std::vector<std::string> warnings;  ///< "guide.xml: line 3, column 5: …", one for each thing left out.
 };
 
+/// Is given one programme after another, in the guide's order.
+using ProgrammeTaker = std::function<void(XMLTVProgramme&&)>;
+
 /// Takes the guide out of a document. `name` stands before each place in messages. A programme is left out with a
 /// warning when it has no title or valid start, or when a reference in one of these or in its channel stands for no
 /// character; any other value with such a reference, and an unusable stop, counts as absent, with a warning too. Throws
 /// a `Refusal` when the document is no guide.
 XMLTVGuide guideInDocument(const XMLReader& document, const std::string& name);
 
+/// The same for a guide of any size: its programmes are given away as they are read, and the result has none.
+XMLTVGuide readGuide(const XMLReader& document, const std::string& name, const ProgrammeTaker& take);
+
 /// The bytes of a guide's file, decompressed where they are gzip. Throws a `Refusal` that names the file.
 std::string readGuideBytes(Environment& environment, const std::string& path);
 
-/// The document in the bytes; throws a `Refusal` that names the file and the place.
-XMLTVGuide parseGuide(const std::string& bytes, const std::string& name);
+/// The guide in the bytes, as the two above give it; throws a `Refusal` that names the file and the place.
+XMLTVGuide parseGuide(std::string bytes, const std::string& name);
+XMLTVGuide parseGuide(std::string bytes, const std::string& name, const ProgrammeTaker& take);
 
 }  // namespace epg

@@ -63,14 +63,14 @@ const struct {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-int number(const std::string& digits, std::size_t from, std::size_t length) {
+int number(std::string_view digits, std::size_t from, std::size_t length) {
   int value = 0;
   for (std::size_t i = from; i < from + length; ++i) value = value * 10 + (digits[i] - '0');
   return value;
 }
 
 /// Minutes east of UTC.
-std::optional<int> zoneOffset(const std::string& zone, std::string* problem) {
+std::optional<int> zoneOffset(std::string_view zone, std::string* problem) {
   if (zone.empty()) return 0;
   if (zone[0] == '+' || zone[0] == '-') {
     const bool fourDigits = zone.size() == 5 && std::all_of(zone.begin() + 1, zone.end(), isDigit);
@@ -78,23 +78,23 @@ std::optional<int> zoneOffset(const std::string& zone, std::string* problem) {
     const int minutes = fourDigits ? number(zone, 3, 2) : 0;
     // No place on Earth is further from UTC than fourteen hours.
     if (!fourDigits || minutes > 59 || hours * 60 + minutes > offset(14)) {
-      *problem = "\"" + zone + "\" is no offset from UTC of the form +hhmm or -hhmm";
+      *problem = "\"" + std::string(zone) + "\" is no offset from UTC of the form +hhmm or -hhmm";
       return std::nullopt;
     }
     return zone[0] == '-' ? -(hours * 60 + minutes) : hours * 60 + minutes;
   }
-  std::string name = zone;
+  std::string name(zone);
   std::transform(name.begin(), name.end(), name.begin(),
                  [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
   for (const auto& named : namedZones) {
     if (name == named.name) return named.minutes;
   }
-  *problem = "the time zone \"" + zone + "\" is unknown or ambiguous";
+  *problem = "the time zone \"" + std::string(zone) + "\" is unknown or ambiguous";
   return std::nullopt;
 }
 
 /// The date and time that the digits name; a leap second is left out and told in `leapSecond`.
-std::optional<CivilDate> civilDate(const std::string& digits, bool* leapSecond) {
+std::optional<CivilDate> civilDate(std::string_view digits, bool* leapSecond) {
   const std::size_t length = digits.size();
   if (length < 4 || length > 14 || length % 2 != 0) return std::nullopt;
   CivilDate date;
@@ -112,17 +112,16 @@ std::optional<CivilDate> civilDate(const std::string& digits, bool* leapSecond) 
 
 }  // namespace
 
-std::optional<Instant> instantFromXMLTVTime(const std::string& text, std::string* problem) {
-  const std::string time = strippedOfWhiteSpace(text);
-  const auto digitsEnd = std::find_if_not(time.begin(), time.end(), isDigit);
-  const std::string digits(time.begin(), digitsEnd);
+std::optional<Instant> instantFromXMLTVTime(std::string_view text, std::string* problem) {
+  const std::string_view time = strippedOfWhiteSpace(text);
+  const auto digits = static_cast<std::size_t>(std::find_if_not(time.begin(), time.end(), isDigit) - time.begin());
   bool leapSecond = false;
-  const std::optional<CivilDate> date = civilDate(digits, &leapSecond);
+  const std::optional<CivilDate> date = civilDate(time.substr(0, digits), &leapSecond);
   if (!date) {
-    *problem = "\"" + time + "\" is no time of the form YYYYMMDDhhmmss, with or without a zone";
+    *problem = "\"" + std::string(time) + "\" is no time of the form YYYYMMDDhhmmss, with or without a zone";
     return std::nullopt;
   }
-  const std::optional<int> zone = zoneOffset(strippedOfWhiteSpace(std::string(digitsEnd, time.end())), problem);
+  const std::optional<int> zone = zoneOffset(strippedOfWhiteSpace(time.substr(digits)), problem);
   if (!zone) return std::nullopt;
   const std::int64_t seconds = secondsSince1970(*date) + (leapSecond ? 1 : 0) - std::int64_t{*zone} * 60;
   return Instant::fromUnixTime(static_cast<double>(seconds));

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/Instant.h"
 
@@ -14,7 +15,7 @@ namespace epg {
 /// Nothing, with the reason in `problem`, for any other form, for a date that the calendar lacks and for a zone name
 /// that is unknown or means different zones to different people. A leap second counts as the first second of the
 /// next minute.
-std::optional<Instant> instantFromXMLTVTime(const std::string& text, std::string* problem);
+std::optional<Instant> instantFromXMLTVTime(std::string_view text, std::string* problem);
 
 /// "YYYYMMDDhhmmss" in UTC, of an instant in the years 1 to 9999; fractions of a second are cut off.
 std::string xmltvTimeInUTC(Instant instant);

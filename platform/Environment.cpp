@@ -38,6 +38,7 @@ Environment::FileInfo infoFrom(const struct stat& status) {
   if (S_ISREG(status.st_mode)) info.kind = Environment::FileKind::Regular;
   if (S_ISDIR(status.st_mode)) info.kind = Environment::FileKind::Folder;
   if (S_ISLNK(status.st_mode)) info.kind = Environment::FileKind::Link;
+  if (S_ISREG(status.st_mode) && status.st_size > 0) info.size = static_cast<std::uint64_t>(status.st_size);
   info.mode = status.st_mode & 07777;
   info.owner = status.st_uid;
   info.group = status.st_gid;
@@ -231,6 +232,9 @@ int readWholeFile(Environment& environment, const std::string& path, std::string
   error = repeatedWhileInterrupted([&] { return environment.fileInfo(descriptor, &info); });
   if (error == 0 && info.kind != Environment::FileKind::Regular) error = EINVAL;
   try {
+    // Room at once: a text that grows piece by piece is copied again and again. One that is too large fails as it
+    // grows.
+    if (error == 0 && info.size < content->max_size()) content->reserve(static_cast<std::size_t>(info.size));
     while (error == 0) {
       std::size_t count = 0;
       error = repeatedWhileInterrupted(

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -24,7 +25,8 @@ class Environment {
   enum class FileKind { Regular, Folder, Link, Other };
   struct FileInfo {
     FileKind kind = FileKind::Other;
-    mode_t mode = 0;  ///< Permission bits only.
+    std::uint64_t size = 0;  ///< In bytes, of a regular file. It may have another by the time it is read.
+    mode_t mode = 0;         ///< Permission bits only.
     uid_t owner = 0;
     gid_t group = 0;
     dev_t device = 0;

@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "host/Refusal.h"
 #include "host/XMLTVTime.h"
 #include "platform/Environment.h"
@@ -113,6 +117,19 @@ TEST(XMLTVGuide, GivesEachCategoryOnceInItsOrder) {
                             "<category>B</category><category>a</category>")
                   .categories,
               ElementsAre("b", "a", "B"));
+}
+
+TEST(XMLTVGuide, GivesEachCategoryOnceHoweverManyThereAre) {
+  for (const int different : {2, 7, 8, 9, 1000}) {
+    std::string categories;
+    std::vector<std::string> expected;
+    for (int i = 0; i < 2 * different; ++i) {
+      const std::string text = "Category " + std::to_string(i * 7 % different);
+      categories += "<category>" + text + "</category>";
+      if (std::find(expected.begin(), expected.end(), text) == expected.end()) expected.push_back(text);
+    }
+    EXPECT_EQ(programmeWith(categories).categories, expected) << different;
+  }
 }
 
 TEST(XMLTVGuide, CountsOnlyAnElementsOwnText) {
