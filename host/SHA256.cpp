@@ -6,9 +6,7 @@
 #ifdef __APPLE__
 #include <CommonCrypto/CommonDigest.h>
 #else
-#include <sys/types.h>
-// After the types that it uses without including them.
-#include <sha2.h>
+#include <nettle/sha2.h>
 #endif
 
 namespace epg {
@@ -30,10 +28,10 @@ Digest digestOf(const std::string& bytes) {
   }
   CC_SHA256_Final(digest.data(), &context);
 #else
-  SHA2_CTX context;
-  SHA256Init(&context);
-  SHA256Update(&context, reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-  SHA256Final(digest.data(), &context);
+  sha256_ctx context;
+  sha256_init(&context);
+  sha256_update(&context, bytes.size(), reinterpret_cast<const std::uint8_t*>(bytes.data()));
+  sha256_digest(&context, digest.size(), digest.data());
 #endif
   return digest;
 }

@@ -1,7 +1,7 @@
 # Sourced by ./run and ./test: the packages that the project needs, and its builds. Expects bash with
 # "set -euo pipefail" and the project's folder as the working directory.
 
-packages_to_run=(g++ cmake ninja-build ccache libpugixml-dev libutfcpp-dev zlib1g-dev libmd-dev libcli11-dev tzdata)
+packages_to_run=(g++ cmake ninja-build ccache libpugixml-dev libutfcpp-dev zlib1g-dev nettle-dev libcli11-dev tzdata)
 # make, because gnustep-config asks it and says nothing at all without it.
 packages_for_bundle=(gobjc++ make gnustep-make libgnustep-gui-dev gnustep-back0.29-cairo fonts-dejavu-core)
 packages_to_test_bundle=(valgrind xvfb openbox xdotool x11-utils imagemagick)
