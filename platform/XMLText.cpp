@@ -175,7 +175,7 @@ bool isCarriedByXML(std::string_view text) {
 }
 
 std::string carriedByXML(std::string_view text) {
-  if (!isUTF8(text)) return std::string(text);
+  if (isCarriedByXML(text) || !isUTF8(text)) return std::string(text);
   std::string carried;
   for (std::size_t at = 0; at < text.size();) {
     if (isNoncharacter(text, at)) {
