@@ -10,16 +10,12 @@
 
 #include "platform/CivilDate.h"
 #include "platform/PropertyListFile.h"
+#include "platform/PropertyListForms.h"
 #include "platform/XMLText.h"
 
 namespace epg {
 
 namespace {
-
-const char* const header =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-    "<plist version=\"1.0\">\n";
 
 /// The dictionary under the keys that XML can carry. Keys may become the same on the way; none of the entries may get
 /// lost by that.
@@ -41,7 +37,7 @@ class XMLWriter {
  public:
   explicit XMLWriter(ByteSink& document) : document_(document) {}
 
-  void documentStart() { document_.append(header); }
+  void documentStart() { document_.append(xmlPropertyListHeader); }
   void documentEnd() { document_.append("</plist>\n"); }
 
   bool value(const PropertyList& list, int depth) {

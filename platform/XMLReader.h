@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/XMLReferences.h"
+
 namespace epg {
 
 /// A parsed XML document that knows where its parts stood in the file.
@@ -25,9 +27,7 @@ namespace epg {
 /// One thread at a time.
 class XMLReader {
  public:
-  /// What becomes of a reference to half a surrogate pair, as writers make them that count in UTF-16: no character in
-  /// XML. Where they are not refused, two halves that belong together are their character and any other is U+FFFD.
-  enum class Halves { Refused, Replaced };
+  using Halves = XMLHalves;
 
   /// Null when the bytes are no such document; `problem` then says "line 3, column 7: …" and why. Throws
   /// std::bad_alloc when the document does not fit into memory.

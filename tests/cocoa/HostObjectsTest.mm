@@ -72,6 +72,9 @@ TEST_F(Bundle, ExceptionOfAHostsDictionaryReachesTheHostThatCalled) {
   RaisingDictionary* store = [[[RaisingDictionary alloc] init] autorelease];
   [store setObject:item forKey:@"E1"];
   NSDictionary* playback = event(@"E1", @"P", [NSDate date]);
+  // From now on there is a folder for day files.
+  [plugin exportEvents:[NSArray array] configurationFilename:@"Test"];
+  ASSERT_TRUE(eventually([&] { return dayFile() != nil; }));
   for (RaisingDictionary* raising : {item, store}) {
     [plugin setEpgItems:store];
     [plugin setEditedItems:[NSMutableArray arrayWithObject:item]];
