@@ -97,8 +97,10 @@ constexpr std::size_t count = 100000;
 constexpr double limit = 0.001;
 constexpr int callsAtRest = 10;
 constexpr int exportsAtWork = 10;
+// This program, the save and the export.
+constexpr NSUInteger holdersAtWork = 3;
 const NSTimeInterval betweenLooks = 0.001;
-const NSTimeInterval betweenCalls = 0.0005;
+const NSTimeInterval betweenCalls = 0.001;
 
 NSArray* eventsOfHost() {
   NSMutableArray* events = [NSMutableArray array];
@@ -124,7 +126,7 @@ class HostThread {
     if (plugin_ == nil) throw std::runtime_error("the bundle makes no plug-in");
     [plugin_ setDelegate:counter_];
     configuration_ = [toString(configurationName) retain];
-    storePath_ = folder_.file("EPGItems.plist");
+    storePath_ = folder_.file(storeFileName);
   }
   HostThread(const HostThread&) = delete;
   HostThread& operator=(const HostThread&) = delete;
@@ -153,28 +155,24 @@ class HostThread {
     }
   }
 
+  /// Saves and exports follow one another all the time, each started while the other one runs. The entries are changed
+  /// while both do.
   void callAtWork() {
-    const int end = [counter_ reports] + exportsAtWork;
-    ino_t store = 0;
-    int reports = -1;
-    for (std::size_t round = 0; reports < end; ++round) {
+    std::size_t number = 0;
+    for (int exports = 0; exports < exportsAtWork; ++exports) {
       NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-      if (identity(storePath_) != store) {
-        store = identity(storePath_);
-        call("saveEPGItemsToFile", [&] { [plugin_ performSelector:@selector(saveEPGItemsToFile)]; });
+      const int before = [counter_ reports];
+      call("exportEvents", [&] { [plugin_ exportEvents:events_ configurationFilename:configuration_]; });
+      call("saveEPGItemsToFile", [&] { [plugin_ performSelector:@selector(saveEPGItemsToFile)]; });
+      while ([counter_ reports] == before) {
+        // A save counts as running when its thread begins; until then, every call would start another one.
+        if ([plugin_ retainCount] <= holdersAtWork) {
+          changeEntry(toString(sampleID(number++ % count)));
+        }
+        [NSThread sleepForTimeInterval:betweenCalls];
       }
-      // One that asks in the moment between the report and the end is refused, and asks again.
-      if ([counter_ reports] != reports) {
-        reports = [counter_ reports];
-        call("exportEvents", [&] { [plugin_ exportEvents:events_ configurationFilename:configuration_]; });
-      }
-      NSString* entry = toString(sampleID(round % count));
-      [plugin_ setEditedEPGUniqueIDs:[NSArray arrayWithObject:entry]];
-      call("commitEditing", [&] { [plugin_ commitEditing]; });
-      call("duplicate", [&] { [plugin_ duplicateEPGItemWithUniqueID:entry toItemWithUniqueID:@"copy"]; });
-      call("remove", [&] { [plugin_ removeEPGItemsWithUniqueIDs:[NSArray arrayWithObject:@"copy"]]; });
+      waitForThreads();
       [pool drain];
-      [NSThread sleepForTimeInterval:betweenCalls];
     }
   }
 
@@ -185,6 +183,13 @@ class HostThread {
   }
 
  private:
+  void changeEntry(NSString* entry) {
+    [plugin_ setEditedEPGUniqueIDs:[NSArray arrayWithObject:entry]];
+    call("commitEditing", [&] { [plugin_ commitEditing]; });
+    call("duplicate", [&] { [plugin_ duplicateEPGItemWithUniqueID:entry toItemWithUniqueID:@"copy"]; });
+    call("remove", [&] { [plugin_ removeEPGItemsWithUniqueIDs:[NSArray arrayWithObject:@"copy"]]; });
+  }
+
   void call(const std::string& operation, const std::function<void()>& work) { calls_[operation].measure(work); }
 
   void saveAndWait(const std::string& operation, const std::function<void()>& work) {

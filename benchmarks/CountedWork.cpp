@@ -25,7 +25,7 @@ namespace {
 bool count(const std::string& work, std::size_t size) {
   const WorkFolder folder;
   writeSampleData(folder, size);
-  const std::string file = folder.file("EPGItems.plist");
+  const std::string file = folder.file(storeFileName);
   if (work == "export") {
     BenchmarkEnvironment environment(BenchmarkEnvironment::Flush::None);
     PluginUser user(folder.path(), environment);

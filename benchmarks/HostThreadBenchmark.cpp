@@ -49,23 +49,26 @@ class HostThread {
     }
   }
 
-  /// Saves and exports follow one another all the time, each started while the other one runs.
+  /// Saves and exports follow one another all the time, each started while the other one runs. The entries are changed
+  /// while both do.
   void callAtWork() {
     std::vector<EPGEvent> given(events_);
-    for (std::size_t round = 0;
-         calls_["saveEPGItemsToFile"].count() < jobsAtWork || calls_["exportEvents"].count() < jobsAtWork; ++round) {
-      if (!plugin().busyWriting()) call("saveEPGItemsToFile", [this] { plugin().saveEPGItemsToFile(); });
+    std::size_t number = 0;
+    while (calls_["saveEPGItemsToFile"].count() < jobsAtWork || calls_["exportEvents"].count() < jobsAtWork) {
       if (!plugin().busyExporting()) {
         call("exportEvents", [&] { plugin().exportEvents(std::move(given), configurationName); });
         given = events_;
       }
-      const std::vector<std::string> entry = {sampleID(round % count)};
-      plugin().setEditedEPGUniqueIDs(entry);
-      call("commitEditing", [this] { plugin().commitEditing(); });
-      call("duplicateEPGItem", [&] { plugin().duplicateEPGItemWithUniqueID(entry[0], "copy"); });
-      call("removeEPGItems", [&] { plugin().removeEPGItemsWithUniqueIDs({"copy"}); });
-      std::this_thread::sleep_for(std::chrono::microseconds(500));
+      if (!plugin().busyWriting()) {
+        const std::size_t before = environment_.storesWritten();
+        call("saveEPGItemsToFile", [this] { plugin().saveEPGItemsToFile(); });
+        // A save counts as running when its thread begins; until then, every call would start another one.
+        waitFor([&] { return plugin().busyWriting() || environment_.storesWritten() > before; });
+      }
+      if (plugin().busyWriting() && plugin().busyExporting()) changeEntry(sampleID(number++ % count));
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    waitFor([this] { return !plugin().busyWriting() && !plugin().busyExporting(); });
   }
 
   /// Shows what was measured since the last time.
@@ -77,14 +80,24 @@ class HostThread {
  private:
   EPGDorvaSelinManagerPlugin& plugin() { return user_->plugin(); }
 
+  void changeEntry(const std::string& entry) {
+    plugin().setEditedEPGUniqueIDs({entry});
+    call("commitEditing", [this] { plugin().commitEditing(); });
+    call("duplicateEPGItem", [&] { plugin().duplicateEPGItemWithUniqueID(entry, "copy"); });
+    call("removeEPGItems", [this] { plugin().removeEPGItemsWithUniqueIDs({"copy"}); });
+  }
+
+  static void waitFor(const std::function<bool()>& condition) {
+    while (!condition()) std::this_thread::sleep_for(std::chrono::microseconds(200));
+  }
+
   void call(const std::string& operation, const std::function<void()>& work) { calls_[operation].measure(work); }
 
   void callAndWait(const std::string& operation, const std::function<void()>& work) {
-    const std::size_t before = environment_.filesReplaced();
+    const std::size_t before = environment_.filesWritten();
     call(operation, work);
-    while (environment_.filesReplaced() == before || plugin().busyWriting() || plugin().busyExporting()) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    waitFor(
+        [&] { return environment_.filesWritten() > before && !plugin().busyWriting() && !plugin().busyExporting(); });
   }
 
   WorkFolder folder_;

@@ -1,5 +1,6 @@
 #include "benchmarks/PluginUser.h"
 
+#include <cstring>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -8,17 +9,22 @@
 
 namespace epg::benchmarks {
 
+const char* const storeFileName = "EPGItems.plist";
 const char* const dayFileName = "20120304.xml";
 const char* const configurationName = "Benchmark";
 
 void BenchmarkEnvironment::fileReplaced(const std::string& path, int error) {
   // On a thread of the plug-in's nobody could be told; a run whose files cannot be written has measured nothing.
   if (error != 0) throw std::runtime_error("cannot write " + path);
-  ++filesReplaced_;
+  if (path.size() > std::strlen(storeFileName) &&
+      path.compare(path.size() - std::strlen(storeFileName), std::string::npos, storeFileName) == 0) {
+    ++storesWritten_;
+  }
+  ++filesWritten_;
 }
 
 void writeSampleData(const WorkFolder& folder, std::size_t items) {
-  folder.write("EPGItems.plist", sampleStoreFile(items));
+  folder.write(storeFileName, sampleStoreFile(items));
   folder.write(
       std::string(configurationName) + ".epgconf",
       "<plist version=\"1.0\"><dict><key>exportPath</key><string>" + folder.path() + "</string></dict></plist>\n");

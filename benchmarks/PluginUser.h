@@ -23,13 +23,18 @@ class BenchmarkEnvironment : public Environment {
   void fileReplaced(const std::string& path, int error) override;
 
   /// How many files have been written so far.
-  std::size_t filesReplaced() const { return filesReplaced_; }
+  std::size_t filesWritten() const { return filesWritten_; }
+  /// And how many of them hold a store.
+  std::size_t storesWritten() const { return storesWritten_; }
 
  private:
   Flush flush_;
-  std::atomic<std::size_t> filesReplaced_{0};
+  std::atomic<std::size_t> filesWritten_{0};
+  std::atomic<std::size_t> storesWritten_{0};
 };
 
+/// The name of the store's file.
+extern const char* const storeFileName;
 /// The name of the day file of that day.
 extern const char* const dayFileName;
 /// The export configuration that a `PluginUser` writes.

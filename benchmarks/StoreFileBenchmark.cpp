@@ -131,7 +131,7 @@ void measureFlushed(Table& table) {
   writeSampleData(folder, itemCount);
   BenchmarkEnvironment environment(BenchmarkEnvironment::Flush::Real);
   PluginUser user(folder.path(), environment);
-  const std::string path = folder.file("EPGItems.plist");
+  const std::string path = folder.file(storeFileName);
   const std::string bytes = bytesOf(path);
   const Rounds rounds = inTurns(5, {[&] {
                                       const Stopwatch stopwatch(wallSeconds);
@@ -169,7 +169,7 @@ void printMemory(const std::string& file) {
 void measureAll() {
   const WorkFolder folder;
   writeSampleData(folder, itemCount);
-  const std::string file = folder.file("EPGItems.plist");
+  const std::string file = folder.file(storeFileName);
   Table table;
   measureReading(table, folder.path(), file);
   measureWriting(table, file);
