@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "platform/ByteSink.h"
 #include "platform/Environment.h"
 #include "platform/PropertyListFile.h"
 
@@ -30,7 +31,10 @@ std::shared_ptr<EPGItemStore> readStore(const std::string& path) {
 }
 
 std::string storeFileOf(const EPGItemStore& store) {
-  return propertyListXML(propertyListOfStore(store.snapshot())).value_or("");
+  std::string bytes;
+  StringSink file(bytes);
+  if (!writeStore(file, store.snapshot()) || !file.flush()) throw std::runtime_error("the store cannot be written");
+  return bytes;
 }
 
 std::size_t textSize(const EPGItemStore& store) {
@@ -38,8 +42,8 @@ std::size_t textSize(const EPGItemStore& store) {
   const EPGItemStoreSnapshot snapshot = store.snapshot();
   for (const EPGItemStoreRecord& record : snapshot) {
     size += record.uniqueID.size();
-    const auto values = record.entry.item->values();
-    for (const auto& entry : *values) size += textSizeOf(entry.second);
+    const PropertyListDictionary values = record.entry.item->values();
+    for (const auto& entry : values) size += textSizeOf(entry.second);
   }
   return size;
 }
