@@ -1,179 +1,201 @@
-// The document of an export, from events and items to bytes.
+// DayFileBenchmark COSTS      measures exports, from records in memory to the file under its final name. The cost of
+// one
+//                             event goes to the file COSTS, a line for each number of events.
+// DayFileBenchmark --memory FOLDER EVENTS
+//                             exports from the folder's store and prints the peak of memory above store and events
 
-#include <benchmark/benchmark.h>
-#include <libxml/xmlwriter.h>
-#include <time.h>
+#include <unistd.h>
 
 #include <cstddef>
+#include <exception>
+#include <fstream>
+#include <iostream>
 #include <memory>
-#include <pugixml.hpp>
 #include <stdexcept>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
-#include "benchmarks/Comparison.h"
+#include "benchmarks/ChildProcess.h"
+#include "benchmarks/DayFilePeers.h"
+#include "benchmarks/Memory.h"
+#include "benchmarks/PluginUser.h"
 #include "benchmarks/SampleData.h"
-#include "benchmarks/Subjects.h"
-#include "export/DayFile.h"
-#include "model/EPGItem.h"
-#include "model/KeyConstants.h"
+#include "benchmarks/Table.h"
+#include "benchmarks/Timing.h"
+#include "benchmarks/WorkFolder.h"
 
-namespace epg::benchmarks {
+using namespace epg;
+using namespace epg::benchmarks;
 
 namespace {
 
-struct Input {
-  explicit Input(std::size_t count) : events(sampleEvents(count)) {
-    for (std::size_t i = 0; i < count; ++i) {
-      items[sampleID(i)] = sampleItem(i, 4, 200);
+std::string bytesOf(const std::string& path) {
+  std::string content;
+  if (readWholeFile(Environment::standard(), path, &content) != 0) throw std::runtime_error("no day file " + path);
+  return content;
+}
+
+/// An export of the events to the file, as everybody does it. What is measured is all that an export does, up to
+/// letting go of the events that it was given.
+using Export = std::function<void(std::vector<EPGEvent>&& events)>;
+
+Round roundOf(const std::vector<EPGEvent>& events, const std::string& path, Clock clock, Export work) {
+  return [&events, path, clock, work] {
+    ::unlink(path.c_str());
+    auto given = std::make_unique<std::vector<EPGEvent>>(events);
+    const Stopwatch stopwatch(clock);
+    work(std::move(*given));
+    given.reset();
+    return stopwatch.seconds();
+  };
+}
+
+/// Everything that an export of so many events needs, for everybody.
+class Contest {
+ public:
+  explicit Contest(std::size_t count) : events_(sampleEvents(count)) {
+    writeSampleData(folder_, count);
+    user_ = std::make_unique<PluginUser>(folder_.path(), environment_);
+    user_->prepareExport();
+    for (std::size_t i = 0; i < count; ++i) items_.emplace(sampleID(i), sampleItem(i));
+    user_->exportHere(events_);
+    finished_ = std::make_unique<FinishedDayFile>(bytesOf(user_->dayFile()), events_);
+    checkThatAllWriteTheSame();
+  }
+
+  enum Contender : std::size_t { Ours, LibXML2, Pugixml, Limit };
+
+  Rounds run(std::size_t rounds) const {
+    const std::string path = user_->dayFile();
+    return inTurns(rounds, {ours(), contender([this, path](auto&& given) { exportByLibXML2(items_, given, path); }),
+                            contender([this, path](auto&& given) { exportByPugixml(items_, given, path); }),
+                            contender([this, path](auto&& given) { finished_->write(given, path); })});
+  }
+
+  Round ours() const {
+    return contender([this](auto&& given) { user_->exportHere(std::move(given)); });
+  }
+
+  std::string folder() const { return folder_.path(); }
+
+ private:
+  Round contender(Export work) const { return roundOf(events_, user_->dayFile(), processorSeconds, std::move(work)); }
+
+  void checkThatAllWriteTheSame() const {
+    const std::string path = user_->dayFile();
+    const std::string ours = bytesOf(path);
+    const auto check = [&](const char* who) {
+      if (bytesOf(path) != ours) throw std::runtime_error(std::string(who) + " writes another file");
+    };
+    exportByLibXML2(items_, events_, path);
+    check("libxml2");
+    exportByPugixml(items_, events_, path);
+    check("pugixml");
+    finished_->write(events_, path);
+    check("the limit");
+  }
+
+  WorkFolder folder_;
+  BenchmarkEnvironment environment_{BenchmarkEnvironment::Flush::None};
+  std::vector<EPGEvent> events_;
+  std::unique_ptr<PluginUser> user_;
+  PeerItems items_;
+  std::unique_ptr<FinishedDayFile> finished_;
+};
+
+void measureFlushed(Table& table, std::size_t count) {
+  const WorkFolder folder = WorkFolder::onDisk();
+  writeSampleData(folder, count);
+  BenchmarkEnvironment environment(BenchmarkEnvironment::Flush::Real);
+  PluginUser user(folder.path(), environment);
+  user.prepareExport();
+  const std::vector<EPGEvent> events = sampleEvents(count);
+  user.exportHere(events);
+  const std::string document = bytesOf(user.dayFile());
+  const std::string path = user.dayFile();
+  const Rounds rounds =
+      inTurns(5, {roundOf(events, path, wallSeconds, [&](auto&& given) { user.exportHere(std::move(given)); }),
+                  roundOf(events, path, wallSeconds, [&](auto&& /*given*/) { writeFile(path, document, true); })});
+  table.information("export 100000 events, with the flush to disk (wall)", rounds, 1, "write and flush its bytes");
+}
+
+double measuredPeak(const std::string& folder, std::size_t count) {
+  return std::stod(runProgram({ownProgram(), "--memory", folder, std::to_string(count)}).output);
+}
+
+void printPeak(const std::string& folder, std::size_t count) {
+  BenchmarkEnvironment environment(BenchmarkEnvironment::Flush::None);
+  PluginUser user(folder, environment);
+  user.prepareExport();
+  auto events = sampleEvents(count);
+  const PeakMemory peak;
+  user.exportHere(std::move(events));
+  std::cout << peak.bytes() << '\n';
+}
+
+/// How much more an event costs among a million than among ten thousand. The small export is repeated, so that both
+/// take about the same time, one after the other.
+void measureGrowth(Table& table, const Contest& large, const Contest& small) {
+  constexpr int repetitions = 100;
+  const Rounds rounds = inTurns(3, {large.ours(), [round = small.ours()] {
+                                      double sum = 0;
+                                      for (int i = 0; i < repetitions; ++i) sum += round();
+                                      return sum;
+                                    }});
+  table.atMost("1000000 events against 100 times 10000", rounds, 1, "the latter", 1.3);
+}
+
+void measureAll(const std::string& costsPath) {
+  struct Size {
+    std::size_t events;
+    std::size_t rounds;
+  };
+  constexpr Size sizes[] = {{1000, 51}, {10000, 21}, {100000, 9}, {1000000, 1}};
+  constexpr double megabyte = 1 << 20;
+  constexpr double microseconds = 1e6;
+  Table table;
+  std::ofstream costs(costsPath);
+  for (const auto& [count, rounds] : sizes) {
+    const Contest contest(count);
+    const Rounds result = contest.run(rounds);
+    costs << count;
+    for (const auto contender : {Contest::Ours, Contest::LibXML2, Contest::Pugixml, Contest::Limit}) {
+      costs << ' ' << result.seconds(contender) / static_cast<double>(count) * microseconds;
+    }
+    costs << std::endl;
+    const std::string target = "export " + std::to_string(count) + " events";
+    if (count == 100000) {
+      table.atLeastAsFast(target, result, Contest::LibXML2, "libxml2 writer", 3);
+      table.atMost(target, result, Contest::Limit, "limit", 2);
+    } else if (count > 1000) {
+      table.information(target, result, Contest::LibXML2, "libxml2 writer");
+      table.information(target, result, Contest::Limit, "limit");
+    }
+    if (count > 1000) table.information(target, result, Contest::Pugixml, "pugixml tree");
+    if (count == 1000000) {
+      measureGrowth(table, contest, Contest(10000));
+      table.figure("memory of exporting 1000000 events", measuredPeak(contest.folder(), count) / megabyte, 32, "MiB");
     }
   }
-
-  std::vector<EPGEvent> events;
-  std::unordered_map<std::string, PropertyListDictionary> items;
-};
-
-std::string ourDocument(const Input& input) {
-  const auto lookUp = [&input](const std::string& uniqueID) -> std::optional<PropertyListDictionary> {
-    const auto item = input.items.find(uniqueID);
-    if (item == input.items.end()) return std::nullopt;
-    return item->second;
-  };
-  return dayFileContent(LocalCalendar(), DateFormatter("dd-MM-yyyy"), lookUp, input.events).value_or("");
-}
-
-/// What the others need to know of one event, from the same event and item, by the shortest way that the C library has.
-struct Program {
-  Program(const Input& input, const EPGEvent& event)
-      : item(input.items.find(*event.eventEPGUniqueID)->second),
-        id(std::to_string(playbackIDHash(*event.eventEPGPlaybackUniqueID))) {
-    const auto start = static_cast<time_t>(event.eventEPGStartDateTime->unixTime());
-    struct tm local {};
-    ::localtime_r(&start, &local);
-    day = std::to_string(local.tm_mday);
-    month = std::to_string(local.tm_mon + 1);
-    year = std::to_string(local.tm_year - 100);
-    hour = std::to_string(local.tm_hour);
-    minute = std::to_string(local.tm_min);
-  }
-
-  std::string text(const char* key) const { return std::string(*stringValue(item, key)); }
-
-  const PropertyListDictionary& item;
-  std::string id, day, month, year, hour, minute;
-};
-
-const xmlChar* chars(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
-
-void start(xmlTextWriterPtr writer, const char* name) { xmlTextWriterStartElement(writer, chars(name)); }
-
-void element(xmlTextWriterPtr writer, const char* name, const std::string& text) {
-  xmlTextWriterWriteElement(writer, chars(name), chars(text.c_str()));
-}
-
-std::string documentByLibXML2(const Input& input) {
-  xmlBufferPtr buffer = xmlBufferCreate();
-  xmlTextWriterPtr writer = xmlNewTextWriterMemory(buffer, 0);
-  xmlTextWriterSetIndent(writer, 1);
-  xmlTextWriterSetIndentString(writer, chars("    "));
-  xmlTextWriterStartDocument(writer, nullptr, "UTF-8", nullptr);
-  start(writer, "programs");
-  xmlTextWriterWriteAttribute(writer, chars("dateFrom"), chars("04-03-2012"));
-  xmlTextWriterWriteAttribute(writer, chars("dateTo"), chars("04-03-2012"));
-  for (const EPGEvent& event : input.events) {
-    const Program program(input, event);
-    start(writer, "program");
-    xmlTextWriterWriteAttribute(writer, chars("id"), chars(program.id.c_str()));
-    start(writer, "date");
-    element(writer, "day", program.day);
-    element(writer, "month", program.month);
-    element(writer, "year", program.year);
-    xmlTextWriterEndElement(writer);
-    start(writer, "time");
-    element(writer, "hour", program.hour);
-    element(writer, "minute", program.minute);
-    xmlTextWriterEndElement(writer);
-    element(writer, "title", program.text(ZRLEPGDSTitleKey));
-    element(writer, "description", program.text(ZRLEPGDSDescriptionKey));
-    element(writer, "imgUrl", program.text(ZRLEPGDSImageURLKey));
-    start(writer, "tags");
-    for (const PropertyList& tag : *tagsValue(program.item)) element(writer, "tag", std::string(*tag.asString()));
-    xmlTextWriterEndElement(writer);
-    xmlTextWriterEndElement(writer);
-  }
-  xmlTextWriterEndDocument(writer);
-  xmlFreeTextWriter(writer);
-  std::string document(reinterpret_cast<const char*>(xmlBufferContent(buffer)),
-                       static_cast<std::size_t>(xmlBufferLength(buffer)));
-  xmlBufferFree(buffer);
-  return document;
-}
-
-void appendElement(pugi::xml_node parent, const char* name, const std::string& text) {
-  parent.append_child(name).text().set(text.c_str());
-}
-
-struct StringWriter : pugi::xml_writer {
-  void write(const void* data, std::size_t size) override { text.append(static_cast<const char*>(data), size); }
-
-  std::string text;
-};
-
-std::string documentByPugixml(const Input& input) {
-  pugi::xml_document document;
-  pugi::xml_node root = document.append_child("programs");
-  root.append_attribute("dateFrom") = "04-03-2012";
-  root.append_attribute("dateTo") = "04-03-2012";
-  for (const EPGEvent& event : input.events) {
-    const Program program(input, event);
-    pugi::xml_node node = root.append_child("program");
-    node.append_attribute("id") = program.id.c_str();
-    const pugi::xml_node date = node.append_child("date");
-    appendElement(date, "day", program.day);
-    appendElement(date, "month", program.month);
-    appendElement(date, "year", program.year);
-    const pugi::xml_node time = node.append_child("time");
-    appendElement(time, "hour", program.hour);
-    appendElement(time, "minute", program.minute);
-    appendElement(node, "title", program.text(ZRLEPGDSTitleKey));
-    appendElement(node, "description", program.text(ZRLEPGDSDescriptionKey));
-    appendElement(node, "imgUrl", program.text(ZRLEPGDSImageURLKey));
-    const pugi::xml_node tags = node.append_child("tags");
-    for (const PropertyList& tag : *tagsValue(program.item)) appendElement(tags, "tag", std::string(*tag.asString()));
-  }
-  StringWriter writer;
-  document.save(writer, "    ", pugi::format_indent, pugi::encoding_utf8);
-  return writer.text;
-}
-
-/// The others write apostrophes as they are, so their documents are a little shorter; not more than that.
-void expectTheSameSize(const std::string& ours, const std::string& others) {
-  if (others.size() * 100 < ours.size() * 97 || others.size() > ours.size() + 100) {
-    throw std::runtime_error("not the same document: " + std::to_string(ours.size()) + " and " +
-                             std::to_string(others.size()) + " bytes");
-  }
-}
-
-using Writing = std::string (*)(const Input&);
-
-void addFor(std::size_t count, const char* who, Writing document) {
-  measure("export " + std::to_string(count) + " events, up to the bytes", who, Clock::Processor,
-          [count, document]() -> Work {
-            const auto input = std::make_shared<Input>(count);
-            expectTheSameSize(ourDocument(*input), document(*input));
-            return [input, document](std::size_t) { ::benchmark::DoNotOptimize(document(*input)); };
-          });
+  measureFlushed(table, 100000);
 }
 
 }  // namespace
 
-void addDayFileBenchmarks() {
-  for (const std::size_t count : {std::size_t{10000}, std::size_t{100000}}) {
-    addFor(count, "this project", ourDocument);
-    addFor(count, "libxml2's text writer", documentByLibXML2);
-    addFor(count, "pugixml's tree and serialiser", documentByPugixml);
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  try {
+    if (arguments.size() == 3 && arguments[0] == "--memory") {
+      printPeak(arguments[1], std::stoul(arguments[2]));
+    } else if (arguments.size() == 1) {
+      measureAll(arguments[0]);
+    } else {
+      std::cerr << "usage: DayFileBenchmark COSTS\n";
+      return 2;
+    }
+  } catch (const std::exception& exception) {
+    std::cerr << "DayFileBenchmark: " << exception.what() << '\n';
+    return 1;
   }
+  return 0;
 }
-
-}  // namespace epg::benchmarks

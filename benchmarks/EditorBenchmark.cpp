@@ -1,27 +1,30 @@
 // The editor over many entries at once: what an operator waits for between a click and the next picture.
 
-#include <benchmark/benchmark.h>
-
 #include <cstddef>
+#include <exception>
+#include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "benchmarks/Comparison.h"
 #include "benchmarks/SampleData.h"
-#include "benchmarks/Subjects.h"
+#include "benchmarks/Table.h"
+#include "benchmarks/Timing.h"
+#include "benchmarks/WorkFolder.h"
 #include "editor/EPGDorvaSelinViewController.h"
-#include "platform/Environment.h"
-#include "platform/PropertyListFile.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
 
-namespace epg::benchmarks {
+using namespace epg;
+using namespace epg::benchmarks;
 
 namespace {
 
 constexpr std::size_t entryCount = 10000;
-constexpr std::size_t catalogueSize = 200;
+constexpr double frame = 0.016;
+constexpr int fills = 50;
+constexpr std::size_t clicks = 2 * sampleCatalogueSize;
 
 class FieldWithoutWindow : public TextField {
  public:
@@ -43,11 +46,10 @@ class TableWithoutWindow : public TableView {
 class BundleWithCatalogue : public Bundle {
  public:
   explicit BundleWithCatalogue(const WorkFolder& folder) : catalogue_(folder.file("Tags.plist")) {
-    PropertyList::Array tags;
-    for (std::size_t i = 0; i < catalogueSize; ++i) tags.emplace_back(sampleTag(i));
-    PropertyListDictionary content;
-    content.set("tags", PropertyList(tags));
-    folder.write("Tags.plist", propertyListXML(PropertyList(content)).value_or(""));
+    std::string tags;
+    for (std::size_t i = 0; i < sampleCatalogueSize; ++i) tags += "<string>" + sampleTag(i) + "</string>";
+    folder.write("Tags.plist",
+                 "<plist version=\"1.0\"><dict><key>tags</key><array>" + tags + "</array></dict></plist>\n");
   }
 
   std::optional<std::string> pathForResource(const std::string&, const std::string&) const override {
@@ -73,8 +75,7 @@ class BundleWithCatalogue : public Bundle {
 class Session {
  public:
   explicit Session(std::size_t tagsOfAnEntry) {
-    folder_.write("EPGItems.plist",
-                  propertyListXML(PropertyList(sampleStore(entryCount, tagsOfAnEntry, catalogueSize))).value_or(""));
+    folder_.write("EPGItems.plist", sampleStoreFile(entryCount, tagsOfAnEntry));
     for (std::size_t i = 0; i < entryCount; ++i) ids_.push_back(sampleID(i));
     bundle = std::make_shared<BundleWithCatalogue>(folder_);
     plugin = EPGDorvaSelinManagerPlugin::initWithBundle(bundle, folder_.path());
@@ -87,12 +88,15 @@ class Session {
   void click(std::size_t row, int state) {
     bundle->editor->tableViewSetObjectValue(&bundle->table, state, "selected", static_cast<std::ptrdiff_t>(row));
   }
-  void askEveryRow() const {
+  /// What the table does to show all of its rows, whether they are in view or not.
+  void askEveryRow() {
     const EPGDorvaSelinViewController& editor = *bundle->editor;
-    for (std::ptrdiff_t row = 0; row < editor.numberOfRowsInTableView(&bundle->table); ++row) {
-      ::benchmark::DoNotOptimize(editor.tableViewObjectValue(&bundle->table, "name", row));
-      ::benchmark::DoNotOptimize(editor.tableViewObjectValue(&bundle->table, "selected", row));
+    const std::ptrdiff_t rows = editor.numberOfRowsInTableView(&bundle->table);
+    for (std::ptrdiff_t row = 0; row < rows; ++row) {
+      asked_ += editor.tableViewObjectValue(&bundle->table, "name", row).index();
+      asked_ += editor.tableViewObjectValue(&bundle->table, "selected", row).index();
     }
+    if (rows != static_cast<std::ptrdiff_t>(sampleCatalogueSize)) throw std::runtime_error("the table is not filled");
   }
 
   std::shared_ptr<BundleWithCatalogue> bundle;
@@ -101,39 +105,40 @@ class Session {
  private:
   WorkFolder folder_;
   std::vector<std::string> ids_;
+  std::size_t asked_ = 0;  ///< Of what the rows answered, so that they have to.
 };
 
-void addFor(std::size_t tagsOfAnEntry) {
-  const std::string circumstances = ", 10000 entries with " + std::to_string(tagsOfAnEntry) + " tags each, 200 rows";
-  const auto session = [tagsOfAnEntry] { return std::make_shared<Session>(tagsOfAnEntry); };
-  measureAgainstFrame("fill the editor" + circumstances, [session]() -> Work {
-    return [open = session()](std::size_t) {
-      open->fill();
-      open->askEveryRow();
-    };
-  });
+void measure(Table& table, std::size_t tagsOfAnEntry) {
+  Session session(tagsOfAnEntry);
+  Calls filling;
+  for (int i = 0; i < fills; ++i) {
+    filling.measure([&] {
+      session.fill();
+      session.askEveryRow();
+    });
+  }
   // A row that some entries carry and some do not is clicked on for all, then off for all.
-  measureAgainstFrame("click a tag" + circumstances, [session]() -> Work {
-    return [open = session()](std::size_t round) {
-      open->click(round / 2 % catalogueSize, round % 2 == 0 ? 1 : 0);
-      open->askEveryRow();
-    };
-  });
+  Calls clicking;
+  for (std::size_t i = 0; i < clicks; ++i) {
+    clicking.measure([&] {
+      session.click(i / 2, i % 2 == 0 ? 1 : 0);
+      session.askEveryRow();
+    });
+  }
+  const std::string circumstances = ", 10000 entries with " + std::to_string(tagsOfAnEntry) + " tags";
+  table.calls("fill the editor" + circumstances, filling, frame);
+  table.calls("click a tag" + circumstances, clicking, frame);
 }
 
 }  // namespace
 
-void addEditorBenchmarks() {
-  for (const std::size_t tagsOfAnEntry : {std::size_t{4}, std::size_t{20}}) addFor(tagsOfAnEntry);
-  measure("name 10000 entries, editor open", "this project", Clock::Processor,
-          []() -> Work { return [open = std::make_shared<Session>(4)](std::size_t) { open->name(); }; });
-  measure("apply the texts to 10000 entries", "this project", Clock::Processor, []() -> Work {
-    return [open = std::make_shared<Session>(4)](std::size_t round) {
-      // Different titles: the field is mixed, and only typed text is written.
-      open->bundle->title.setStringValue("typed " + std::to_string(round));
-      open->bundle->editor->applyChanges();
-    };
-  });
+int main() {
+  try {
+    Table table;
+    for (const std::size_t tagsOfAnEntry : {std::size_t{4}, std::size_t{20}}) measure(table, tagsOfAnEntry);
+  } catch (const std::exception& exception) {
+    std::cerr << "EditorBenchmark: " << exception.what() << '\n';
+    return 1;
+  }
+  return 0;
 }
-
-}  // namespace epg::benchmarks

@@ -1,58 +1,76 @@
-// Saving and loading the store's file.
+// StoreFileBenchmark              measures reading and writing a store of 100,000 items
+// StoreFileBenchmark --memory FILE
+//                                 reads the store and prints what it takes and how much text it holds
 
-#include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <libxml/parser.h>
+#include <plist/plist.h>
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <exception>
+#include <iostream>
 #include <memory>
 #include <pugixml.hpp>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "benchmarks/Comparison.h"
+#include "benchmarks/ChildProcess.h"
+#include "benchmarks/Memory.h"
+#include "benchmarks/PluginUser.h"
 #include "benchmarks/SampleData.h"
-#include "benchmarks/Subjects.h"
-#include "platform/Environment.h"
-#include "platform/PropertyListFile.h"
-#include "plugin/EPGDorvaSelinManagerPlugin.h"
+#include "benchmarks/StoreReading.h"
+#include "benchmarks/Table.h"
+#include "benchmarks/Timing.h"
+#include "benchmarks/WorkFolder.h"
 
-namespace epg::benchmarks {
+using namespace epg;
+using namespace epg::benchmarks;
 
 namespace {
 
 constexpr std::size_t itemCount = 100000;
-const char* const saving = "save 100000 items, up to the disk";
-const char* const serialising = "save 100000 items, up to the bytes";
-const char* const loading = "load 100000 items";
 
-std::string storeFile() { return propertyListXML(PropertyList(sampleStore(itemCount))).value_or(""); }
+/// Frees what libplist made.
+struct Deleter {
+  void operator()(void* node) const { ::plist_free(node); }
+  void operator()(char* text) const { ::plist_to_xml_free(text); }
+};
+using Plist = std::unique_ptr<void, Deleter>;
 
-/// A plug-in over a store file in a folder of its own.
-struct Plugin {
-  Plugin() {
-    folder.write("EPGItems.plist", storeFile());
-    plugin = EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, folder.path());
-  }
+std::string bytesOf(const std::string& path) {
+  std::string content;
+  if (readWholeFile(Environment::standard(), path, &content) != 0) throw std::runtime_error("cannot read " + path);
+  return content;
+}
 
-  WorkFolder folder;
-  std::shared_ptr<EPGDorvaSelinManagerPlugin> plugin;
+Plist readByLibplist(const std::string& path) {
+  const std::string bytes = bytesOf(path);
+  plist_t root = nullptr;
+  ::plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
+  if (!root) throw std::runtime_error("libplist cannot read " + path);
+  return Plist(root);
+}
+
+struct LibplistText {
+  std::unique_ptr<char, Deleter> bytes;
+  std::uint32_t size = 0;
 };
 
-/// The least that any program does that wants these bytes on the disk: no temporary file, nothing to go back to.
-void writeAndFlush(const std::string& path, const std::string& bytes) {
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  std::size_t done = 0;
-  while (descriptor >= 0 && done < bytes.size()) {
-    const ssize_t written = ::write(descriptor, bytes.data() + done, bytes.size() - done);
-    if (written <= 0) break;
-    done += static_cast<std::size_t>(written);
-  }
-  if (descriptor < 0 || done < bytes.size() || ::fsync(descriptor) != 0)
-    throw std::runtime_error("cannot write " + path);
-  ::close(descriptor);
+LibplistText writeByLibplist(const Plist& root) {
+  LibplistText text;
+  char* bytes = nullptr;
+  ::plist_to_xml(root.get(), &bytes, &text.size);
+  text.bytes.reset(bytes);
+  return text;
+}
+
+std::unique_ptr<pugi::xml_document> readByPugixml(const std::string& path) {
+  auto document = std::make_unique<pugi::xml_document>();
+  if (!document->load_file(path.c_str())) throw std::runtime_error("pugixml cannot read " + path);
+  return document;
 }
 
 struct StringWriter : pugi::xml_writer {
@@ -61,99 +79,117 @@ struct StringWriter : pugi::xml_writer {
   std::string text;
 };
 
-/// The same document as a tree of pugixml's, made anew from the items in every round as a save does.
-std::string storeByPugixml(const PropertyListDictionary& store) {
-  pugi::xml_document document;
-  pugi::xml_node root = document.append_child("plist");
-  root.append_attribute("version") = "1.0";
-  pugi::xml_node dictionary = root.append_child("dict");
-  for (const auto& [id, item] : store) {
-    dictionary.append_child("key").text().set(std::string(id).c_str());
-    pugi::xml_node entries = dictionary.append_child("dict");
-    for (const auto& [key, value] : *item.asDictionary()) {
-      entries.append_child("key").text().set(std::string(key).c_str());
-      if (const auto text = value.asString()) {
-        entries.append_child("string").text().set(std::string(*text).c_str());
-        continue;
-      }
-      pugi::xml_node list = entries.append_child("array");
-      for (const PropertyList& tag : *value.asArray())
-        list.append_child("string").text().set(std::string(*tag.asString()).c_str());
-    }
-  }
+std::string writeByPugixml(const pugi::xml_document& document) {
   StringWriter writer;
   document.save(writer, "\t", pugi::format_indent, pugi::encoding_utf8);
   return writer.text;
 }
 
-void addSaving() {
-  measure(serialising, "this project", Clock::Processor, []() -> Work {
-    return [store = std::make_shared<const EPGItemStore>(sampleStore(itemCount))](std::size_t) {
-      std::string bytes;
-      StringSink sink(bytes);
-      writeStore(sink, store->snapshot());
-      sink.flush();
-      ::benchmark::DoNotOptimize(bytes.data());
-    };
-  });
-  measure(serialising, "pugixml's tree and serialiser", Clock::Processor, []() -> Work {
-    const auto store = std::make_shared<const PropertyListDictionary>(sampleStore(itemCount));
-    return [store](std::size_t) { ::benchmark::DoNotOptimize(storeByPugixml(*store)); };
-  });
-  measure(serialising, "copying the same bytes in memory", Clock::Processor, []() -> Work {
-    return [bytes = storeFile()](std::size_t) {
-      std::string copy(bytes);
-      ::benchmark::DoNotOptimize(copy.data());
-      ::benchmark::ClobberMemory();
-    };
-  });
-
-  measure(saving, "this project", Clock::Wall, []() -> Work {
-    return [it = std::make_shared<Plugin>()](std::size_t) {
-      it->plugin->saveEPGItemsToFileThread(it->plugin->epgItems()->snapshot());
-    };
-  });
-  measure(saving, "writing and flushing the same bytes", Clock::Wall, []() -> Work {
-    return [folder = std::make_shared<WorkFolder>(), bytes = storeFile()](std::size_t) {
-      writeAndFlush(folder->file("EPGItems.plist"), bytes);
-    };
-  });
-  measure("save 100000 items, on the host's thread", "this project", Clock::Processor, []() -> Work {
-    return [it = std::make_shared<Plugin>()](std::size_t) {
-      ::benchmark::DoNotOptimize(it->plugin->epgItems()->snapshot());
-    };
-  });
+/// Freeing what was made is not part of the work.
+template <typename Work>
+Round roundOf(Work work) {
+  return [work] {
+    const Stopwatch stopwatch(processorSeconds);
+    const auto made = work();
+    return stopwatch.seconds();
+  };
 }
 
-void addLoading() {
-  measure(loading, "this project", Clock::Processor, []() -> Work {
-    return [it = std::make_shared<Plugin>()](std::size_t) {
-      ::benchmark::DoNotOptimize(EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, it->folder.path()));
-    };
-  });
-  measure(loading, "libxml2's parser, up to its tree", Clock::Processor, []() -> Work {
-    return [bytes = storeFile()](std::size_t) {
-      xmlDocPtr document = xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                                         XML_PARSE_NONET | XML_PARSE_HUGE);
-      if (!document) throw std::runtime_error("the store file cannot be read by libxml2");
-      xmlFreeDoc(document);
-    };
-  });
-  measure(loading, "pugixml's parser, up to its tree", Clock::Processor, []() -> Work {
-    return [bytes = storeFile()](std::size_t) {
-      pugi::xml_document document;
-      if (!document.load_buffer(bytes.data(), bytes.size())) {
-        throw std::runtime_error("the store file cannot be read by pugixml");
-      }
-    };
-  });
+void measureReading(Table& table, const std::string& folder, const std::string& file) {
+  BenchmarkEnvironment environment(BenchmarkEnvironment::Flush::None);
+  enum Contender : std::size_t { Creation, Libplist, Pugixml, Reading };
+  const Rounds rounds =
+      inTurns(7, {roundOf([&] { return EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, folder, environment); }),
+                  roundOf([&] { return readByLibplist(file); }), roundOf([&] { return readByPugixml(file); }),
+                  roundOf([&] { return readStore(file); })});
+  table.atLeastAsFast("read 100000 items", rounds, Libplist, "libplist", 3);
+  table.atMost("read 100000 items", rounds, Pugixml, "pugixml parse", 2.5);
+  table.atMost("create the plug-in object", rounds, Reading, "read the store", 1.1);
+}
+
+void measureWriting(Table& table, const std::string& file) {
+  const auto store = readStore(file);
+  const Plist plist = readByLibplist(file);
+  const auto document = readByPugixml(file);
+  const std::string bytes = bytesOf(file);
+  // The sample's file is in the form in which it is written, so that nobody reads or writes anything else than the
+  // rest.
+  if (storeFileOf(*store) != bytes) throw std::runtime_error("the store is written otherwise than the sample's file");
+  const LibplistText text = writeByLibplist(plist);
+  if (std::string(text.bytes.get(), text.size) != bytes) throw std::runtime_error("libplist writes another file");
+
+  enum Contender : std::size_t { Ours, Libplist, Pugixml };
+  const Rounds rounds =
+      inTurns(7, {roundOf([&] { return storeFileOf(*store); }), roundOf([&] { return writeByLibplist(plist); }),
+                  roundOf([&] { return writeByPugixml(*document); })});
+  table.atLeastAsFast("write 100000 items", rounds, Libplist, "libplist", 3);
+  table.information("write 100000 items", rounds, Pugixml, "pugixml of a ready tree");
+}
+
+void measureFlushed(Table& table) {
+  const WorkFolder folder = WorkFolder::onDisk();
+  writeSampleData(folder, itemCount);
+  BenchmarkEnvironment environment(BenchmarkEnvironment::Flush::Real);
+  PluginUser user(folder.path(), environment);
+  const std::string path = folder.file(storeFileName);
+  const std::string bytes = bytesOf(path);
+  const Rounds rounds = inTurns(5, {[&] {
+                                      const Stopwatch stopwatch(wallSeconds);
+                                      user.plugin().saveEPGItemsToFileThread(user.plugin().epgItems()->snapshot());
+                                      return stopwatch.seconds();
+                                    },
+                                    [&] {
+                                      const Stopwatch stopwatch(wallSeconds);
+                                      writeFile(path, bytes, true);
+                                      return stopwatch.seconds();
+                                    }});
+  table.information("save 100000 items, with the flush to disk (wall)", rounds, 1, "write and flush its bytes");
+}
+
+void measureMemory(Table& table, const std::string& file) {
+  std::istringstream output(runProgram({ownProgram(), "--memory", file}).output);
+  double allocated = 0;
+  double text = 0;
+  if (!(output >> allocated >> text)) throw std::runtime_error("the memory was not measured");
+  constexpr double megabyte = 1 << 20;
+  const auto megabytes = [](double bytes) { return std::to_string(static_cast<long>(bytes / megabyte)) + " MiB"; };
+  table.atMost("memory of a store of 100000 items", megabytes(allocated), "its text, " + megabytes(text),
+               allocated / text, 2.5);
+}
+
+void printMemory(const std::string& file) {
+  // What the first reading leaves behind for all others is none of the store's.
+  readStore(file).reset();
+  const std::size_t before = allocatedBytes();
+  const auto store = readStore(file);
+  const std::size_t after = allocatedBytes();
+  std::cout << after - before << ' ' << textSize(*store) << '\n';
+}
+
+void measureAll() {
+  const WorkFolder folder;
+  writeSampleData(folder, itemCount);
+  const std::string file = folder.file(storeFileName);
+  Table table;
+  measureReading(table, folder.path(), file);
+  measureWriting(table, file);
+  measureMemory(table, file);
+  measureFlushed(table);
 }
 
 }  // namespace
 
-void addStoreFileBenchmarks() {
-  addSaving();
-  addLoading();
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  try {
+    if (arguments.size() == 2 && arguments[0] == "--memory") {
+      printMemory(arguments[1]);
+    } else {
+      measureAll();
+    }
+  } catch (const std::exception& exception) {
+    std::cerr << "StoreFileBenchmark: " << exception.what() << '\n';
+    return 1;
+  }
+  return 0;
 }
-
-}  // namespace epg::benchmarks

@@ -1,4 +1,4 @@
-# Sourced by ./run and ./test: the packages that the project needs, and its builds. Expects bash with
+# Sourced by ./run, ./test and ./bench: the packages that the project needs, and its builds. Expects bash with
 # "set -euo pipefail" and the project's folder as the working directory.
 
 packages_to_run=(g++ cmake ninja-build ccache libpugixml-dev libutfcpp-dev zlib1g-dev nettle-dev libcli11-dev tzdata)
@@ -7,8 +7,9 @@ packages_for_bundle=(gobjc++ make gnustep-make libgnustep-gui-dev gnustep-back0.
 packages_to_test_bundle=(valgrind xvfb openbox xdotool x11-utils imagemagick)
 packages_to_test=(python3 libxml2-utils libgtest-dev libgmock-dev librapidcheck-dev libxml2-dev)
 packages_to_test_all=(clang clang-format clang-tidy libclang-rt-14-dev libc++-dev libc++abi-dev googletest
-  libbenchmark-dev)
+  libplist-dev)
 packages_to_test_32bit=(g++-multilib)
+packages_to_measure=(python3 libxml2-dev libplist-dev xmltv-util gnuplot-nox valgrind xvfb)
 
 jobs=$(nproc 2>/dev/null || getconf _NPROCESSORS_ONLN)
 
