@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "model/EPGItem.h"
 #include "model/KeyConstants.h"
 #include "platform/XMLText.h"
 
@@ -43,9 +42,10 @@ class DayFileWriter {
   bool programContent(std::optional<Instant> start, const PropertyListDictionary& item) {
     file_.append(">\n");
     dateAndTime(start);
-    if (!value("        <title>", item, ZRLEPGDSTitleKey, "</title>\n") ||
-        !value("        <description>", item, ZRLEPGDSDescriptionKey, "</description>\n") ||
-        !value("        <imgUrl>", item, ZRLEPGDSImageURLKey, "</imgUrl>\n") || !tags(item)) {
+    const ShownValues shown = shownValues(item);
+    if (!value("        <title>", shown.title, "</title>\n") ||
+        !value("        <description>", shown.description, "</description>\n") ||
+        !value("        <imgUrl>", shown.imageURL, "</imgUrl>\n") || !tags(shown.tags)) {
       return false;
     }
     file_.append("    </program>\n");
@@ -63,10 +63,18 @@ class DayFileWriter {
     constexpr std::size_t mostDigits = 20;
     char digits[mostDigits];
     std::size_t first = mostDigits;
-    do {
+    // Two at a time: a hash has twenty, and each division waits for the one before.
+    while (magnitude >= 100) {
+      const auto pair = static_cast<unsigned>(magnitude % 100);
+      magnitude /= 100;
+      digits[--first] = static_cast<char>('0' + pair % 10);
+      digits[--first] = static_cast<char>('0' + pair / 10);
+    }
+    if (magnitude >= 10) {
       digits[--first] = static_cast<char>('0' + magnitude % 10);
       magnitude /= 10;
-    } while (magnitude != 0);
+    }
+    digits[--first] = static_cast<char>('0' + magnitude);
     file_.append(std::string_view(digits + first, mostDigits - first));
   }
 
@@ -93,20 +101,38 @@ class DayFileWriter {
     file_.append("</minute>\n        </time>\n");
   }
 
-  bool value(std::string_view startTag, const PropertyListDictionary& item, const char* key, std::string_view endTag) {
+  /// What a day file shows of an item, as `stringValue` and `tagsValue` find it.
+  struct ShownValues {
+    std::optional<std::string_view> title, description, imageURL;
+    const PropertyList::Elements* tags = nullptr;
+  };
+
+  /// In one walk, which is shorter than looking each of them up: items have few entries besides these.
+  ShownValues shownValues(const PropertyListDictionary& item) const {
+    ShownValues shown;
+    for (const auto& [key, value] : item) {
+      const std::string_view name = key;
+      if (name == titleKey_) shown.title = value.asString();
+      if (name == descriptionKey_) shown.description = value.asString();
+      if (name == imageURLKey_) shown.imageURL = value.asString();
+      if (name == tagsKey_) shown.tags = value.asArray();
+    }
+    return shown;
+  }
+
+  bool value(std::string_view startTag, std::optional<std::string_view> text, std::string_view endTag) {
     file_.append(startTag);
-    const auto text = stringValue(item, key);
     if (text && !escaped(*text, XMLContext::Text)) return false;
     file_.append(endTag);
     return true;
   }
 
-  bool tags(const PropertyListDictionary& item) {
+  bool tags(const PropertyList::Elements* list) {
     bool hasTags = false;
     file_.append("        <tags>");
-    if (const auto list = tagsValue(item)) {
+    if (list) {
       for (const PropertyList& tag : *list) {
-        const auto name = tag.asString();
+        const std::optional<std::string_view> name = tag.asString();
         if (!name) continue;
         if (!hasTags) file_.append("\n");
         hasTags = true;
@@ -120,6 +146,10 @@ class DayFileWriter {
     return true;
   }
 
+  const std::string_view titleKey_ = ZRLEPGDSTitleKey;
+  const std::string_view descriptionKey_ = ZRLEPGDSDescriptionKey;
+  const std::string_view imageURLKey_ = ZRLEPGDSImageURLKey;
+  const std::string_view tagsKey_ = ZRLEPGDSTagsKey;
   ByteSink& file_;
   const LocalCalendar& calendar_;
   bool hasPrograms_ = false;

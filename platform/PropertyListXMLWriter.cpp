@@ -93,11 +93,15 @@ class XMLWriter {
     document_.append(tabs.substr(0, missing));
   }
 
-  void line(std::string_view start, std::string_view content = {}, std::string_view end = {}) {
+  void line(std::string_view whole) {
     indent();
-    document_.append(start);
+    document_.append(whole);
+  }
+
+  void line(std::string_view startTag, std::string_view content, std::string_view endTag) {
+    line(startTag);
     document_.append(content);
-    document_.append(end);
+    document_.append(endTag);
   }
 
   bool text(std::string_view startTag, std::string_view content, std::string_view endTag) {
@@ -180,16 +184,27 @@ class XMLWriter {
     }
     line("<dict>\n");
     ++level_;
-    const bool plain =
-        std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isCarriedByXML(one.first); });
-    if (!(plain ? contents(entries, depth) : contents(withCarriedKeys(entries), depth))) return false;
+    if (!(haveAllPlainKeys(entries) ? contentsUnderPlainKeys(entries, depth) : contents(entries, depth))) return false;
     --level_;
     line("</dict>\n");
     return true;
   }
 
+  /// As those of items have, but for the strangest, so that each is looked through once.
+  static bool haveAllPlainKeys(const PropertyListDictionary& entries) {
+    return std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isPlainInXML(one.first); });
+  }
+
+  bool contentsUnderPlainKeys(const PropertyListDictionary& entries, int depth) {
+    return std::all_of(entries.begin(), entries.end(), [&](const auto& one) {
+      line("<key>", one.first, "</key>\n");
+      return value(one.second, depth + 1);
+    });
+  }
+
   bool contents(const PropertyListDictionary& entries, int depth) {
-    return std::all_of(entries.begin(), entries.end(),
+    const PropertyListDictionary carried = withCarriedKeys(entries);
+    return std::all_of(carried.begin(), carried.end(),
                        [&](const auto& one) { return entry(one.first, one.second, depth); });
   }
 
