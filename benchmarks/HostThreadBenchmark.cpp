@@ -24,7 +24,7 @@ namespace {
 
 constexpr std::size_t count = 100000;
 constexpr double limit = 0.001;
-constexpr int callsAtRest = 10;
+constexpr int callsAtRest = 100;
 // Of both, that many are started while the other one runs.
 constexpr std::size_t jobsAtWork = 10;
 

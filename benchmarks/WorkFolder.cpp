@@ -44,7 +44,7 @@ void WorkFolder::write(const std::string& name, const std::string& content) cons
   writeFile(file(name), content, false);
 }
 
-void writeFile(const std::string& path, const std::string& bytes, bool flush) {
+void writeFile(const std::string& path, std::string_view bytes, bool flush) {
   const std::string temporary = path + ".new";
   const int descriptor = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
   std::size_t done = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace epg::benchmarks {
 
@@ -28,6 +29,6 @@ class WorkFolder {
 
 /// Writes the bytes as the best of programs would: a temporary file, one call, and the name in the end. `flush` also
 /// waits for the disk.
-void writeFile(const std::string& path, const std::string& bytes, bool flush);
+void writeFile(const std::string& path, std::string_view bytes, bool flush);
 
 }  // namespace epg::benchmarks

@@ -35,17 +35,17 @@ bool holdsTag(const PropertyList::Elements* tags, std::string_view tag) {
 }
 
 /// The list with the tag put in at the end or taken out everywhere; nothing when that changes nothing.
-std::optional<PropertyList::Array> changedTags(const PropertyList::Elements* tags, const PropertyList& tag, bool on) {
+std::optional<PropertyList::Elements> changedTags(const PropertyList::Elements* tags, const PropertyList& tag,
+                                                  bool on) {
   const std::string_view name = *tag.asString();
   if (holdsTag(tags, name) == on) return std::nullopt;
-  PropertyList::Array changed;
-  changed.reserve(tags ? tags->size() + 1 : 1);
-  if (tags) {
-    std::copy_if(tags->begin(), tags->end(), std::back_inserter(changed),
-                 [&](const PropertyList& t) { return !isTag(t, name); });
-  }
-  if (on) changed.push_back(tag);
-  return changed;
+  const PropertyList::Elements before = tags ? *tags : PropertyList::Elements();
+  if (on) return before.with(tag, before.size(), 0);
+  PropertyList::Array left;
+  left.reserve(before.size());
+  std::copy_if(before.begin(), before.end(), std::back_inserter(left),
+               [&](const PropertyList& t) { return !isTag(t, name); });
+  return PropertyList::Elements(std::make_move_iterator(left.begin()), std::make_move_iterator(left.end()));
 }
 
 }  // namespace
@@ -146,15 +146,16 @@ void EPGDorvaSelinViewController::setStateOfTag(std::ptrdiff_t state, int index)
   if (!items_ || !isTagIndex(index) || (state != TagStateOn && state != TagStateOff)) return;
   const std::string& name = tags_[static_cast<std::size_t>(index)];
   const PropertyList tag(name);
+  const SharedText tagsKey(ZRLEPGDSTagsKey);
   const std::optional<std::size_t> changesBefore = items_->changeCount();
   const std::size_t count = items_->size();
   std::size_t changedItems = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const std::shared_ptr<EPGItem> item = items_->at(i);
     const PropertyListDictionary values = item->values();
-    std::optional<PropertyList::Array> changed = changedTags(tagsValue(values), tag, state == TagStateOn);
+    std::optional<PropertyList::Elements> changed = changedTags(tagsValue(values), tag, state == TagStateOn);
     if (!changed) continue;
-    item->set(ZRLEPGDSTagsKey, PropertyList(std::move(*changed)));
+    item->set(tagsKey, std::move(*changed));
     ++changedItems;
   }
   // The other tags' states still hold, unless there were other changes: then the count is not the one kept here.

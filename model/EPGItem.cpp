@@ -32,17 +32,15 @@ void EPGItem::setValues(const std::vector<PropertyListDictionary::Entry>& entrie
   PropertyListDictionary old;
   const std::lock_guard<std::mutex> lock(mutex());
   old = values_;
-  std::vector<PropertyListDictionary::Entry> changed;
-  changed.reserve(values_.size() + entries.size());
-  changed.assign(values_.begin(), values_.end());
-  changed.insert(changed.end(), entries.begin(), entries.end());
-  values_ = PropertyListDictionary(std::move(changed));
+  PropertyListDictionary changed = values_;
+  for (const auto& [key, value] : entries) changed.set(key, value);
+  values_ = std::move(changed);
   noteChange();
 }
 
-void EPGItem::set(std::string_view key, PropertyList value) {
+void EPGItem::set(SharedText key, PropertyList value) {
   std::vector<PropertyListDictionary::Entry> entry;
-  entry.emplace_back(key, std::move(value));
+  entry.emplace_back(std::move(key), std::move(value));
   setValues(entry);
 }
 

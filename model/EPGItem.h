@@ -31,7 +31,7 @@ class EPGItem {
   virtual PropertyListDictionary values() const;
   /// Puts all the entries in at one moment, replacing what stands under their keys.
   virtual void setValues(const std::vector<PropertyListDictionary::Entry>& entries);
-  void set(std::string_view key, PropertyList value);
+  void set(SharedText key, PropertyList value);
   virtual void remove(const std::string& key);
 
   /// A new item with the same entries; nested values are shared, which is safe because none is changed in place.

@@ -111,25 +111,30 @@ PropertyListDictionary::PropertyListDictionary(std::vector<Entry> entries) {
 }
 
 const PropertyList* PropertyListDictionary::find(std::string_view key) const {
-  const Entry* const entry = std::lower_bound(
-      begin(), end(), key, [](const Entry& e, std::string_view wanted) { return e.first.view() < wanted; });
+  const Entry* const entry = position(key);
   return entry != end() && entry->first == key ? &entry->second : nullptr;
 }
 
+const PropertyListDictionary::Entry* PropertyListDictionary::position(std::string_view key) const {
+  return std::lower_bound(begin(), end(), key,
+                          [](const Entry& entry, std::string_view wanted) { return entry.first.view() < wanted; });
+}
+
 void PropertyListDictionary::set(SharedText key, PropertyList value) {
-  std::vector<Entry> entries;
-  entries.reserve(size() + 1);
-  entries.assign(begin(), end());
-  entries.emplace_back(std::move(key), std::move(value));
-  *this = PropertyListDictionary(std::move(entries));
+  const Entry* const place = position(key);
+  const bool stands = place != end() && place->first == key;
+  const auto at = static_cast<std::size_t>(place - begin());
+  entries_ = entries_.with(Entry(std::move(key), std::move(value)), at, stands ? 1 : 0);
 }
 
 void PropertyListDictionary::remove(std::string_view key) {
-  if (!find(key)) return;
+  const Entry* const place = position(key);
+  if (place == end() || place->first != key) return;
   std::vector<Entry> entries;
-  entries.reserve(size());
-  std::copy_if(begin(), end(), std::back_inserter(entries), [&](const Entry& entry) { return entry.first != key; });
-  *this = PropertyListDictionary(std::move(entries));
+  entries.reserve(size() - 1);
+  entries.assign(begin(), place);
+  entries.insert(entries.end(), place + 1, end());
+  entries_ = PropertyListEntries(std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end()));
 }
 
 bool operator==(const PropertyListDictionary& a, const PropertyListDictionary& b) {

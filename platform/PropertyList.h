@@ -58,6 +58,9 @@ class PropertyListDictionary {
   friend bool operator!=(const PropertyListDictionary& a, const PropertyListDictionary& b) { return !(a == b); }
 
  private:
+  /// Where the key stands or would stand.
+  const Entry* position(std::string_view key) const;
+
   PropertyListEntries entries_;
 };
 

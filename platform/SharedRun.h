@@ -22,20 +22,23 @@ class SharedRun {
   /// Makes each element out of what stands in the range, which a move iterator moves from.
   template <class ForwardIterator>
   SharedRun(ForwardIterator first, ForwardIterator last) {
-    const auto count = static_cast<std::size_t>(std::distance(first, last));
-    if (count == 0) return;
-    if (count > (std::numeric_limits<std::size_t>::max() - offset()) / sizeof(Element)) throw std::bad_alloc();
-    void* const memory = ::operator new(offset() + count * sizeof(Element));
-    auto* const header = new (memory) Header(count);
-    Element* const elements = elementsOf(header);
-    std::size_t made = 0;
-    try {
-      for (; made < count; ++made, ++first) new (elements + made) Element(*first);
-    } catch (...) {
-      destroy(header, made);
-      throw;
-    }
-    header_ = header;
+    make(static_cast<std::size_t>(std::distance(first, last)), [&](Element* place, std::size_t /*index*/) {
+      new (place) Element(*first);
+      ++first;
+    });
+  }
+
+  /// A copy with the element in the place of the `replaced` ones (none or one) that stand from `at` on.
+  SharedRun with(Element element, std::size_t at, std::size_t replaced) const {
+    SharedRun changed;
+    changed.make(size() + 1 - replaced, [&](Element* place, std::size_t index) {
+      if (index == at) {
+        new (place) Element(std::move(element));
+      } else {
+        new (place) Element((*this)[index < at ? index : index - 1 + replaced]);
+      }
+    });
+    return changed;
   }
 
   SharedRun(const SharedRun& other) noexcept : header_(other.header_) {
@@ -80,6 +83,24 @@ class SharedRun {
 
   static Element* elementsOf(Header* header) noexcept {
     return reinterpret_cast<Element*>(reinterpret_cast<char*>(header) + offset());
+  }
+
+  /// Needs an empty run. `makeAt` makes the element of an index at its place.
+  template <class MakeAt>
+  void make(std::size_t count, const MakeAt& makeAt) {
+    if (count == 0) return;
+    if (count > (std::numeric_limits<std::size_t>::max() - offset()) / sizeof(Element)) throw std::bad_alloc();
+    void* const memory = ::operator new(offset() + count * sizeof(Element));
+    auto* const header = new (memory) Header(count);
+    Element* const elements = elementsOf(header);
+    std::size_t made = 0;
+    try {
+      for (; made < count; ++made) makeAt(elements + made, made);
+    } catch (...) {
+      destroy(header, made);
+      throw;
+    }
+    header_ = header;
   }
 
   static void destroy(Header* header, std::size_t made) noexcept {
