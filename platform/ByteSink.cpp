@@ -2,13 +2,6 @@
 
 namespace epg {
 
-namespace {
-
-// Enough to make the calls that take a piece cheap, and small enough for a processor's nearer caches.
-constexpr std::size_t pieceSize = std::size_t{1} << 16;
-
-}  // namespace
-
 // Not by make_unique, which would fill the bytes first.
 ByteSink::ByteSink() : piece_(new char[pieceSize]), next_(piece_.get()), end_(piece_.get() + pieceSize) {}
 

@@ -86,20 +86,6 @@ struct SortedRecord {
   const EPGItemStoreRecord* record;
 };
 
-/// How many bytes at the beginning are the same in all IDs.
-std::size_t commonLength(const std::vector<SortedRecord>& records) {
-  if (records.empty()) return 0;
-  const std::string_view first = records.front().record->uniqueID;
-  std::size_t common = first.size();
-  for (const SortedRecord& sorted : records) {
-    const std::string_view uniqueID = sorted.record->uniqueID;
-    common = std::min(common, uniqueID.size());
-    const auto end = first.begin() + static_cast<std::ptrdiff_t>(common);
-    common = static_cast<std::size_t>(std::mismatch(first.begin(), end, uniqueID.begin()).first - first.begin());
-  }
-  return common;
-}
-
 /// The bytes from there on, zeros where there are none, as a number that is in the order of the bytes.
 std::uint64_t bytesAsNumber(std::string_view text, std::size_t from) {
   std::uint64_t number = 0;
@@ -109,14 +95,43 @@ std::uint64_t bytesAsNumber(std::string_view text, std::size_t from) {
   return number;
 }
 
-/// Sorted by the bytes of the IDs. The IDs of a large store lie all over memory, so they are looked at once, and again
-/// only where the bytes taken from them are the same; they mostly differ behind a common beginning.
+/// How many bytes at the beginning are the same, up to `limit`, which the first text has.
+std::size_t commonLength(std::string_view first, std::string_view second, std::size_t limit) {
+  std::size_t length = 0;
+  while (length < limit && length < second.size() && first[length] == second[length]) ++length;
+  return length;
+}
+
+/// Takes the telling bytes of the first records from behind a beginning of this length. How much of that beginning
+/// their IDs have in common with the first one; where it is less, the bytes are of no use.
+std::size_t takeTellingBytes(std::vector<SortedRecord>& records, std::size_t count, std::size_t beginning) {
+  const std::string_view first = records.front().record->uniqueID;
+  std::size_t common = beginning;
+  for (std::size_t i = 0; i < count; ++i) {
+    // Records and IDs lie all over memory. They are fetched while those before them are looked at.
+    constexpr std::size_t ahead = 8;
+    if (i + 2 * ahead < count) __builtin_prefetch(records[i + 2 * ahead].record);
+    if (i + ahead < count) __builtin_prefetch(records[i + ahead].record->uniqueID.view().data());
+    const std::string_view uniqueID = records[i].record->uniqueID;
+    records[i].tellingBytes = bytesAsNumber(uniqueID, beginning);
+    common = commonLength(first, uniqueID, common);
+  }
+  return common;
+}
+
+/// Sorted by the bytes of the IDs. IDs mostly differ behind a common beginning, so the bytes there nearly always tell
+/// which comes first, without another look at the IDs.
 std::vector<SortedRecord> sortedRecords(const EPGItemStoreSnapshot& snapshot) {
   std::vector<SortedRecord> records;
   records.reserve(snapshot.size());
   for (const EPGItemStoreRecord& record : snapshot) records.push_back(SortedRecord{0, &record});
-  const std::size_t common = commonLength(records);
-  for (SortedRecord& sorted : records) sorted.tellingBytes = bytesAsNumber(sorted.record->uniqueID, common);
+  if (records.empty()) return records;
+  // What some have in common, all have in common as a rule.
+  constexpr std::size_t some = 64;
+  const std::size_t guess =
+      takeTellingBytes(records, std::min(some, records.size()), records.front().record->uniqueID.size());
+  const std::size_t common = takeTellingBytes(records, records.size(), guess);
+  if (common < guess) takeTellingBytes(records, records.size(), common);
   std::sort(records.begin(), records.end(), [](const SortedRecord& a, const SortedRecord& b) {
     if (a.tellingBytes != b.tellingBytes) return a.tellingBytes < b.tellingBytes;
     return a.record->uniqueID < b.record->uniqueID;

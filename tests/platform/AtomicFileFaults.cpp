@@ -271,19 +271,20 @@ INSTANTIATE_TEST_SUITE_P(AtomicFile, Replacement,
 
 // Content that is made while it is written
 
-/// Content of many pieces, far more than one write takes.
-FileContent longContent(const std::string& line, int lines) {
-  return [line, lines](ByteSink& sink) {
-    for (int i = 0; i < lines; ++i) sink.append(line);
-    return 0;
-  };
+const std::string line = "0123456789\n";
+const int lines = static_cast<int>(5 * ByteSink::pieceSize / line.size());
+
+/// Content of several pieces.
+int longContent(ByteSink& sink) {
+  for (int i = 0; i < lines; ++i) sink.append(line);
+  return 0;
 }
 
 TEST_P(Replacement, ContentOfManyPiecesIsWrittenWhole) {
   Scene scene(before, volume);
-  EXPECT_EQ(replaceFile(scene.environment, scene.target, longContent("0123456789\n", 50000)), 0);
+  EXPECT_EQ(replaceFile(scene.environment, scene.target, longContent), 0);
   std::string expected;
-  for (int i = 0; i < 50000; ++i) expected += "0123456789\n";
+  for (int i = 0; i < lines; ++i) expected += line;
   scene.expectReplacedBy(expected);
 }
 
@@ -323,7 +324,7 @@ TEST_P(Replacement, ContentThatThrowsLeavesTheOldFile) {
 
 TEST_P(Replacement, AWriteThatFailsInAnyPieceIsTheErrorAndEndsTheContent) {
   Scene counted(before, volume);
-  ASSERT_EQ(replaceFile(counted.environment, counted.target, longContent("0123456789\n", 50000)), 0);
+  ASSERT_EQ(replaceFile(counted.environment, counted.target, longContent), 0);
   const auto& calls = counted.environment.calls();
   std::size_t writes = 0;
   for (std::size_t number = 0; number < calls.size(); ++number) {
@@ -333,10 +334,10 @@ TEST_P(Replacement, AWriteThatFailsInAnyPieceIsTheErrorAndEndsTheContent) {
     Scene scene(before, volume);
     scene.environment.fail(number, ENOSPC);
     const FileContent content = [](ByteSink& sink) {
-      for (int i = 0; i < 50000; ++i) {
+      for (int i = 0; i < lines; ++i) {
         // What stopped the content matters, not that it stopped.
         if (sink.failed()) return EILSEQ;
-        sink.append("0123456789\n");
+        sink.append(line);
       }
       return 0;
     };
