@@ -1,5 +1,6 @@
 // BundleBenchmark --load          measures how long an AppKit process takes to load the bundle
 // BundleBenchmark --load-once     does that once, in this process, and prints the seconds
+// BundleBenchmark --create        measures the creation of a plug-in object
 // BundleBenchmark --host-thread   measures how long the host's thread is away when it calls the plug-in
 
 #import <AppKit/AppKit.h>
@@ -16,6 +17,7 @@
 #include "benchmarks/ChildProcess.h"
 #include "benchmarks/PluginUser.h"
 #include "benchmarks/SampleData.h"
+#include "benchmarks/StoreReading.h"
 #include "benchmarks/Table.h"
 #include "benchmarks/Timing.h"
 #include "benchmarks/WorkFolder.h"
@@ -217,6 +219,27 @@ class HostThread {
   std::map<std::string, Calls> calls_;
 };
 
+void measureCreation() {
+  const WorkFolder folder;
+  writeSampleData(folder, count);
+  Class principal = principalClassOfBundle();
+  NSBundle* bundle = [NSBundle bundleForClass:principal];
+  NSString* path = toString(folder.path());
+  const auto creation = [&] {
+    const Stopwatch stopwatch(processorSeconds);
+    id plugin = [[principal alloc] initWithBundle:bundle dataFolderPath:path];
+    const double seconds = stopwatch.seconds();
+    [plugin release];
+    return seconds;
+  };
+  const auto reading = [&] {
+    const Stopwatch stopwatch(processorSeconds);
+    const auto store = readStore(folder.file(storeFileName));
+    return stopwatch.seconds();
+  };
+  Table().atMost("bundle: create the plug-in object", inTurns(5, {creation, reading}), 1, "read the store", 1.1);
+}
+
 void measureHostThread() {
   Table table;
   HostThread host;
@@ -237,10 +260,12 @@ int main(int argc, char** argv) {
       loadOnce();
     } else if (what == "--load") {
       measureLoading();
+    } else if (what == "--create") {
+      measureCreation();
     } else if (what == "--host-thread") {
       measureHostThread();
     } else {
-      std::cerr << "usage: BundleBenchmark --load | --host-thread\n";
+      std::cerr << "usage: BundleBenchmark --load | --create | --host-thread\n";
       status = 2;
     }
   } catch (const std::exception& exception) {

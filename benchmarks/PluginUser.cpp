@@ -1,6 +1,5 @@
 #include "benchmarks/PluginUser.h"
 
-#include <cstring>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -16,11 +15,14 @@ const char* const configurationName = "Benchmark";
 void BenchmarkEnvironment::fileReplaced(const std::string& path, int error) {
   // On a thread of the plug-in's nobody could be told; a run whose files cannot be written has measured nothing.
   if (error != 0) throw std::runtime_error("cannot write " + path);
-  if (path.size() > std::strlen(storeFileName) &&
-      path.compare(path.size() - std::strlen(storeFileName), std::string::npos, storeFileName) == 0) {
-    ++storesWritten_;
-  }
-  ++filesWritten_;
+}
+
+void BenchmarkEnvironment::detachThread(std::function<void()> body) {
+  ++threads_;
+  Environment::detachThread([this, body = std::move(body)] {
+    body();
+    --threads_;
+  });
 }
 
 void writeSampleData(const WorkFolder& folder, std::size_t items) {
@@ -31,7 +33,9 @@ void writeSampleData(const WorkFolder& folder, std::size_t items) {
 }
 
 PluginUser::PluginUser(const std::string& folder, BenchmarkEnvironment& environment)
-    : folder_(folder), plugin_(EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, folder, environment)) {
+    : folder_(folder),
+      environment_(environment),
+      plugin_(EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, folder, environment)) {
   plugin_->setDelegate(this);
 }
 
@@ -42,9 +46,8 @@ PluginUser::~PluginUser() {
 }
 
 void PluginUser::prepareExport() {
-  const std::size_t before = reports_;
   plugin_->exportEvents({}, configurationName);
-  while (reports_ == before || plugin_->busyExporting()) std::this_thread::yield();
+  while (environment_.threads() > 0) std::this_thread::yield();
 }
 
 void PluginUser::exportHere(std::vector<EPGEvent> events) {
@@ -53,9 +56,6 @@ void PluginUser::exportHere(std::vector<EPGEvent> events) {
   if (!succeeded_) throw std::runtime_error("the day file was not written");
 }
 
-void PluginUser::epgExportEventCompleted(bool succeeded, const EPGError* /*error*/) {
-  succeeded_ = succeeded;
-  ++reports_;
-}
+void PluginUser::epgExportEventCompleted(bool succeeded, const EPGError* /*error*/) { succeeded_ = succeeded; }
 
 }  // namespace epg::benchmarks

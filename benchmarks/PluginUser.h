@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,16 +22,14 @@ class BenchmarkEnvironment : public Environment {
   int flushFile(int descriptor) override { return flush_ == Flush::Real ? Environment::flushFile(descriptor) : 0; }
   Instant now() override { return Instant::fromUnixTime(1330880400); }
   void fileReplaced(const std::string& path, int error) override;
+  void detachThread(std::function<void()> body) override;
 
-  /// How many files have been written so far.
-  std::size_t filesWritten() const { return filesWritten_; }
-  /// And how many of them hold a store.
-  std::size_t storesWritten() const { return storesWritten_; }
+  /// How many saves and exports run, or are about to.
+  int threads() const { return threads_; }
 
  private:
   Flush flush_;
-  std::atomic<std::size_t> filesWritten_{0};
-  std::atomic<std::size_t> storesWritten_{0};
+  std::atomic<int> threads_{0};
 };
 
 /// The name of the store's file.
@@ -59,16 +58,13 @@ class PluginUser : private TelvarinManagerEPGPluginProtocol_Delegate {
   void exportHere(std::vector<EPGEvent> events);
   std::string dayFile() const { return folder_ + "/" + dayFileName; }
 
-  /// How many exports have reported.
-  std::size_t reports() const { return reports_; }
-
  private:
   bool respondsToEPGExportEventCompleted() const override { return true; }
   void epgExportEventCompleted(bool succeeded, const EPGError* error) override;
 
   std::string folder_;
+  BenchmarkEnvironment& environment_;
   std::shared_ptr<EPGDorvaSelinManagerPlugin> plugin_;
-  std::atomic<std::size_t> reports_{0};
   std::atomic<bool> succeeded_{false};
 };
 

@@ -52,12 +52,17 @@ void Table::figure(const std::string& target, double ours, double limit, const s
 
 void Table::calls(const std::string& target, const Calls& calls, double limit) {
   row(target, calls.text(), "", "", "<= " + millisecondsText(limit),
-      verdict(calls.wall99() <= limit && calls.worst() <= limit));
+      verdict(calls.wallOfNearlyAll() <= limit && calls.worst() <= limit));
 }
 
 void Table::information(const std::string& target, const Rounds& rounds, std::size_t other, const std::string& peer) {
-  row(target, millisecondsText(rounds.seconds(0)), peerText(peer, rounds, other), number(rounds.ratio(0, other)), "",
-      "");
+  information(target, rounds, 0, other, peer);
+}
+
+void Table::information(const std::string& target, const Rounds& rounds, std::size_t one, std::size_t other,
+                        const std::string& peer) {
+  row(target, millisecondsText(rounds.seconds(one)), peerText(peer, rounds, other), number(rounds.ratio(one, other)),
+      "", "");
 }
 
 void Table::row(const std::string& target, const std::string& ours, const std::string& peer, const std::string& ratio,

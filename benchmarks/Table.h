@@ -23,10 +23,13 @@ class Table {
                      double factor);
   /// A figure that is to be at most `limit`, both in `unit`.
   void figure(const std::string& target, double ours, double limit, const std::string& unit);
-  /// Calls that are to return within the seconds: 99 of 100 by the clock on the wall, each by the processor's.
+  /// Calls that are to return within the seconds: nearly all by the clock on the wall, each by the processor's.
   void calls(const std::string& target, const Calls& calls, double limit);
   /// Nothing that has to be met.
   void information(const std::string& target, const Rounds& rounds, std::size_t other, const std::string& peer);
+  /// Of two contenders neither of which is ours.
+  void information(const std::string& target, const Rounds& rounds, std::size_t one, std::size_t other,
+                   const std::string& peer);
 
  private:
   void row(const std::string& target, const std::string& ours, const std::string& peer, const std::string& ratio,

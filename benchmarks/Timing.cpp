@@ -71,17 +71,19 @@ void Calls::measure(const std::function<void()>& call) {
   wall_.push_back(wall.seconds());
 }
 
-double Calls::wall99() const {
+std::size_t Calls::nearlyAll() const { return count() - std::max(count() / 100, std::size_t{1}); }
+
+double Calls::wallOfNearlyAll() const {
   std::vector<double> sorted(wall_);
   std::sort(sorted.begin(), sorted.end());
-  return sorted.at((sorted.size() * 99 + 99) / 100 - 1);
+  return sorted.at(nearlyAll() - 1);
 }
 
 double Calls::worst() const { return *std::max_element(thread_.begin(), thread_.end()); }
 
 std::string Calls::text() const {
-  return "99 % of " + std::to_string(count()) + " in " + millisecondsText(wall99()) + ", worst CPU " +
-         millisecondsText(worst());
+  return std::to_string(nearlyAll()) + " of " + std::to_string(count()) + " in " + millisecondsText(wallOfNearlyAll()) +
+         ", worst CPU " + millisecondsText(worst());
 }
 
 std::string millisecondsText(double seconds) {
