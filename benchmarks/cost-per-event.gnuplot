@@ -7,6 +7,7 @@ set ylabel "microseconds of the processor for one event"
 set format x "10^{%T}"
 set grid xtics ytics linecolor "#dddddd"
 set key outside right center
+set xrange [700:1500000]
 set yrange [0.1:*]
 set style line 1 linewidth 3 pointtype 7 linecolor "#1b6ca8"
 set style line 2 linewidth 2 pointtype 5 linecolor "#c44536"
