@@ -28,7 +28,7 @@ Digest digestOf(const std::string& bytes) {
   }
   CC_SHA256_Final(digest.data(), &context);
 #else
-  sha256_ctx context;
+  sha256_ctx context{};
   sha256_init(&context);
   sha256_update(&context, bytes.size(), reinterpret_cast<const std::uint8_t*>(bytes.data()));
   sha256_digest(&context, digest.size(), digest.data());

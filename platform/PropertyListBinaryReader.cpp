@@ -244,12 +244,12 @@ class BinaryReader {
     std::string text = bytes_.substr(span.start, span.count);
     object.expandedSize += text.size();
     if (kind == 0x4) {
-      object.value = PropertyList::fromData(std::move(text));
+      object.value = PropertyList::fromData(text);
       return true;
     }
     const bool isASCII = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
     if (kind == 0x5 ? !isASCII : !isUTF8(text)) return fail(offset, kind == 0x5 ? "not ASCII" : "not UTF-8");
-    object.value = PropertyList(std::move(text));
+    object.value = PropertyList(text);
     return true;
   }
 
@@ -270,7 +270,7 @@ class BinaryReader {
       }
     }
     object.expandedSize += text.size();
-    object.value = PropertyList(std::move(text));
+    object.value = PropertyList(text);
   }
 
   const Object* referenced(std::size_t at, Object& container, int depth) {

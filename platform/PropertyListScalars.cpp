@@ -159,7 +159,7 @@ std::optional<PropertyList> dataFromText(std::string_view text) {
     bytes += static_cast<char>(group >> 10 & 0xFF);
     bytes += static_cast<char>(group >> 2 & 0xFF);
   }
-  return PropertyList::fromData(std::move(bytes));
+  return PropertyList::fromData(bytes);
 }
 
 }  // namespace

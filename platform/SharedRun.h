@@ -45,12 +45,8 @@ class SharedRun {
     if (header_) header_->holders.fetch_add(1, std::memory_order_relaxed);
   }
   SharedRun(SharedRun&& other) noexcept : header_(std::exchange(other.header_, nullptr)) {}
-  SharedRun& operator=(const SharedRun& other) noexcept {
-    SharedRun(other).swap(*this);
-    return *this;
-  }
-  SharedRun& operator=(SharedRun&& other) noexcept {
-    SharedRun(std::move(other)).swap(*this);
+  SharedRun& operator=(SharedRun other) noexcept {
+    swap(other);
     return *this;
   }
   ~SharedRun() {

@@ -84,15 +84,15 @@ void EPGItemStore::setEntry(const std::string& uniqueID, EPGItemStoreEntry entry
   setRecord(EPGItemStoreRecord{uniqueID, std::move(entry)});
 }
 
-void EPGItemStore::setRecord(EPGItemStoreRecord changed) {
-  const std::size_t hash = EPGItemStoreSnapshot::hashOf(changed.uniqueID);
-  const Record record = std::make_shared<const EPGItemStoreRecord>(std::move(changed));
+void EPGItemStore::setRecord(EPGItemStoreRecord record) {
+  const std::size_t hash = EPGItemStoreSnapshot::hashOf(record.uniqueID);
+  const Record shared = std::make_shared<const EPGItemStoreRecord>(std::move(record));
   // Given up after the lock, should it be the last hold on something that looks at the store as it goes.
   Part replaced;
   Record before;
   const std::lock_guard<std::mutex> lock(mutex_);
-  before = changeablePart(hash, &replaced).set(hash, record);
-  noteChange(before, record);
+  before = changeablePart(hash, &replaced).set(hash, shared);
+  noteChange(before, shared);
 }
 
 void EPGItemStore::removeEntry(const std::string& uniqueID) { remove(uniqueID, Removed::Everything); }
