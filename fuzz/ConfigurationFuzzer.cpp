@@ -59,9 +59,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::vector<std::string> names = epg::exportConfigurationNames(environment, "/data");
   FUZZ_CHECK(names.size() == 1);
   const auto configuration = epg::exportConfiguration(environment, "/data", names.front());
-  const std::string* const path = epg::stringValue(configuration, epg::ZRLEPGDSConfigExportPath);
+  const auto path = epg::stringValue(configuration, epg::ZRLEPGDSConfigExportPath);
   const auto folder = epg::exportFolder(environment, configuration);
-  FUZZ_CHECK(folder.has_value() == (path != nullptr));
+  FUZZ_CHECK(folder.has_value() == path.has_value());
   if (path && (path->empty() || path->front() != '~')) FUZZ_CHECK(*folder == *path);
   return 0;
 }
