@@ -13,7 +13,7 @@ namespace {
 
 bool lacksText(const PropertyListDictionary& item, const char* key) {
   const auto text = stringValue(item, key);
-  return !text || strippedOfWhiteSpace(std::string(*text)).empty();
+  return !text || strippedOfWhiteSpace(*text).empty();
 }
 
 /// The tags outside the catalogue, each once, as they stand on one line; empty without any.

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstring>
-#include <iterator>
 #include <utility>
 #include <vector>
 
