@@ -26,6 +26,8 @@ class SharedText {
 
   std::size_t size() const noexcept { return characters_.size(); }
   bool empty() const noexcept { return characters_.empty(); }
+  /// Where its memory begins, null when empty; for `fetchAhead`.
+  const void* block() const noexcept { return characters_.block(); }
 
  private:
   SharedRun<char> characters_;
@@ -70,7 +72,14 @@ class SharedTextPool {
  private:
   static constexpr std::size_t longest = 64;  // Longer texts are hardly ever the same.
 
-  std::array<SharedText, 1024> texts_;
+  struct Remembered {
+    std::size_t hash = 0;
+    SharedText text;
+  };
+
+  // The last four for each hash, the one that was asked for last in front: a tag that is used again and again stays,
+  // however many IDs and titles come and go.
+  std::array<std::array<Remembered, 4>, 1024> texts_;
 };
 
 }  // namespace epg

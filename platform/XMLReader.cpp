@@ -110,17 +110,21 @@ std::optional<std::string> convertUTF16ToUTF8(const std::string& bytes, std::siz
   return text;
 }
 
+bool isUTF8Name(const std::string& encoding) {
+  return encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII" || encoding == "ASCII";
+}
+
+constexpr char markOfUTF8[] = "\xEF\xBB\xBF";
+
 /// The document in UTF-8, of a document that is in another encoding. Nothing, and no problem, where it is in UTF-8.
 std::optional<std::string> convertedToUTF8(const std::string& bytes, std::string* problem) {
-  if (startsWith(bytes, "\xEF\xBB\xBF", 3)) return bytes.substr(3);
+  if (startsWith(bytes, markOfUTF8, 3)) return bytes.substr(3);
   if (startsWith(bytes, "\xFE\xFF", 2)) return convertUTF16ToUTF8(bytes, 2, true, problem);
   if (startsWith(bytes, "\xFF\xFE", 2)) return convertUTF16ToUTF8(bytes, 2, false, problem);
   if (startsWith(bytes, "\0<", 2)) return convertUTF16ToUTF8(bytes, 0, true, problem);
   if (startsWith(bytes, "<\0", 2)) return convertUTF16ToUTF8(bytes, 0, false, problem);
   const std::string encoding = declaredEncoding(bytes);
-  if (encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII" || encoding == "ASCII") {
-    return std::nullopt;
-  }
+  if (isUTF8Name(encoding)) return std::nullopt;
   if (startsWith(encoding, "UTF-16", 6)) {
     *problem = "line 1: the file says that it is in UTF-16 and is not";
     return std::nullopt;
@@ -156,7 +160,7 @@ bool holdsReference(std::string_view raw) { return raw.find('&') != std::string_
 /// Whether an attribute in front of this one in its tag has the same name. `seen` is the caller's for one tag, filled
 /// where the tag has more attributes than any honest one: there, comparing each with each would take for ever.
 bool standsTwice(pugi::xml_node element, pugi::xml_attribute attribute, std::size_t number,
-                 std::set<std::string_view>* seen) {
+                 std::optional<std::set<std::string_view>>* seen) {
   constexpr std::size_t few = 16;
   if (number < few) {
     for (pugi::xml_attribute other = element.first_attribute(); other != attribute; other = other.next_attribute()) {
@@ -164,17 +168,18 @@ bool standsTwice(pugi::xml_node element, pugi::xml_attribute attribute, std::siz
     }
     return false;
   }
-  if (seen->empty()) {
+  if (!*seen) {
+    seen->emplace();
     for (pugi::xml_attribute other = element.first_attribute(); other != attribute; other = other.next_attribute()) {
-      seen->insert(other.name());
+      (*seen)->insert(other.name());
     }
   }
-  return !seen->insert(attribute.name()).second;
+  return !(*seen)->insert(attribute.name()).second;
 }
 
 /// What the parser lets pass although nobody can say what it means; empty where all is well.
 std::string problemOfAttributes(pugi::xml_node element) {
-  std::set<std::string_view> seen;
+  std::optional<std::set<std::string_view>> seen;
   std::size_t number = 0;
   for (pugi::xml_attribute attribute = element.first_attribute(); attribute; attribute = attribute.next_attribute()) {
     if (std::strchr(attribute.value(), '<')) {
@@ -199,7 +204,9 @@ class AttributeCheck : public pugi::xml_tree_walker {
 
  private:
   bool isGood(pugi::xml_node node) {
-    if (!node.first_attribute()) return true;
+    const pugi::xml_attribute first = node.first_attribute();
+    // Most elements have one attribute or none.
+    if (!first || (!first.next_attribute() && !std::strchr(first.value(), '<'))) return true;
     problem = problemOfAttributes(node);
     if (!problem.empty()) faultyElement = node;
     return problem.empty();
@@ -213,6 +220,14 @@ struct StringWriter : pugi::xml_writer {
 };
 
 }  // namespace
+
+bool XMLReader::isInUTF8(const std::string& bytes) {
+  if (startsWith(bytes, markOfUTF8, 3)) return true;
+  for (const char* const start : {"\xFE\xFF", "\xFF\xFE", "\0<", "<\0"}) {
+    if (startsWith(bytes, start, 2)) return false;
+  }
+  return isUTF8Name(declaredEncoding(bytes));
+}
 
 std::unique_ptr<XMLReader> XMLReader::parse(std::string bytes, std::string* problem, Halves halves) {
   std::string found;

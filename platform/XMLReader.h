@@ -33,6 +33,10 @@ class XMLReader {
   /// std::bad_alloc when the document does not fit into memory.
   static std::unique_ptr<XMLReader> parse(std::string bytes, std::string* problem, Halves halves = Halves::Refused);
 
+  /// Whether the bytes are a document in UTF-8, as the byte-order mark or the declaration says; not whether they keep
+  /// to it.
+  static bool isInUTF8(const std::string& bytes);
+
   pugi::xml_node root() const;
 
   /// "line 3, column 7" of the node's start, counted from 1 in characters.

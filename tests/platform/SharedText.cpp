@@ -72,6 +72,24 @@ TEST(SharedTextPool, AlwaysGivesTheTextThatWasAskedFor) {
   EXPECT_EQ(pool.shared(std::string(100000, 'x')), std::string(100000, 'x'));
 }
 
+TEST(SharedTextPool, KeepsWhatIsAskedForAgainAndAgainWhileOthersComeAndGo) {
+  SharedTextPool pool;
+  std::vector<SharedText> tags;
+  for (int tag = 0; tag < 200; ++tag) tags.push_back(pool.shared("Tag " + std::to_string(tag)));
+  std::size_t others = 0;
+  for (int round = 0; round < 1000; ++round) {
+    for (int i = 0; i < 50; ++i) pool.shared("An entry of its own, number " + std::to_string(round * 50 + i));
+    for (SharedText& tag : tags) {
+      const SharedText given = pool.shared(tag);
+      ASSERT_EQ(given, tag);
+      if (given.view().data() != tag.view().data()) ++others;
+      tag = given;
+    }
+  }
+  // Of 200,000 askings. A few are lost before they were asked for often enough to stay.
+  EXPECT_LT(others, 100U);
+}
+
 /// Counts those that stand.
 class Counted {
  public:

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
+#include <pugixml.hpp>
 #include <string>
 
 #include "tests/platform/Encodings.h"
@@ -32,6 +34,38 @@ class ParsedXML : public ::testing::Test {
 };
 
 TEST(XMLEncoding, IsUTF8WithoutADeclaration) { EXPECT_EQ(textOf("<a>é節🎬</a>"), "é節🎬"); }
+
+TEST(XMLEncoding, TellsWhichDocumentsAreInUTF8) {
+  EXPECT_TRUE(XMLReader::isInUTF8("<a/>"));
+  EXPECT_TRUE(XMLReader::isInUTF8("\xEF\xBB\xBF<a/>"));
+  EXPECT_TRUE(XMLReader::isInUTF8(declared("utf-8") + "<a/>"));
+  EXPECT_FALSE(XMLReader::isInUTF8(declared("ISO-8859-1") + "<a/>"));
+  EXPECT_FALSE(XMLReader::isInUTF8(declared("UTF-16") + "<a/>"));
+  EXPECT_FALSE(XMLReader::isInUTF8(utf16("<a/>", ByteOrder::BigEndian)));
+}
+
+/// Has the parser underneath find no memory while it lives.
+class NoMemoryForTheParser {
+ public:
+  NoMemoryForTheParser()
+      : allocate_(pugi::get_memory_allocation_function()), free_(pugi::get_memory_deallocation_function()) {
+    pugi::set_memory_management_functions([](std::size_t) -> void* { return nullptr; }, free_);
+  }
+  NoMemoryForTheParser(const NoMemoryForTheParser&) = delete;
+  NoMemoryForTheParser& operator=(const NoMemoryForTheParser&) = delete;
+  ~NoMemoryForTheParser() { pugi::set_memory_management_functions(allocate_, free_); }
+
+ private:
+  pugi::allocation_function allocate_;
+  pugi::deallocation_function free_;
+};
+
+TEST(XMLMemory, RunningOutIsNoFaultOfTheDocument) {
+  const NoMemoryForTheParser none;
+  std::string problem;
+  EXPECT_THROW(XMLReader::parse("<a>b</a>", &problem), std::bad_alloc);
+  EXPECT_EQ(problem, "");
+}
 
 TEST(XMLEncoding, UTF8MayBeDeclaredInAnyLetters) {
   for (const char* name : {"UTF-8", "utf-8", "Utf-8", "US-ASCII"}) EXPECT_EQ(textOf(declared(name) + "<a>b</a>"), "b");
