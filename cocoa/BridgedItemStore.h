@@ -14,7 +14,8 @@ namespace epg::cocoa {
 class BridgedItemStore : public EPGItemStore {
  public:
   BridgedItemStore() = default;
-  explicit BridgedItemStore(const EPGItemStoreSnapshot& content);
+  /// With all that stands in the other store, which is empty then.
+  explicit BridgedItemStore(EPGItemStore& other) { takeOver(other); }
 
   /// What stands under the ID as an object, autoreleased; nil when nothing does.
   id object(const std::string& uniqueID);
@@ -23,7 +24,7 @@ class BridgedItemStore : public EPGItemStore {
   id objectOfRecord(const EPGItemStoreRecord& record);
 
   void removeItem(const std::string& uniqueID) override;
-  void setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) override;
+  void setEntry(const SharedText& uniqueID, EPGItemStoreEntry entry) override;
   void removeEntry(const std::string& uniqueID) override;
 
  private:

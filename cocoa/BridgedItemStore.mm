@@ -20,12 +20,6 @@ id objectOfEntry(HandedOutObjects& handedOut, const std::string& uniqueID, const
   return entry.item != nullptr ? handedOut.object(uniqueID, entry.item) : handedOut.object(uniqueID, entry.value);
 }
 
-BridgedItemStore::BridgedItemStore(const EPGItemStoreSnapshot& content) {
-  for (const auto& [uniqueID, entry] : content) {
-    EPGItemStore::setEntry(std::string(uniqueID), entry);
-  }
-}
-
 id BridgedItemStore::object(const std::string& uniqueID) {
   const std::optional<EPGItemStoreEntry> given = entry(uniqueID);
   return given ? standingObject(uniqueID, *given) : nil;
@@ -58,11 +52,12 @@ void BridgedItemStore::removeItem(const std::string& uniqueID) {
   }
 }
 
-void BridgedItemStore::setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) {
+void BridgedItemStore::setEntry(const SharedText& sharedID, EPGItemStoreEntry entry) {
+  const std::string uniqueID(sharedID);
   const std::optional<EPGItemStoreEntry> before = this->entry(uniqueID);
   const bool stays = before && isSame(*before, entry);
   const bool isKnown = entry.item != nullptr && knownObjectOfItem(entry.item) != nil;
-  EPGItemStore::setEntry(uniqueID, std::move(entry));
+  EPGItemStore::setEntry(sharedID, std::move(entry));
   if (!stays) {
     handedOut_.forget(uniqueID);
   }

@@ -146,7 +146,7 @@ struct EPGDorvaSelinManagerPluginParts {
   EPGDorvaSelinManagerPluginParts(EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, NSString* dataFolderPath)
       : plugin(std::make_shared<PluginOfObject>(object, bundle,
                                                 dataFolderPath != nil ? fromString(dataFolderPath) : noFolder)) {
-    const auto store = std::make_shared<epg::cocoa::BridgedItemStore>(plugin->epgItems()->snapshot());
+    const auto store = std::make_shared<epg::cocoa::BridgedItemStore>(*plugin->epgItems());
     epgItems = [epg::cocoa::objectOfStore(store) retain];
     plugin->setEpgItems(store);
     NSMutableArray* list = [[NSMutableArray alloc] init];

@@ -22,7 +22,7 @@ class FoundationItemStore : public EPGItemStore {
   /// Throws a `HostException` when the dictionary raises an exception; from the others, which only the host's own calls
   /// lead to, the platform's exception comes as it is.
   std::shared_ptr<EPGItem> item(const std::string& uniqueID) const override;
-  void setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item) override;
+  void setItem(const SharedText& uniqueID, std::shared_ptr<EPGItem> item) override;
   void removeItem(const std::string& uniqueID) override;
   std::size_t size() const override;
   std::vector<std::string> uniqueIDs() const override;

@@ -16,7 +16,7 @@ std::shared_ptr<EPGItem> FoundationItemStore::item(const std::string& uniqueID) 
   return item;
 }
 
-void FoundationItemStore::setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item) {
+void FoundationItemStore::setItem(const SharedText& uniqueID, std::shared_ptr<EPGItem> item) {
   if (item != nullptr) {
     setObjectInHostDictionary(dictionary_, objectOfItem(item), toString(uniqueID));
   }

@@ -1,10 +1,12 @@
 #include "export/DayFile.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 #include "model/KeyConstants.h"
+#include "platform/FetchAhead.h"
 #include "platform/XMLText.h"
 
 namespace epg {
@@ -155,21 +157,76 @@ class DayFileWriter {
   bool hasPrograms_ = false;
 };
 
+/// Events, their IDs and their items lie all over memory: the time to fetch them one after the other would be more than
+/// that to write them. So a few are fetched at once, in steps of which each finds what the one before has fetched.
+class EventsAhead {
+ public:
+  EventsAhead(const EventOrder& events, const EPGItemsAhead& itemsAhead) : events_(events), itemsAhead_(itemsAhead) {
+    if (!itemsAhead_) return;
+    fetchEvents(0);
+    fetchEvents(few);
+    fetchIDs(0);
+    fetchItems(0);
+    fetchEvents(2 * few);
+    fetchIDs(few);
+  }
+
+  /// The next one to be written.
+  void reach(std::size_t index) {
+    if (!itemsAhead_ || index % few != 0) return;
+    fetchEvents(index + 3 * few);
+    fetchIDs(index + 2 * few);
+    fetchItems(index + few);
+  }
+
+ private:
+  /// About as many fetches as a processor has under way at once.
+  static constexpr std::size_t few = 16;
+
+  std::size_t end(std::size_t index) const { return std::min(index + few, events_.size()); }
+
+  void fetchEvents(std::size_t index) const {
+    for (std::size_t i = index; i < end(index); ++i) fetchAhead(&events_[i], sizeof(EPGEvent));
+  }
+
+  void fetchIDs(std::size_t index) const {
+    for (std::size_t i = index; i < end(index); ++i) {
+      const EPGEvent& event = events_[i];
+      if (event.eventEPGUniqueID) fetchAhead(event.eventEPGUniqueID->data());
+      if (event.eventEPGPlaybackUniqueID) fetchAhead(event.eventEPGPlaybackUniqueID->data());
+    }
+  }
+
+  void fetchItems(std::size_t index) {
+    uniqueIDs_.clear();
+    for (std::size_t i = index; i < end(index); ++i) {
+      if (events_[i].eventEPGUniqueID) uniqueIDs_.push_back(&*events_[i].eventEPGUniqueID);
+    }
+    itemsAhead_(uniqueIDs_);
+  }
+
+  const EventOrder& events_;
+  const EPGItemsAhead& itemsAhead_;
+  std::vector<const std::string*> uniqueIDs_;
+};
+
 }  // namespace
 
 bool writeDayFile(ByteSink& file, const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
-                  const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
-                  const PlaybackIDHash& hash) {
+                  const EPGItemLookup& itemWithUniqueID, const EventOrder& events, const PlaybackIDHash& hash,
+                  const EPGItemsAhead& itemsAhead) {
   const auto rootDate = [&](std::optional<Instant> date) {
     return date ? rootDateFormatter.stringFromDate(*date) : std::string();
   };
   DayFileWriter writer(file, calendar);
-  if (!writer.rootStart(events.empty() ? std::string() : rootDate(events.front().eventEPGStartDateTime),
-                        events.empty() ? std::string() : rootDate(events.back().eventEPGEndDateTime))) {
+  if (!writer.rootStart(events.empty() ? std::string() : rootDate(events[0].eventEPGStartDateTime),
+                        events.empty() ? std::string() : rootDate(events[events.size() - 1].eventEPGEndDateTime))) {
     return false;
   }
-  for (const EPGEvent& event : events) {
-    if (file.failed()) break;
+  EventsAhead ahead(events, itemsAhead);
+  for (std::size_t i = 0; i < events.size() && !file.failed(); ++i) {
+    ahead.reach(i);
+    const EPGEvent& event = events[i];
     if (!event.eventEPGUniqueID) continue;
     const auto item = itemWithUniqueID(*event.eventEPGUniqueID);
     if (!item) continue;
@@ -187,7 +244,7 @@ std::optional<std::string> dayFileContent(const LocalCalendar& calendar, const D
                                           const PlaybackIDHash& hash) {
   std::string content;
   StringSink sink(content);
-  if (!writeDayFile(sink, calendar, rootDateFormatter, itemWithUniqueID, events, hash)) return std::nullopt;
+  if (!writeDayFile(sink, calendar, rootDateFormatter, itemWithUniqueID, EventOrder(events), hash)) return std::nullopt;
   sink.flush();
   return content;
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "model/EPGEvent.h"
+#include "platform/Instant.h"
 #include "platform/PropertyList.h"
 
 namespace epg {
@@ -25,10 +25,6 @@ PropertyListDictionary exportConfiguration(Environment& environment, const std::
 
 /// The folder that the configuration names, tilde expanded; nothing without one.
 std::optional<std::string> exportFolder(Environment& environment, const PropertyListDictionary& configuration);
-
-/// Earliest start first; equal starts keep their order, events without a start come last. Takes up to 16 bytes for each
-/// event besides the list, and nothing for one that is in order.
-std::vector<EPGEvent> eventsSortedByStart(std::vector<EPGEvent> events);
 
 /// Both absent, or the same day of the local calendar.
 bool isSameCalendarDay(std::optional<Instant> first, std::optional<Instant> second);

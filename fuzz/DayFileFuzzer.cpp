@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "export/DayFile.h"
-#include "export/ExportDriver.h"
+#include "export/EventOrder.h"
 #include "fuzz/Check.h"
 #include "model/KeyConstants.h"
 #include "platform/XMLText.h"
@@ -112,7 +112,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (input.ConsumeBool()) event.eventEPGEndDateTime = epg::Instant{input.ConsumeFloatingPoint<double>()};
     events.push_back(event);
   }
-  events = epg::eventsSortedByStart(std::move(events));
+  const epg::EventOrder order = epg::EventOrder::byStart(events);
+  std::vector<epg::EPGEvent> sorted;
+  for (std::size_t i = 0; i < order.size(); ++i) sorted.push_back(order[i]);
+  events.swap(sorted);
 
   const auto lookup = [&](const std::string& id) {
     const auto found = items.find(id);

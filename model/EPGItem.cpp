@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "model/KeyConstants.h"
+#include "platform/FetchAhead.h"
 
 namespace epg {
 
@@ -22,7 +23,9 @@ std::mutex& EPGItem::mutex() const {
   return mutexes[std::hash<const EPGItem*>()(this) / alignof(std::max_align_t) % mutexes.size()];
 }
 
-PropertyListDictionary EPGItem::values() const {
+PropertyListDictionary EPGItem::values() const { return ownValues(); }
+
+PropertyListDictionary EPGItem::ownValues() const {
   const std::lock_guard<std::mutex> lock(mutex());
   return values_;
 }
@@ -50,6 +53,17 @@ void EPGItem::remove(const std::string& key) {
   old = values_;
   values_.remove(key);
   noteChange();
+}
+
+void EPGItem::fetchAhead(const std::vector<std::shared_ptr<EPGItem>>& items) {
+  constexpr std::size_t usualSize = 192;  // Of an item's entries, and of the longer texts in them.
+  for (const auto& item : items) {
+    const std::lock_guard<std::mutex> lock(item->mutex());
+    epg::fetchAhead(item->values_.block(), usualSize);
+  }
+  for (const auto& item : items) {
+    for (const auto& [key, value] : item->ownValues()) epg::fetchAhead(value.block(), usualSize);
+  }
 }
 
 std::shared_ptr<EPGItem> EPGItem::mutableCopy() const { return std::make_shared<EPGItem>(values()); }

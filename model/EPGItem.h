@@ -34,6 +34,9 @@ class EPGItem {
   void set(SharedText key, PropertyList value);
   virtual void remove(const std::string& key);
 
+  /// Has the processor fetch what `values` gives for each of the items, the values' beginnings with it.
+  static void fetchAhead(const std::vector<std::shared_ptr<EPGItem>>& items);
+
   /// A new item with the same entries; nested values are shared, which is safe because none is changed in place.
   std::shared_ptr<EPGItem> mutableCopy() const;
 
@@ -46,6 +49,7 @@ class EPGItem {
  private:
   /// One of a few that all items share: a mutex of its own would be the larger part of many an item.
   std::mutex& mutex() const;
+  PropertyListDictionary ownValues() const;
 
   PropertyListDictionary values_;
 };

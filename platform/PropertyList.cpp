@@ -68,6 +68,13 @@ const ForeignValue* PropertyList::asForeign() const {
   return foreign ? (*foreign)[0].get() : nullptr;
 }
 
+const void* PropertyList::block() const noexcept {
+  if (const auto* text = std::get_if<SharedText>(&value_)) return text->block();
+  if (const auto* elements = std::get_if<Elements>(&value_)) return elements->block();
+  const auto* entries = std::get_if<PropertyListDictionary>(&value_);
+  return entries ? entries->block() : nullptr;
+}
+
 const SharedText* PropertyList::sharedText() const { return std::get_if<SharedText>(&value_); }
 
 bool operator==(const PropertyList& a, const PropertyList& b) {

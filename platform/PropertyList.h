@@ -51,6 +51,9 @@ class PropertyListDictionary {
   const Entry* begin() const noexcept;
   const Entry* end() const noexcept;
 
+  /// Where its memory begins, null when empty; for `fetchAhead`.
+  const void* block() const noexcept { return entries_.block(); }
+
   /// Whether both are copies of one dictionary, neither changed since.
   bool shares(const PropertyListDictionary& other) const noexcept;
 
@@ -117,6 +120,10 @@ class PropertyList {
   const Elements* asArray() const;
   const PropertyListDictionary* asDictionary() const;
   const ForeignValue* asForeign() const;
+
+  /// Where the memory of a string, an array or a dictionary begins, null for others and when it takes none; for
+  /// `fetchAhead`.
+  const void* block() const noexcept;
 
   /// The string itself, shared; null when the value is of another type.
   const SharedText* sharedText() const;

@@ -258,7 +258,8 @@ void EPGDorvaSelinManagerPlugin::exportEventsThread(std::vector<EPGEvent> events
 void EPGDorvaSelinManagerPlugin::exportEventsRead(const std::function<std::vector<EPGEvent>()>& read) {
   bool written = false;
   try {
-    written = writeXMLFileWithEvents(eventsSortedByStart(read()), environment_.now());
+    const std::vector<EPGEvent> events = read();
+    written = writeXMLFile(EventOrder::byStart(events), environment_.now());
   } catch (const std::exception&) {
     written = false;
   }
@@ -287,13 +288,20 @@ EPGItemLookup EPGDorvaSelinManagerPlugin::itemLookup() const {
 }
 
 bool EPGDorvaSelinManagerPlugin::writeXMLFileWithEvents(const std::vector<EPGEvent>& events, Instant date) const {
+  return writeXMLFile(EventOrder(events), date);
+}
+
+bool EPGDorvaSelinManagerPlugin::writeXMLFile(const EventOrder& events, Instant date) const {
   const std::string name = shortDateStringWithDate(date);
   const std::optional<std::string> folder = exportPath();
   // Without a folder the file would land wherever the host happens to have been started.
   if (!folder || folder->empty() || name.empty()) return false;
+  const auto itemsAhead = [store = epgItems()](const std::vector<const std::string*>& uniqueIDs) {
+    if (store) store->fetchAhead(uniqueIDs);
+  };
   const auto content = [&](ByteSink& file) {
     const bool isWhole =
-        writeDayFile(file, LocalCalendar(), dorvaSelinDateFormatter_, itemLookup(), events, playbackHash());
+        writeDayFile(file, LocalCalendar(), dorvaSelinDateFormatter_, itemLookup(), events, playbackHash(), itemsAhead);
     return isWhole ? 0 : EILSEQ;
   };
   return replaceFile(environment_, appendPathComponent(*folder, name + ".xml"), content) == 0;

@@ -12,6 +12,7 @@
 
 #include "editor/EPGDorvaSelinViewController.h"
 #include "export/DayFileElements.h"
+#include "export/EventOrder.h"
 #include "export/XMLElement.h"
 #include "platform/LocalCalendar.h"
 #include "plugin/EPGItemStore.h"
@@ -127,6 +128,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::string storePath() const;
   PlaybackIDHash playbackHash() const;
   EPGItemLookup itemLookup() const;
+  bool writeXMLFile(const EventOrder& events, Instant date) const;
   void reportExport(bool succeeded, const EPGError* error) const;
   void logFailedSave(const std::exception& exception, int error) const noexcept;
 

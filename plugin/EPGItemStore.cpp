@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/FetchAhead.h"
+
 namespace epg {
 
 EPGItemStore::EPGItemStore(const PropertyListDictionary& content) {
@@ -15,6 +17,15 @@ EPGItemStore::EPGItemStore(const PropertyListDictionary& content) {
     }
     setRecord(EPGItemStoreRecord{uniqueID, std::move(entry)});
   }
+}
+
+void EPGItemStore::takeOver(EPGItemStore& other) {
+  const std::lock_guard<std::mutex> lock(other.mutex_);
+  parts_.swap(other.parts_);
+  madeAt_.swap(other.madeAt_);
+  std::swap(snapshots_, other.snapshots_);
+  std::swap(entries_, other.entries_);
+  std::swap(items_, other.items_);
 }
 
 EPGItemStore::Record EPGItemStore::recordOf(const std::string& uniqueID) const {
@@ -45,7 +56,43 @@ std::shared_ptr<EPGItem> EPGItemStore::item(const std::string& uniqueID) const {
   return record ? record->entry.item : nullptr;
 }
 
-void EPGItemStore::setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item) {
+void EPGItemStore::fetchAhead(const std::vector<const std::string*>& uniqueIDs) const {
+  struct Sought {
+    std::size_t hash;
+    const EPGItemStorePart* part;
+    const EPGItemStoreRecord* record;
+  };
+  std::vector<Sought> sought;
+  std::vector<std::shared_ptr<EPGItem>> items;
+  sought.reserve(uniqueIDs.size());
+  items.reserve(uniqueIDs.size());
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    // Each step for all of them before the next one, which reads what this one has had fetched.
+    for (const std::string* const uniqueID : uniqueIDs) {
+      const std::size_t hash = EPGItemStoreSnapshot::hashOf(*uniqueID);
+      const EPGItemStorePart* const part = parts_[EPGItemStoreSnapshot::partOf(hash, partCount)].get();
+      if (!part) continue;
+      part->fetchSlot(hash);
+      sought.push_back(Sought{hash, part, nullptr});
+    }
+    for (Sought& each : sought) {
+      each.record = each.part->firstWithHash(each.hash);
+      epg::fetchAhead(each.record, sizeof(EPGItemStoreRecord));
+    }
+    for (const Sought& each : sought) {
+      if (!each.record) continue;
+      epg::fetchAhead(each.record->uniqueID.block());
+      epg::fetchAhead(each.record->entry.item.get());
+    }
+    for (const Sought& each : sought) {
+      if (each.record && each.record->entry.item) items.push_back(each.record->entry.item);
+    }
+  }
+  EPGItem::fetchAhead(items);
+}
+
+void EPGItemStore::setItem(const SharedText& uniqueID, std::shared_ptr<EPGItem> item) {
   if (!item) return;
   EPGItemStoreEntry entry;
   entry.item = std::move(item);
@@ -80,7 +127,7 @@ std::optional<EPGItemStoreEntry> EPGItemStore::entry(const std::string& uniqueID
   return record ? std::optional<EPGItemStoreEntry>(record->entry) : std::nullopt;
 }
 
-void EPGItemStore::setEntry(const std::string& uniqueID, EPGItemStoreEntry entry) {
+void EPGItemStore::setEntry(const SharedText& uniqueID, EPGItemStoreEntry entry) {
   setRecord(EPGItemStoreRecord{uniqueID, std::move(entry)});
 }
 

@@ -28,11 +28,14 @@ class EPGItemStore {
   /// Null when there is no item under the ID.
   virtual std::shared_ptr<EPGItem> item(const std::string& uniqueID) const;
   /// Replaces whatever stands under the ID. A null item changes nothing.
-  virtual void setItem(const std::string& uniqueID, std::shared_ptr<EPGItem> item);
+  virtual void setItem(const SharedText& uniqueID, std::shared_ptr<EPGItem> item);
   /// Removes the item of the ID; an entry that is no item stays.
   virtual void removeItem(const std::string& uniqueID);
   /// The number of items; entries that are none do not count.
   virtual std::size_t size() const;
+  /// Has the processor fetch what somebody who is about to look these items up is going to read of them. Takes about a
+  /// microsecond for each item, and changes nothing but the time that the look-ups take.
+  void fetchAhead(const std::vector<const std::string*>& uniqueIDs) const;
   /// The EPG unique IDs of all items, sorted by their bytes.
   virtual std::vector<std::string> uniqueIDs() const;
   /// Takes the same few microseconds whatever the store holds.
@@ -40,8 +43,12 @@ class EPGItemStore {
 
   /// What stands under the key, an item or not; nothing when there is no such key.
   virtual std::optional<EPGItemStoreEntry> entry(const std::string& uniqueID) const;
-  virtual void setEntry(const std::string& uniqueID, EPGItemStoreEntry entry);
+  virtual void setEntry(const SharedText& uniqueID, EPGItemStoreEntry entry);
   virtual void removeEntry(const std::string& uniqueID);
+
+ protected:
+  /// Moves everything from the other store to this one, which is empty and which nobody else knows yet.
+  void takeOver(EPGItemStore& other);
 
  private:
   using Record = EPGItemStorePart::Record;

@@ -1,56 +1,96 @@
 #include "plugin/EPGItemStoreSnapshot.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <limits>
+#include <numeric>
 #include <string_view>
 #include <utility>
 
+#include "platform/FetchAhead.h"
 #include "platform/PropertyListFile.h"
 
 namespace epg {
 
-std::vector<EPGItemStorePart::Slot>::const_iterator EPGItemStorePart::position(std::size_t hash,
-                                                                               std::string_view uniqueID) const {
-  auto slot = std::lower_bound(slots_.begin(), slots_.end(), hash,
-                               [](const Slot& a, std::size_t wanted) { return a.hash < wanted; });
-  while (slot != slots_.end() && slot->hash == hash && slot->record->uniqueID != uniqueID) ++slot;
-  return slot;
+// The hash's last bits say which part a record is in, so the first ones choose the slot.
+std::size_t EPGItemStorePart::home(std::size_t hash) const { return hash >> homeShift_; }
+
+std::size_t EPGItemStorePart::position(std::size_t hash, std::string_view uniqueID) const {
+  std::size_t index = home(hash);
+  while (slots_[index].record && (slots_[index].hash != hash || slots_[index].record->uniqueID != uniqueID)) {
+    index = next(index);
+  }
+  return index;
+}
+
+void EPGItemStorePart::fetchSlot(std::size_t hash) const {
+  if (!slots_.empty()) fetchAhead(&slots_[home(hash)], 2 * sizeof(Slot));
+}
+
+const EPGItemStoreRecord* EPGItemStorePart::firstWithHash(std::size_t hash) const {
+  if (slots_.empty()) return nullptr;
+  std::size_t index = home(hash);
+  while (slots_[index].record && slots_[index].hash != hash) index = next(index);
+  return slots_[index].record.get();
 }
 
 EPGItemStorePart::Record EPGItemStorePart::find(std::size_t hash, std::string_view uniqueID) const {
-  const auto slot = position(hash, uniqueID);
-  return slot != slots_.end() && slot->hash == hash ? slot->record : nullptr;
+  return slots_.empty() ? nullptr : slots_[position(hash, uniqueID)].record;
+}
+
+void EPGItemStorePart::grow() {
+  constexpr int fewestAsPowerOfTwo = 3;
+  const bool isFirst = slots_.empty();
+  std::vector<Slot> old(isFirst ? std::size_t{1} << fewestAsPowerOfTwo : 2 * slots_.size());
+  old.swap(slots_);
+  homeShift_ -= isFirst ? fewestAsPowerOfTwo : 1;
+  for (Slot& slot : old) {
+    if (slot.record) slots_[position(slot.hash, slot.record->uniqueID)] = std::move(slot);
+  }
 }
 
 EPGItemStorePart::Record EPGItemStorePart::set(std::size_t hash, Record record) {
-  const auto slot = position(hash, record->uniqueID);
-  if (slot == slots_.end() || slot->hash != hash) {
-    slots_.insert(slot, Slot{hash, std::move(record)});
-    return nullptr;
-  }
-  std::swap(slots_[static_cast<std::size_t>(slot - slots_.begin())].record, record);
+  // A search ends at a free slot, which is near as long as every fourth one is free.
+  if (count_ + 1 > slots_.size() / 4 * 3) grow();
+  Slot& slot = slots_[position(hash, record->uniqueID)];
+  slot.hash = hash;
+  std::swap(slot.record, record);
+  if (!record) ++count_;
   return record;
 }
 
 EPGItemStorePart::Record EPGItemStorePart::remove(std::size_t hash, std::string_view uniqueID) {
-  const auto slot = position(hash, uniqueID);
-  if (slot == slots_.end() || slot->hash != hash) return nullptr;
-  Record removed = slot->record;
-  slots_.erase(slot);
+  if (slots_.empty()) return nullptr;
+  std::size_t free = position(hash, uniqueID);
+  Record removed = std::move(slots_[free].record);
+  slots_[free].record = nullptr;
+  if (!removed) return nullptr;
+  --count_;
+  // Records behind it move up where a search for them would now end at the free slot.
+  for (std::size_t index = next(free); slots_[index].record; index = next(index)) {
+    const std::size_t wayFromHome = (index - home(slots_[index].hash)) & (slots_.size() - 1);
+    const std::size_t wayFromFree = (index - free) & (slots_.size() - 1);
+    if (wayFromHome < wayFromFree) continue;
+    std::swap(slots_[free], slots_[index]);
+    free = index;
+  }
   return removed;
 }
 
-void EPGItemStoreSnapshot::Iterator::skipEmptyParts() {
-  while (part_ < parts_->size() && (!(*parts_)[part_] || slot_ >= (*parts_)[part_]->slots().size())) {
-    ++part_;
-    slot_ = 0;
+void EPGItemStoreSnapshot::Iterator::skipFreeSlots() {
+  for (; part_ < parts_->size(); ++part_, slot_ = 0) {
+    if (!(*parts_)[part_]) continue;
+    const auto& slots = (*parts_)[part_]->slots();
+    while (slot_ < slots.size() && !slots[slot_].record) ++slot_;
+    if (slot_ < slots.size()) return;
   }
 }
 
 EPGItemStoreSnapshot::Iterator& EPGItemStoreSnapshot::Iterator::operator++() {
   ++slot_;
-  skipEmptyParts();
+  skipFreeSlots();
   return *this;
 }
 
@@ -119,6 +159,31 @@ std::size_t takeTellingBytes(std::vector<SortedRecord>& records, std::size_t cou
   return common;
 }
 
+/// A radix sort, the last byte first: what decides a comparison of IDs is as good as chance, which no processor
+/// foresees.
+void sortByTellingBytes(std::vector<SortedRecord>& records) {
+  std::vector<SortedRecord> sorted(records.size());
+  for (int shift = 0; shift < std::numeric_limits<std::uint64_t>::digits; shift += 8) {
+    const auto byteOf = [shift](const SortedRecord& record) { return record.tellingBytes >> shift & 0xFF; };
+    std::array<std::size_t, 256> ends{};
+    for (const SortedRecord& record : records) ++ends[byteOf(record)];
+    if (ends[byteOf(records.front())] == records.size()) continue;
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    for (std::size_t i = records.size(); i > 0; --i) sorted[--ends[byteOf(records[i - 1])]] = records[i - 1];
+    records.swap(sorted);
+  }
+}
+
+void sortThoseWithTheSameTellingBytes(std::vector<SortedRecord>& records) {
+  for (auto first = records.begin(); first != records.end();) {
+    const auto differs = [&](const SortedRecord& record) { return record.tellingBytes != first->tellingBytes; };
+    const auto last = std::find_if(first + 1, records.end(), differs);
+    std::sort(first, last,
+              [](const SortedRecord& a, const SortedRecord& b) { return a.record->uniqueID < b.record->uniqueID; });
+    first = last;
+  }
+}
+
 /// Sorted by the bytes of the IDs. IDs mostly differ behind a common beginning, so the bytes there nearly always tell
 /// which comes first, without another look at the IDs.
 std::vector<SortedRecord> sortedRecords(const EPGItemStoreSnapshot& snapshot) {
@@ -132,16 +197,53 @@ std::vector<SortedRecord> sortedRecords(const EPGItemStoreSnapshot& snapshot) {
       takeTellingBytes(records, std::min(some, records.size()), records.front().record->uniqueID.size());
   const std::size_t common = takeTellingBytes(records, records.size(), guess);
   if (common < guess) takeTellingBytes(records, records.size(), common);
-  std::sort(records.begin(), records.end(), [](const SortedRecord& a, const SortedRecord& b) {
-    if (a.tellingBytes != b.tellingBytes) return a.tellingBytes < b.tellingBytes;
-    return a.record->uniqueID < b.record->uniqueID;
-  });
+  sortByTellingBytes(records);
+  sortThoseWithTheSameTellingBytes(records);
   return records;
 }
 
 PropertyList contentOf(const EPGItemStoreEntry& entry) {
   return entry.item ? PropertyList(entry.item->values()) : entry.value;
 }
+
+/// What stands under the records. A few of them are read at once, so that the memory that they lie in is fetched for
+/// all of them at the same time.
+class ContentsInTurn {
+ public:
+  explicit ContentsInTurn(const std::vector<SortedRecord>& records) : records_(records) {}
+
+  /// To be asked for one after the other.
+  PropertyList next(std::size_t index) {
+    if (index % few == 0) read(index);
+    return std::move(contents_[index % few]);
+  }
+
+ private:
+  static constexpr std::size_t few = 8;
+
+  void read(std::size_t first) {
+    const std::size_t end = std::min(first + few, records_.size());
+    for (std::size_t i = end; i < std::min(end + few, records_.size()); ++i) {
+      fetchAhead(records_[i].record->entry.item.get());
+    }
+    for (std::size_t i = first; i < end; ++i) {
+      contents_[i - first] = contentOf(records_[i].record->entry);
+      fetchAhead(contents_[i - first].block(), usualEntries);
+    }
+    for (std::size_t i = first; i < end; ++i) {
+      const PropertyListDictionary* const values = contents_[i - first].asDictionary();
+      if (!values) continue;
+      for (const auto& [key, value] : *values) fetchAhead(value.block(), usualText);
+    }
+  }
+
+  // Bytes. Of a longer text, the processor sees by itself that it is being read on.
+  static constexpr std::size_t usualEntries = 192;
+  static constexpr std::size_t usualText = 128;
+
+  const std::vector<SortedRecord>& records_;
+  std::array<PropertyList, few> contents_;
+};
 
 }  // namespace
 
@@ -150,7 +252,8 @@ bool writeStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot) {
   std::vector<std::string_view> keys;
   keys.reserve(records.size());
   for (const SortedRecord& sorted : records) keys.emplace_back(sorted.record->uniqueID);
-  return writePropertyListXML(file, keys, [&](std::size_t i) { return contentOf(records[i].record->entry); });
+  ContentsInTurn contents(records);
+  return writePropertyListXML(file, keys, [&](std::size_t i) { return contents.next(i); });
 }
 
 }  // namespace epg

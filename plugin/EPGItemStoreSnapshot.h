@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -25,13 +26,15 @@ struct EPGItemStoreRecord {
   EPGItemStoreEntry entry;
 };
 
-/// Some of the store's records, in the order of their IDs' hashes. Does not change while a snapshot shares it.
+/// Some of the store's records: a hash table in which a record stands in its hash's slot or, where that is taken, in
+/// the next free one (linear probing). Does not change while a snapshot shares it.
 class EPGItemStorePart {
  public:
   using Record = std::shared_ptr<const EPGItemStoreRecord>;
 
+  /// Free without a record.
   struct Slot {
-    std::size_t hash;
+    std::size_t hash = 0;
     Record record;
   };
 
@@ -42,12 +45,26 @@ class EPGItemStorePart {
   /// What stood under the ID, or null.
   Record remove(std::size_t hash, std::string_view uniqueID);
 
+  /// Their number is a power of two, or none.
   const std::vector<Slot>& slots() const { return slots_; }
 
+  // The steps of `find`, for somebody who has several records to find and has memory fetched between the steps.
+
+  /// Has the slot fetched where the search for the hash begins.
+  void fetchSlot(std::size_t hash) const;
+  /// The record that `find` looks at first, null when there is none with the hash. Lives as long as it stands here.
+  const EPGItemStoreRecord* firstWithHash(std::size_t hash) const;
+
  private:
-  std::vector<Slot>::const_iterator position(std::size_t hash, std::string_view uniqueID) const;
+  std::size_t home(std::size_t hash) const;
+  std::size_t next(std::size_t index) const { return (index + 1) & (slots_.size() - 1); }
+  /// The slot of the ID, or the free one where it would be put. Needs slots.
+  std::size_t position(std::size_t hash, std::string_view uniqueID) const;
+  void grow();
 
   std::vector<Slot> slots_;
+  std::size_t count_ = 0;
+  int homeShift_ = std::numeric_limits<std::size_t>::digits;  ///< Leaves the bits of a hash that number the slots.
 };
 
 /// The store's entries at one moment, in no particular order. The items are shared with the store.
@@ -67,7 +84,7 @@ class EPGItemStoreSnapshot {
     using reference = const EPGItemStoreRecord&;
 
     Iterator() = default;
-    Iterator(const Parts* parts, std::size_t part) : parts_(parts), part_(part) { skipEmptyParts(); }
+    Iterator(const Parts* parts, std::size_t part) : parts_(parts), part_(part) { skipFreeSlots(); }
 
     reference operator*() const { return *(*parts_)[part_]->slots()[slot_].record; }
     pointer operator->() const { return &**this; }
@@ -77,7 +94,7 @@ class EPGItemStoreSnapshot {
     friend bool operator!=(const Iterator& a, const Iterator& b) { return !(a == b); }
 
    private:
-    void skipEmptyParts();
+    void skipFreeSlots();
 
     const Parts* parts_ = nullptr;
     std::size_t part_ = 0;

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "export/ApostrophePass.h"
-#include "export/ExportDriver.h"
+#include "export/EventOrder.h"
 #include "tests/support/DayFileOf.h"
 #include "tests/support/DayFileReader.h"
 #include "tests/support/Events.h"
@@ -90,7 +90,7 @@ RC_GTEST_PROP(DayFileProperties, EventsAreSortedByStartAndOtherwiseStayInOrder, 
     expected.push_back({{!starts[i], starts[i].value_or(0)}, id});
   }
   std::sort(expected.begin(), expected.end());
-  const std::vector<EPGEvent> sorted = eventsSortedByStart(events);
+  const EventOrder sorted = EventOrder::byStart(events);
   RC_ASSERT(sorted.size() == expected.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) RC_ASSERT(sorted[i].eventEPGUniqueID == expected[i].second);
 }
@@ -114,7 +114,8 @@ RC_GTEST_PROP(DayFileProperties, EventsAreSortedAsByAStableSortOfTheWholeEvents,
   };
   std::vector<EPGEvent> expected = events;
   std::stable_sort(expected.begin(), expected.end(), comesBefore);
-  const std::vector<EPGEvent> sorted = eventsSortedByStart(inOrder ? expected : events);
+  const std::vector<EPGEvent> given = inOrder ? expected : events;
+  const EventOrder sorted = EventOrder::byStart(given);
   RC_ASSERT(sorted.size() == expected.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) {
     RC_ASSERT(sorted[i].eventEPGUniqueID == expected[i].eventEPGUniqueID);

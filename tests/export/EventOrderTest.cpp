@@ -3,12 +3,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "export/ExportDriver.h"
+#include "export/EventOrder.h"
 #include "tests/support/Events.h"
 
 namespace epg::test {
@@ -16,10 +17,10 @@ namespace {
 
 using testing::ElementsAre;
 
-std::vector<std::string> idsInOrder(std::vector<EPGEvent> events) {
+std::vector<std::string> idsInOrder(const std::vector<EPGEvent>& events) {
   std::vector<std::string> ids;
-  for (const EPGEvent& event : eventsSortedByStart(std::move(events)))
-    ids.push_back(event.eventEPGUniqueID.value_or("-"));
+  const EventOrder order = EventOrder::byStart(events);
+  for (std::size_t i = 0; i < order.size(); ++i) ids.push_back(order[i].eventEPGUniqueID.value_or("-"));
   return ids;
 }
 
@@ -83,7 +84,7 @@ TEST(EventOrderTest, EveryEventIsKept) {
   EXPECT_EQ(given, sorted);
 }
 
-TEST(EventOrderTest, NoEventsGiveNone) { EXPECT_TRUE(eventsSortedByStart({}).empty()); }
+TEST(EventOrderTest, NoEventsGiveNone) { EXPECT_TRUE(idsInOrder({}).empty()); }
 
 }  // namespace
 }  // namespace epg::test

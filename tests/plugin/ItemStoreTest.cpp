@@ -2,9 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
 #include <thread>
 #include <utility>
@@ -200,7 +203,41 @@ TEST(ItemStorePartTest, TellsIDsWithTheSameHashApart) {
   EXPECT_FALSE(part.remove(7, "a"));
   EXPECT_FALSE(part.find(7, "behind"));
   EXPECT_EQ("c", part.find(7, "c")->uniqueID);
-  EXPECT_EQ(4U, part.slots().size());
+  EXPECT_EQ("b", part.firstWithHash(7)->uniqueID);
+  EXPECT_FALSE(part.firstWithHash(5));
+}
+
+/// Of the hashes only few bits differ, at either end, so that records stand far from where their search begins, and
+/// around the end of the slots.
+TEST(ItemStorePartTest, HoldsWhatAMapHoldsWhateverIsPutInAndTakenOut) {
+  const auto hashOf = [](std::size_t number) {
+    constexpr int shift = std::numeric_limits<std::size_t>::digits - 2;
+    return (3 - number % 3) << shift | number / 20;
+  };
+  std::mt19937 chance;  // NOLINT: the same every time is what is wanted
+  EPGItemStorePart part;
+  std::map<std::string, EPGItemStorePart::Record> expected;
+  for (int step = 0; step < 20000; ++step) {
+    const std::size_t number = chance() % 60;
+    const std::string id = std::to_string(number);
+    const std::size_t hash = hashOf(number);
+    if (chance() % 5 < 2) {
+      const auto before = expected.find(id);
+      EXPECT_EQ(part.remove(hash, id), before == expected.end() ? nullptr : before->second);
+      expected.erase(id);
+    } else {
+      const auto record = std::make_shared<const EPGItemStoreRecord>(EPGItemStoreRecord{id, {}});
+      EXPECT_EQ(part.set(hash, record), expected[id]);
+      expected[id] = record;
+    }
+    std::size_t records = 0;
+    for (const EPGItemStorePart::Slot& slot : part.slots()) records += slot.record ? 1U : 0U;
+    ASSERT_EQ(records, expected.size());
+    for (std::size_t each = 0; each < 60; ++each) {
+      const auto found = expected.find(std::to_string(each));
+      ASSERT_EQ(part.find(hashOf(each), std::to_string(each)), found == expected.end() ? nullptr : found->second);
+    }
+  }
 }
 
 /// A value of the host's that looks at something when it goes.
@@ -244,14 +281,31 @@ TEST(ItemStoreTest, WhatGoesWithAValueMayLookAtTheItem) {
   EXPECT_EQ(2, looks);
 }
 
+TEST(ItemStoreTest, FetchingAheadChangesNothing) {
+  EPGItemStore store;
+  EPGItemStoreEntry noItem;
+  noItem.value = "none";
+  store.setItem("a", itemWith({{ZRLEPGDSTitleKey, "A"}, {ZRLEPGDSTagsKey, PropertyList::Array{"x", "y"}}}));
+  store.setItem("empty", std::make_shared<EPGItem>());
+  store.setEntry("no item", noItem);
+  const std::string a = "a", empty = "empty", none = "no item", missing = "missing";
+  EPGItemStore().fetchAhead({&a, &missing});
+  store.fetchAhead({});
+  store.fetchAhead({&a, &empty, &none, &missing, &a});
+  EXPECT_EQ("A", textOf(*store.item("a"), ZRLEPGDSTitleKey));
+  EXPECT_EQ(3U, store.snapshot().size());
+}
+
 TEST(ItemStoreTest, CanBeReadAndChangedByManyThreadsAtOnce) {
   EPGItemStore store;
   std::atomic<bool> done{false};
   std::thread reader([&] {
     while (!done) {
       for (const auto& entry : store.snapshot()) {
-        const auto item = store.item(std::string(entry.uniqueID));
-        EXPECT_TRUE(!item || textOf(*item, ZRLEPGDSTitleKey) == std::string(entry.uniqueID));
+        const std::string uniqueID(entry.uniqueID);
+        store.fetchAhead({&uniqueID});
+        const auto item = store.item(uniqueID);
+        EXPECT_TRUE(!item || textOf(*item, ZRLEPGDSTitleKey) == uniqueID);
       }
     }
   });
