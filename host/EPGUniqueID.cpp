@@ -14,6 +14,11 @@ namespace {
 /// Texts behind their lengths, so that no two programmes give the same bytes.
 class Serialisation {
  public:
+  Serialisation() {
+    constexpr std::size_t usualProgramme = 1000;
+    bytes_.reserve(usualProgramme);
+  }
+
   void count(std::size_t size) {
     bytes_ += std::to_string(size);
     bytes_ += ':';

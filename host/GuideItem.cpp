@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <set>
 #include <utility>
-#include <vector>
 
 #include "host/XMLTVGuide.h"
-#include "model/KeyConstants.h"
 #include "platform/XMLText.h"
 
 namespace epg {
@@ -17,11 +15,14 @@ PropertyList carriedText(const std::string& text) {
   return isCarriedByXML(text) ? PropertyList(text) : PropertyList(carriedByXML(text));
 }
 
-/// The categories as the store's file carries them, each text once.
-PropertyList tagsOfCategories(const std::vector<std::string>& categories) {
+}  // namespace
+
+/// As the store's file carries them, each text once.
+PropertyList GuideItems::tagsOfCategories(const std::vector<std::string>& categories) {
   PropertyList::Array tags;
+  tags.reserve(categories.size());
   if (std::all_of(categories.begin(), categories.end(), [](const std::string& text) { return isCarriedByXML(text); })) {
-    tags.assign(categories.begin(), categories.end());
+    for (const std::string& category : categories) tags.emplace_back(tags_.shared(category));
     return PropertyList(std::move(tags));
   }
   // Two of them may become the same.
@@ -33,16 +34,14 @@ PropertyList tagsOfCategories(const std::vector<std::string>& categories) {
   return PropertyList(std::move(tags));
 }
 
-}  // namespace
-
-PropertyListDictionary itemOfProgramme(const XMLTVProgramme& programme, const std::string& uniqueID) {
+PropertyListDictionary GuideItems::itemOfProgramme(const XMLTVProgramme& programme, const SharedText& uniqueID) {
   std::vector<PropertyListDictionary::Entry> entries;
   entries.reserve(5);
-  if (programme.description) entries.emplace_back(ZRLEPGDSDescriptionKey, carriedText(*programme.description));
-  if (programme.imageURL) entries.emplace_back(ZRLEPGDSImageURLKey, carriedText(*programme.imageURL));
-  if (!programme.categories.empty()) entries.emplace_back(ZRLEPGDSTagsKey, tagsOfCategories(programme.categories));
-  entries.emplace_back(ZRLEPGDSTitleKey, carriedText(programme.title));
-  entries.emplace_back(ZRLEPGDSUniqueIDKey, PropertyList(uniqueID));
+  if (programme.description) entries.emplace_back(descriptionKey_, carriedText(*programme.description));
+  if (programme.imageURL) entries.emplace_back(imageURLKey_, carriedText(*programme.imageURL));
+  if (!programme.categories.empty()) entries.emplace_back(tagsKey_, tagsOfCategories(programme.categories));
+  entries.emplace_back(titleKey_, carriedText(programme.title));
+  entries.emplace_back(uniqueIDKey_, PropertyList(uniqueID));
   return PropertyListDictionary(std::move(entries));
 }
 

@@ -1,8 +1,11 @@
+#include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -31,49 +34,90 @@ struct ImportCounts {
 };
 
 struct GuideEntry {
-  std::string uniqueID;
+  SharedText uniqueID;
   PropertyListDictionary values;
 };
 
 /// What an import takes from a guide.
 struct GuideEntries {
   std::size_t programmes = 0;
-  std::deque<GuideEntry> entries;  ///< One for each ID, in the guide's order.
+  std::vector<GuideEntry> entries;  ///< One for each ID, in the guide's order.
   std::vector<std::string> warnings;
 };
 
-GuideEntries readGuideEntries(CommandContext& context, const std::string& path) {
-  const Progress progress(context.messages, "Reading the guide");
-  GuideEntries read;
-  std::string bytes = readGuideBytes(context.environment, path);
-  std::unordered_set<std::string_view> seen;  // The IDs of the entries, which stay where they are.
-  constexpr std::size_t usualProgramme = 500;
-  seen.reserve(bytes.size() / usualProgramme);
-  const auto take = [&](const XMLTVProgramme& programme) {
-    ++read.programmes;
-    GuideEntry& entry = read.entries.emplace_back(GuideEntry{epgUniqueID(programme), {}});
-    if (seen.insert(entry.uniqueID).second) {
-      entry.values = itemOfProgramme(programme, entry.uniqueID);
-    } else {
-      read.entries.pop_back();
+/// Makes the entries of the programmes of a guide or of a part of it.
+class EntryMaker {
+ public:
+  explicit EntryMaker(std::size_t bytes) {
+    // A search for an ID that is not there ends in an empty bucket, mostly, instead of at IDs from all over memory.
+    constexpr float full = 0.25;
+    constexpr std::size_t usualProgramme = 500;
+    seen_.max_load_factor(full);
+    seen_.reserve(bytes / usualProgramme);
+  }
+
+  void take(const XMLTVProgramme& programme) {
+    ++made.programmes;
+    SharedText uniqueID(epgUniqueID(programme));
+    if (!seen_.insert(uniqueID).second) return;
+    PropertyListDictionary values = items_.itemOfProgramme(programme, uniqueID);
+    made.entries.push_back(GuideEntry{std::move(uniqueID), std::move(values)});
+  }
+
+  /// Takes what was made of the part that comes next.
+  void take(GuideEntries next) {
+    made.programmes += next.programmes;
+    for (GuideEntry& entry : next.entries) {
+      if (seen_.insert(entry.uniqueID).second) made.entries.push_back(std::move(entry));
     }
-  };
-  read.warnings = parseGuide(std::move(bytes), path, take).warnings;
-  return read;
+  }
+
+  GuideEntries made;
+
+ private:
+  std::unordered_set<std::string_view> seen_;  ///< The entries' IDs.
+  GuideItems items_;
+};
+
+/// Nothing when the guide has to be read by somebody who tells what is wrong in it.
+std::optional<GuideEntries> faultlessGuideEntries(const std::string& bytes) {
+  constexpr std::size_t worthAThread = std::size_t{1} << 22;
+  const std::size_t processors = std::max(std::thread::hardware_concurrency(), 1U);
+  const std::size_t parts = std::min(bytes.size() / worthAThread + 1, processors);
+  std::deque<EntryMaker> makers;
+  std::vector<ProgrammeTaker> takers;
+  for (std::size_t i = 0; i < parts; ++i) {
+    EntryMaker& maker = makers.emplace_back(bytes.size() / parts);
+    takers.emplace_back([&maker](const XMLTVProgramme& programme) { maker.take(programme); });
+  }
+  if (!parseFaultlessGuide(bytes, takers)) return std::nullopt;
+  for (std::size_t i = 1; i < parts; ++i) makers.front().take(std::move(makers[i].made));
+  return std::move(makers.front().made);
 }
 
-ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::deque<GuideEntry> entries, bool replace) {
+GuideEntries readGuideEntries(CommandContext& context, const std::string& path) {
+  const Progress progress(context.messages, "Reading the guide");
+  std::string bytes = readGuideBytes(context.environment, path);
+  if (std::optional<GuideEntries> entries = faultlessGuideEntries(bytes)) return std::move(*entries);
+  EntryMaker maker(bytes.size());
+  const auto take = [&maker](const XMLTVProgramme& programme) { maker.take(programme); };
+  maker.made.warnings = parseGuide(std::move(bytes), path, take).warnings;
+  return std::move(maker.made);
+}
+
+ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vector<GuideEntry> entries, bool replace) {
   const Progress progress(context.messages, "Making entries");
   ImportCounts counts;
   for (GuideEntry& entry : entries) {
-    const std::optional<EPGItemStoreEntry> stored = store.entry(entry.uniqueID);
+    const std::string uniqueID(entry.uniqueID);
+    const std::optional<EPGItemStoreEntry> stored = store.entry(uniqueID);
     if (!stored) {
       store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(entry.values)));
       ++counts.added;
       continue;
     }
     if (!stored->item) {
-      context.messages.line(noItemMessage(store, entry.uniqueID));
+      context.messages.line(noItemMessage(store, uniqueID));
       ++counts.kept;
       continue;
     }
@@ -82,7 +126,7 @@ ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::dequ
     if (!replace || replaced == values) {
       ++counts.kept;
     } else {
-      store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(replaced)));
+      store.setItem(uniqueID, std::make_shared<EPGItem>(std::move(replaced)));
       ++counts.replaced;
     }
   }

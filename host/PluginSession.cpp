@@ -89,6 +89,7 @@ void PluginSession::end(const char* work) {
   if (!plugin_) return;
   const Progress progress(context_.messages, work);
   const std::shared_ptr<ObjectEnd> end = plugin_->end();
+  if (context_.keep) context_.keep(plugin_->epgItems());
   plugin_.reset();
   end->wait();
 }

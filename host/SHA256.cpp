@@ -1,6 +1,7 @@
 #include "host/SHA256.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #ifdef __APPLE__
@@ -40,11 +41,11 @@ Digest digestOf(const std::string& bytes) {
 
 std::string sha256(const std::string& bytes) {
   static const char digits[] = "0123456789abcdef";
-  std::string text;
-  text.reserve(64);
-  for (const std::uint8_t byte : digestOf(bytes)) {
-    text += digits[byte >> 4];
-    text += digits[byte & 0xF];
+  const Digest digest = digestOf(bytes);
+  std::string text(2 * digest.size(), '0');
+  for (std::size_t i = 0; i < digest.size(); ++i) {
+    text[2 * i] = digits[digest[i] >> 4];
+    text[2 * i + 1] = digits[digest[i] & 0xF];
   }
   return text;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <future>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -147,7 +148,8 @@ class GuideReader {
   /// Gives the programme away, with a warning for each value that cannot be used; throws `Unusable` when it cannot do
   /// without one.
   void readProgramme(pugi::xml_node element) {
-    XMLTVProgramme programme;
+    programme_ = freshProgramme();
+    XMLTVProgramme& programme = programme_;
     const std::optional<std::string_view> start = reader_.attribute(element, "start");
     if (!start) throw Unusable("it has no start");
     std::string problem;
@@ -201,9 +203,25 @@ class GuideReader {
     }
   }
 
+  /// A new one with the memory of the last one, which does not have to be given back and got again.
+  XMLTVProgramme freshProgramme() {
+    XMLTVProgramme programme;
+    const auto takeMemory = [](auto& place, auto& last) {
+      place.swap(last);
+      place.clear();
+    };
+    takeMemory(programme.channel, programme_.channel);
+    takeMemory(programme.title, programme_.title);
+    takeMemory(programme.categories, programme_.categories);
+    takeMemory(programme.subTitles, programme_.subTitles);
+    takeMemory(programme.episodeNumbers, programme_.episodeNumbers);
+    return programme;
+  }
+
   ElementReader reader_;
   const std::string& name_;
   const ProgrammeTaker& take_;
+  XMLTVProgramme programme_;  ///< The one that is being read.
   XMLTVGuide guide_;
 };
 
@@ -252,6 +270,66 @@ XMLTVGuide parseGuide(std::string bytes, const std::string& name) {
 
 XMLTVGuide parseGuide(std::string bytes, const std::string& name, const ProgrammeTaker& take) {
   return readGuide(*documentOf(std::move(bytes), name), name, take);
+}
+
+namespace {
+
+/// Behind the first programme that ends there or later; the end of the guide where none does.
+std::size_t endOfProgramme(const std::string& bytes, std::size_t from) {
+  static constexpr std::string_view endTag = "</programme>";
+  const std::size_t at = bytes.find(endTag, std::min(from, bytes.size()));
+  return at == std::string::npos ? bytes.size() : at + endTag.size();
+}
+
+/// Reads from one end of a programme to another, piece by piece.
+///
+/// Each piece is made a document of its own by the root's tags. Being well-formed so, it cannot have ended inside of
+/// anything but the root: a comment, say, that goes on in the next piece would have no end.
+std::optional<XMLTVGuide> readPieces(const std::string& bytes, std::size_t from, std::size_t to, std::size_t pieceSize,
+                                     const ProgrammeTaker& take) {
+  static constexpr std::string_view startTag = "<tv>";
+  static constexpr std::string_view endTag = "</tv>";
+  XMLTVGuide whole;
+  while (from < to) {
+    const std::size_t end = std::min(endOfProgramme(bytes, from + pieceSize), to);
+    std::string piece;
+    piece.reserve(startTag.size() + (end - from) + endTag.size());
+    if (from > 0) piece += startTag;
+    piece.append(bytes, from, end - from);
+    if (end < bytes.size()) piece += endTag;
+    const std::unique_ptr<XMLReader> document = XMLReader::parse(std::move(piece), nullptr);
+    if (!document || !isNamed(document->root(), "tv")) return std::nullopt;
+    XMLTVGuide read = readGuide(*document, {}, take);
+    if (!read.warnings.empty()) return std::nullopt;
+    whole.channelNames.merge(read.channelNames);
+    from = end;
+  }
+  return whole;
+}
+
+}  // namespace
+
+std::optional<XMLTVGuide> parseFaultlessGuide(const std::string& bytes, const std::vector<ProgrammeTaker>& takers,
+                                              std::size_t pieceSize) {
+  if (bytes.empty() || !XMLReader::isInUTF8(bytes)) return std::nullopt;
+  std::vector<std::future<std::optional<XMLTVGuide>>> parts;
+  std::size_t from = 0;
+  for (std::size_t i = 0; i < takers.size(); ++i) {
+    const std::size_t to = endOfProgramme(bytes, bytes.size() / takers.size() * (i + 1));
+    // Where the system has no thread to give, this one does the work.
+    const auto policy = i == 0 ? std::launch::deferred : std::launch::async | std::launch::deferred;
+    parts.push_back(std::async(policy, [&bytes, from, to, pieceSize, &take = takers[i]] {
+      return readPieces(bytes, from, to, pieceSize, take);
+    }));
+    from = to;
+  }
+  std::optional<XMLTVGuide> whole = XMLTVGuide();
+  for (auto& part : parts) {
+    std::optional<XMLTVGuide> read = part.get();
+    if (!read) whole = std::nullopt;
+    if (whole) whole->channelNames.merge(read->channelNames);
+  }
+  return whole;
 }
 
 }  // namespace epg

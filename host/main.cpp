@@ -2,7 +2,9 @@
 
 #include <csignal>
 #include <iostream>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/CommandContext.h"
@@ -31,5 +33,8 @@ int main(int argumentCount, char** arguments) {
                               epg::defaultDataFolderPath(environment),
                               epg::resourceFolder(environment, DORVASELIN_BUILD_RESOURCES)};
   context.nothingToLose = [whenReaderLeaves] { std::signal(SIGPIPE, whenReaderLeaves); };
+  // Never destroyed, which is what it is for.
+  static auto& kept = *new std::vector<std::shared_ptr<const void>>;
+  context.keep = [](std::shared_ptr<const void> thing) { kept.push_back(std::move(thing)); };
   return epg::runCommandLine(std::vector<std::string>(arguments + 1, arguments + argumentCount), context);
 }

@@ -1,0 +1,198 @@
+// The quick way to read a guide against the thorough one.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "host/EPGUniqueID.h"
+#include "host/Refusal.h"
+#include "host/XMLTVGuide.h"
+
+namespace epg::test {
+
+namespace {
+
+using testing::IsEmpty;
+
+/// What tells one programme from another.
+std::string told(const XMLTVProgramme& programme) {
+  std::string text = playbackUniqueID(programme) + " " + epgUniqueID(programme) + " ";
+  text += programme.stop ? std::to_string(programme.stop->unixTime()) : "-";
+  return text + " " + programme.clumpIndex + " " + std::to_string(programme.unusableElements.size());
+}
+
+struct Read {
+  std::vector<std::string> programmes;
+  std::map<std::string, std::string> channelNames;
+};
+
+bool operator==(const Read& a, const Read& b) {
+  return a.programmes == b.programmes && a.channelNames == b.channelNames;
+}
+
+std::optional<Read> readQuickly(const std::string& bytes, std::size_t pieceSize, std::size_t parts) {
+  std::vector<std::vector<std::string>> programmes(parts);
+  std::vector<ProgrammeTaker> takers;
+  for (std::vector<std::string>& part : programmes) {
+    takers.emplace_back([&part](const XMLTVProgramme& programme) { part.push_back(told(programme)); });
+  }
+  const auto guide = parseFaultlessGuide(bytes, takers, pieceSize);
+  if (!guide) return std::nullopt;
+  Read read;
+  read.channelNames = guide->channelNames;
+  for (const std::vector<std::string>& part : programmes) {
+    read.programmes.insert(read.programmes.end(), part.begin(), part.end());
+  }
+  return read;
+}
+
+/// Nothing when there is anything to tell.
+std::optional<Read> readThoroughly(const std::string& bytes) {
+  try {
+    const XMLTVGuide guide = parseGuide(bytes, "guide.xml");
+    if (!guide.warnings.empty()) return std::nullopt;
+    Read read;
+    read.channelNames = guide.channelNames;
+    for (const XMLTVProgramme& programme : guide.programmes) read.programmes.push_back(told(programme));
+    return read;
+  } catch (const Refusal&) {
+    return std::nullopt;
+  }
+}
+
+std::string programme(const std::string& title) {
+  return "<programme start='2012' channel='c'><title>" + title + "</title></programme>";
+}
+
+std::optional<std::size_t> programmesReadQuickly(const std::string& bytes, std::size_t pieceSize = 1) {
+  const auto read = readQuickly(bytes, pieceSize, 1);
+  return read ? std::optional<std::size_t>(read->programmes.size()) : std::nullopt;
+}
+
+TEST(FaultlessGuide, IsReadInAnyNumberOfPiecesAndParts) {
+  std::string guide = "\xEF\xBB\xBF<?xml version='1.0'?>\n<!DOCTYPE tv SYSTEM 'xmltv.dtd'>\n<tv date='2012'>\n";
+  guide += "<channel id='c'><display-name>first</display-name></channel>\n";
+  for (int i = 0; i < 50; ++i) guide += programme("Part " + std::to_string(i)) + "<!-- \xC3\xA9 -->\n";
+  guide += "<channel id='c'><display-name>last</display-name></channel><channel id='d'/>\n</tv>\n<!-- end -->\n";
+  const auto whole = readThoroughly(guide);
+  ASSERT_TRUE(whole);
+  ASSERT_EQ(whole->programmes.size(), 50U);
+  ASSERT_EQ(whole->channelNames.at("c"), "first");
+  for (const std::size_t pieceSize : {std::size_t{1}, std::size_t{100}, std::size_t{1000}, guide.size()}) {
+    for (const std::size_t parts : {1U, 2U, 3U, 7U, 200U}) EXPECT_EQ(readQuickly(guide, pieceSize, parts), whole);
+  }
+}
+
+TEST(FaultlessGuide, MayHaveNoProgramme) {
+  EXPECT_EQ(programmesReadQuickly("<tv/>"), 0U);
+  EXPECT_EQ(programmesReadQuickly("<tv></tv>"), 0U);
+}
+
+TEST(FaultlessGuide, IsNoneWithAnythingToTell) {
+  const std::string good = programme("A");
+  EXPECT_EQ(programmesReadQuickly("<tv>" + good + good + "</tv>"), 2U);
+  for (const char* const bad :
+       {"<programme start='never'><title>B</title></programme>", "<programme start='2012'></programme>",
+        "<programme start='2012'><title>&unknown;</title></programme>", "<a b='1' b='2'/>", "<a b='<'/>", "<a>",
+        "</tv>", "\xFF", "<![CDATA["}) {
+    EXPECT_FALSE(programmesReadQuickly("<tv>" + good + bad + good + "</tv>")) << bad;
+  }
+  EXPECT_FALSE(programmesReadQuickly("<guide>" + good + "</guide>"));
+  EXPECT_FALSE(programmesReadQuickly("<tv>" + good + "</tv><tv>" + good + "</tv>"));
+  EXPECT_FALSE(programmesReadQuickly("<tv>" + good + "</tv>" + good));
+  EXPECT_FALSE(programmesReadQuickly("<tv><tv>" + good + "</tv>" + good + "</tv></tv>"));
+  EXPECT_FALSE(programmesReadQuickly("<tv>" + good + std::string(1, '\0') + good + "</tv>"));
+}
+
+TEST(FaultlessGuide, IsNoneInAnotherEncoding) {
+  const std::string declaration = "<?xml version='1.0' encoding='ISO-8859-1'?>";
+  EXPECT_FALSE(programmesReadQuickly(declaration + "<tv>" + programme("\xC3\xA9") + programme("B") + "</tv>"));
+}
+
+// Ends of programmes that are none: each of these guides is good, and must not be taken to pieces there.
+TEST(FaultlessGuide, IsNotTakenApartInsideOfAnythingElse) {
+  const std::string good = programme("A");
+  for (const std::string& around :
+       {"<!-- " + good + " -->", "<?p " + good + " ?>", "<a><![CDATA[" + good + "]]></a>", "<a>" + good + "</a>",
+        "<programme start='2013'><title>B</title>" + good + "</programme>"}) {
+    const std::string guide = "<tv>" + good + around + good + "</tv>";
+    const auto whole = readThoroughly(guide);
+    ASSERT_TRUE(whole) << guide;
+    for (const std::size_t pieceSize : {1U, 40U, 80U, 100U, 120U, 1000U}) {
+      const auto read = readQuickly(guide, pieceSize, 1);
+      EXPECT_TRUE(!read || read == whole) << guide;
+    }
+    EXPECT_EQ(readQuickly(guide, guide.size(), 1), whole);
+  }
+}
+
+rc::Gen<std::string> anyPiece() {
+  return rc::gen::elementOf(std::vector<std::string>{
+      programme("A"),
+      programme("B"),
+      programme("C &amp; D"),
+      programme("A"),
+      programme("E"),
+      programme("F"),
+      "<channel id='c'><display-name>C</display-name></channel>",
+      "<channel id='c'><display-name>D</display-name></channel>",
+      "<programme start='2014' stop='2015'><title>Caf\xC3\xA9</title><category>x</category></programme>",
+      "<programme start='2014'><title>G</title>",
+      "</programme>",
+      "</programme >",
+      "<title>",
+      "</title>",
+      "<tv>",
+      "</tv>",
+      "<!--",
+      "-->",
+      "<![CDATA[",
+      "]]>",
+      "<?p",
+      "?>",
+      "<a b='",
+      "'/>",
+      "<!DOCTYPE tv [",
+      "]>",
+      "&amp;",
+      "&x;",
+      "\n",
+      "<",
+      ">",
+      "text",
+      "\xC3",
+      std::string(1, '\0'),
+      "<programme start='0'/>",
+      "<?xml version='1.0'?>"});
+}
+
+RC_GTEST_PROP(FaultlessGuide, IsReadAsTheThoroughWayReadsItOrNotAtAll, ()) {
+  const auto pieces = *rc::gen::container<std::vector<std::string>>(anyPiece());
+  std::string guide;
+  for (const std::string& piece : pieces) guide += piece;
+  if (*rc::gen::inRange(0, 8) != 0) guide = "<tv>" + guide + "</tv>";
+  const auto read = readQuickly(guide, *rc::gen::inRange<std::size_t>(1, 300), *rc::gen::inRange<std::size_t>(1, 4));
+  if (read) RC_ASSERT(read == readThoroughly(guide));
+}
+
+RC_GTEST_PROP(FaultlessGuide, IsReadWhereverItsProgrammesEnd, ()) {
+  const auto titles =
+      *rc::gen::container<std::vector<std::string>>(rc::gen::element<std::string>("A", "B", "C", "&lt;"));
+  std::string guide = "<tv>";
+  for (const std::string& title : titles)
+    guide += programme(title) + *rc::gen::element<std::string>("", "\n", "<!-- -->");
+  guide += "</tv>";
+  const auto whole = readThoroughly(guide);
+  RC_ASSERT(whole.has_value());
+  RC_ASSERT(readQuickly(guide, *rc::gen::inRange<std::size_t>(1, 300), *rc::gen::inRange<std::size_t>(1, 4)) == whole);
+}
+
+}  // namespace
+}  // namespace epg::test
