@@ -55,11 +55,15 @@ void measure(const Programs& programs) {
   const std::string guide = folder.file("guide.xml");
   folder.write("guide.xml", sampleGuide(programmeCount));
   Table table;
-  const Rounds parsing = inTurns(5, {importing(programs, guide, &ChildRun::processorSeconds), [&] {
-                                       return runProgram({programs.bareParse, guide}).processorSeconds;
-                                     }});
-  table.atMost("import 100000 programmes", parsing, 1, "pugixml parse", 3);
-  // Once: it takes minutes. What the two wait for is part of a command from one end to the other.
+  // A command's end is what somebody waits for; how much the processors do for it is told too.
+  const auto against = [&](Time time) {
+    return inTurns(5, {importing(programs, guide, time), [&] {
+                         return runProgram({programs.bareParse, guide}).*time;
+                       }});
+  };
+  table.atMost("import 100000 programmes (wall)", against(&ChildRun::wallSeconds), 1, "pugixml parse", 3);
+  table.information("import 100000 programmes", against(&ChildRun::processorSeconds), 1, "pugixml parse");
+  // Once: it takes minutes.
   const auto sort = [&] { return sortedBy(programs.tvSort, guide, folder.file("sorted.xml")).wallSeconds; };
   const Rounds sorting = inTurns(1, {importing(programs, guide, &ChildRun::wallSeconds), sort});
   table.atLeastAsFast("import 100000 programmes (wall)", sorting, 1, "tv_sort", 20);
