@@ -28,7 +28,7 @@ class EventOrder {
   /// An event and its start if it has one: all that sorting needs, and a small part of an event.
   struct Place {
     Instant start;
-    const EPGEvent* event;
+    const EPGEvent* event = nullptr;
   };
 
   const std::vector<EPGEvent>& events_;
