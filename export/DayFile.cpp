@@ -180,8 +180,10 @@ class EventsAhead {
   }
 
  private:
-  /// About as many fetches as a processor has under way at once.
+  /// Enough that the waiting for one is the waiting for all of them, and not so many that those fetched first are
+  /// gone again when their turn comes.
   static constexpr std::size_t few = 16;
+  static constexpr std::size_t usualID = 36;  ///< Bytes, of a UUID.
 
   std::size_t end(std::size_t index) const { return std::min(index + few, events_.size()); }
 
@@ -192,8 +194,8 @@ class EventsAhead {
   void fetchIDs(std::size_t index) const {
     for (std::size_t i = index; i < end(index); ++i) {
       const EPGEvent& event = events_[i];
-      if (event.eventEPGUniqueID) fetchAhead(event.eventEPGUniqueID->data());
-      if (event.eventEPGPlaybackUniqueID) fetchAhead(event.eventEPGPlaybackUniqueID->data());
+      if (event.eventEPGUniqueID) fetchAhead(event.eventEPGUniqueID->data(), usualID);
+      if (event.eventEPGPlaybackUniqueID) fetchAhead(event.eventEPGPlaybackUniqueID->data(), usualID);
     }
   }
 

@@ -14,8 +14,8 @@ class EventOrder {
   /// As they stand.
   explicit EventOrder(const std::vector<EPGEvent>& events) : events_(events) {}
 
-  /// Earliest start first; equal starts keep their order, events without a start come last. Takes 16 bytes for each
-  /// event (12 where a word has 32 bits), and nothing for a list that is in order.
+  /// Earliest start first; equal starts keep their order, events without a start come last. Takes up to 16 bytes
+  /// for each event, and nothing for a list that is in order.
   static EventOrder byStart(const std::vector<EPGEvent>& events);
 
   std::size_t size() const { return events_.size(); }

@@ -22,13 +22,13 @@ std::string told(const epg::XMLTVProgramme& programme) {
 /// Nothing when the guide was not read.
 std::optional<std::vector<std::string>> readInPieces(const std::string& bytes) {
   constexpr std::size_t parts = 2;
-  constexpr std::size_t shortest = 1;
+  constexpr std::size_t pieceSize = 50;
   std::vector<std::string> programmes[parts];
   std::vector<epg::ProgrammeTaker> takers;
   for (std::vector<std::string>& part : programmes) {
     takers.emplace_back([&part](const epg::XMLTVProgramme& programme) { part.push_back(told(programme)); });
   }
-  if (!epg::parseFaultlessGuide(bytes, takers, shortest)) return std::nullopt;
+  if (!epg::parseFaultlessGuide(bytes, takers, pieceSize)) return std::nullopt;
   programmes[0].insert(programmes[0].end(), programmes[1].begin(), programmes[1].end());
   return programmes[0];
 }

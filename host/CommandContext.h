@@ -23,8 +23,8 @@ struct CommandContext {
   /// Called, where it is set, before a command that changes no file writes anything: from then on a reader that leaves
   /// early may end the program.
   std::function<void()> nothingToLose = nullptr;
-  /// Where it is set, takes what nobody uses any more but the process is to end with: giving back a store's millions of
-  /// pieces one by one takes longer than to save them, and nobody would be the better for it.
+  /// Where it is set, takes what is of no more use once the command ends, for the process to end with: giving back a
+  /// store's millions of pieces one by one takes longer than to save them, and nobody would be the better for it.
   std::function<void(std::shared_ptr<const void>)> keep = nullptr;
 };
 

@@ -64,8 +64,8 @@ class EntryMaker {
     made.entries.push_back(GuideEntry{std::move(uniqueID), std::move(values)});
   }
 
-  /// Takes what was made of the part that comes next.
-  void take(GuideEntries next) {
+  /// Takes over what was made of the part that comes next.
+  void append(GuideEntries next) {
     made.programmes += next.programmes;
     for (GuideEntry& entry : next.entries) {
       if (seen_.insert(entry.uniqueID).second) made.entries.push_back(std::move(entry));
@@ -91,7 +91,7 @@ std::optional<GuideEntries> faultlessGuideEntries(const std::string& bytes) {
     takers.emplace_back([&maker](const XMLTVProgramme& programme) { maker.take(programme); });
   }
   if (!parseFaultlessGuide(bytes, takers)) return std::nullopt;
-  for (std::size_t i = 1; i < parts; ++i) makers.front().take(std::move(makers[i].made));
+  for (std::size_t i = 1; i < parts; ++i) makers.front().append(std::move(makers[i].made));
   return std::move(makers.front().made);
 }
 

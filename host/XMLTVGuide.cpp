@@ -1,6 +1,7 @@
 #include "host/XMLTVGuide.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <future>
 #include <memory>
@@ -281,55 +282,61 @@ std::size_t endOfProgramme(const std::string& bytes, std::size_t from) {
   return at == std::string::npos ? bytes.size() : at + endTag.size();
 }
 
-/// Reads from one end of a programme to another, piece by piece.
-///
-/// Each piece is made a document of its own by the root's tags. Being well-formed so, it cannot have ended inside of
-/// anything but the root: a comment, say, that goes on in the next piece would have no end.
-std::optional<XMLTVGuide> readPieces(const std::string& bytes, std::size_t from, std::size_t to, std::size_t pieceSize,
-                                     const ProgrammeTaker& take) {
-  static constexpr std::string_view startTag = "<tv>";
-  static constexpr std::string_view endTag = "</tv>";
-  XMLTVGuide whole;
-  while (from < to) {
-    const std::size_t end = std::min(endOfProgramme(bytes, from + pieceSize), to);
+/// Reads a guide's parts, several of them at once, until one of them cannot be read.
+class PartReader {
+ public:
+  PartReader(const std::string& bytes, std::size_t pieceSize) : bytes_(bytes), pieceSize_(pieceSize) {}
+
+  /// Reads from one end of a programme to another, piece by piece. False when that was given up.
+  bool read(std::size_t from, std::size_t to, const ProgrammeTaker& take) {
+    while (from < to && !isGivenUp_) {
+      const std::size_t end = std::min(endOfProgramme(bytes_, from + pieceSize_), to);
+      // With few ends of programmes the pieces would be no smaller than the guide.
+      constexpr std::size_t tooLarge = 16;
+      if ((end - from) / tooLarge > pieceSize_ || !readPiece(from, end, take)) isGivenUp_ = true;
+      from = end;
+    }
+    return !isGivenUp_;
+  }
+
+ private:
+  /// Each piece is made a document of its own by the root's tags. Being well-formed so, it cannot have ended inside of
+  /// anything but the root: a comment, say, that goes on in the next piece would have no end.
+  bool readPiece(std::size_t from, std::size_t end, const ProgrammeTaker& take) const {
+    static constexpr std::string_view startTag = "<tv>";
+    static constexpr std::string_view endTag = "</tv>";
     std::string piece;
     piece.reserve(startTag.size() + (end - from) + endTag.size());
     if (from > 0) piece += startTag;
-    piece.append(bytes, from, end - from);
-    if (end < bytes.size()) piece += endTag;
+    piece.append(bytes_, from, end - from);
+    if (end < bytes_.size()) piece += endTag;
     const std::unique_ptr<XMLReader> document = XMLReader::parse(std::move(piece), nullptr);
-    if (!document || !isNamed(document->root(), "tv")) return std::nullopt;
-    XMLTVGuide read = readGuide(*document, {}, take);
-    if (!read.warnings.empty()) return std::nullopt;
-    whole.channelNames.merge(read.channelNames);
-    from = end;
+    return document && isNamed(document->root(), "tv") && readGuide(*document, {}, take).warnings.empty();
   }
-  return whole;
-}
+
+  const std::string& bytes_;
+  const std::size_t pieceSize_;
+  std::atomic<bool> isGivenUp_{false};
+};
 
 }  // namespace
 
-std::optional<XMLTVGuide> parseFaultlessGuide(const std::string& bytes, const std::vector<ProgrammeTaker>& takers,
-                                              std::size_t pieceSize) {
-  if (bytes.empty() || !XMLReader::isInUTF8(bytes)) return std::nullopt;
-  std::vector<std::future<std::optional<XMLTVGuide>>> parts;
+bool parseFaultlessGuide(const std::string& bytes, const std::vector<ProgrammeTaker>& takers, std::size_t pieceSize) {
+  if (bytes.empty() || takers.empty() || !XMLReader::isInUTF8(bytes)) return false;
+  PartReader reader(bytes, pieceSize);
+  std::vector<std::future<bool>> parts;
   std::size_t from = 0;
   for (std::size_t i = 0; i < takers.size(); ++i) {
-    const std::size_t to = endOfProgramme(bytes, bytes.size() / takers.size() * (i + 1));
+    const bool isLast = i + 1 == takers.size();
+    const std::size_t to = isLast ? bytes.size() : endOfProgramme(bytes, bytes.size() / takers.size() * (i + 1));
     // Where the system has no thread to give, this one does the work.
     const auto policy = i == 0 ? std::launch::deferred : std::launch::async | std::launch::deferred;
-    parts.push_back(std::async(policy, [&bytes, from, to, pieceSize, &take = takers[i]] {
-      return readPieces(bytes, from, to, pieceSize, take);
-    }));
+    parts.push_back(std::async(policy, [&reader, from, to, &take = takers[i]] { return reader.read(from, to, take); }));
     from = to;
   }
-  std::optional<XMLTVGuide> whole = XMLTVGuide();
-  for (auto& part : parts) {
-    std::optional<XMLTVGuide> read = part.get();
-    if (!read) whole = std::nullopt;
-    if (whole) whole->channelNames.merge(read->channelNames);
-  }
-  return whole;
+  bool isWhole = true;
+  for (auto& part : parts) isWhole = part.get() && isWhole;
+  return isWhole;
 }
 
 }  // namespace epg

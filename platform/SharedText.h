@@ -77,8 +77,8 @@ class SharedTextPool {
     SharedText text;
   };
 
-  // The last four for each hash, the one that was asked for last in front: a tag that is used again and again stays,
-  // however many IDs and titles come and go.
+  // The last four of each group of hashes, the one that was asked for last in front: a tag that is used again and again
+  // stays, however many IDs and titles come and go.
   std::array<std::array<Remembered, 4>, 1024> texts_;
 };
 

@@ -57,6 +57,7 @@ std::shared_ptr<EPGItem> EPGItemStore::item(const std::string& uniqueID) const {
 }
 
 void EPGItemStore::fetchAhead(const std::vector<const std::string*>& uniqueIDs) const {
+  constexpr std::size_t usualID = 56;  // Bytes, of a UUID and what a text takes besides.
   struct Sought {
     std::size_t hash;
     const EPGItemStorePart* part;
@@ -82,8 +83,8 @@ void EPGItemStore::fetchAhead(const std::vector<const std::string*>& uniqueIDs) 
     }
     for (const Sought& each : sought) {
       if (!each.record) continue;
-      epg::fetchAhead(each.record->uniqueID.block());
-      epg::fetchAhead(each.record->entry.item.get());
+      epg::fetchAhead(each.record->uniqueID.block(), usualID);
+      epg::fetchAhead(each.record->entry.item.get(), sizeof(EPGItem));
     }
     for (const Sought& each : sought) {
       if (each.record && each.record->entry.item) items.push_back(each.record->entry.item);

@@ -16,7 +16,7 @@ namespace epg {
 /// The item store: EPG unique ID to EPG item, the key alone deciding which item belongs to which entry.
 ///
 /// A live container that the host may change too. Every operation may be called from any thread and takes effect
-/// at once; a lock is held for the single look-up or change.
+/// at once; a lock is held for the single look-up or change, and for the few look-ups of `fetchAhead`.
 class EPGItemStore {
  public:
   EPGItemStore() = default;

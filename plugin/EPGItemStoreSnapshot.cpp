@@ -40,24 +40,27 @@ EPGItemStorePart::Record EPGItemStorePart::find(std::size_t hash, std::string_vi
   return slots_.empty() ? nullptr : slots_[position(hash, uniqueID)].record;
 }
 
-void EPGItemStorePart::grow() {
-  constexpr int fewestAsPowerOfTwo = 3;
-  const bool isFirst = slots_.empty();
-  std::vector<Slot> old(isFirst ? std::size_t{1} << fewestAsPowerOfTwo : 2 * slots_.size());
+void EPGItemStorePart::reserve(std::size_t count) {
+  int powerOfTwo = 3;
+  // A search ends at a free slot, which is near as long as every fourth one is free.
+  while ((std::size_t{1} << powerOfTwo) / 4 * 3 < count) ++powerOfTwo;
+  if (std::size_t{1} << powerOfTwo <= slots_.size()) return;
+  std::vector<Slot> old(std::size_t{1} << powerOfTwo);
   old.swap(slots_);
-  homeShift_ -= isFirst ? fewestAsPowerOfTwo : 1;
+  homeShift_ = std::numeric_limits<std::size_t>::digits - powerOfTwo;
   for (Slot& slot : old) {
     if (slot.record) slots_[position(slot.hash, slot.record->uniqueID)] = std::move(slot);
   }
 }
 
 EPGItemStorePart::Record EPGItemStorePart::set(std::size_t hash, Record record) {
-  // A search ends at a free slot, which is near as long as every fourth one is free.
-  if (count_ + 1 > slots_.size() / 4 * 3) grow();
+  // Replacing needs no room, and must not fail for want of it.
+  const bool isNew = slots_.empty() || !slots_[position(hash, record->uniqueID)].record;
+  if (isNew) reserve(count_ + 1);
   Slot& slot = slots_[position(hash, record->uniqueID)];
   slot.hash = hash;
   std::swap(slot.record, record);
-  if (!record) ++count_;
+  if (isNew) ++count_;
   return record;
 }
 
@@ -102,6 +105,7 @@ EPGItemStoreSnapshot::Iterator EPGItemStoreSnapshot::Iterator::operator++(int) {
 
 EPGItemStoreSnapshot::EPGItemStoreSnapshot(std::vector<EPGItemStoreRecord> records) {
   const auto part = std::make_shared<EPGItemStorePart>();
+  part->reserve(records.size());
   for (EPGItemStoreRecord& record : records) {
     const std::size_t hash = hashOf(record.uniqueID);
     if (!part->set(hash, std::make_shared<const EPGItemStoreRecord>(std::move(record)))) ++size_;
@@ -164,7 +168,9 @@ std::size_t takeTellingBytes(std::vector<SortedRecord>& records, std::size_t cou
 void sortByTellingBytes(std::vector<SortedRecord>& records) {
   std::vector<SortedRecord> sorted(records.size());
   for (int shift = 0; shift < std::numeric_limits<std::uint64_t>::digits; shift += 8) {
-    const auto byteOf = [shift](const SortedRecord& record) { return record.tellingBytes >> shift & 0xFF; };
+    const auto byteOf = [shift](const SortedRecord& record) {
+      return static_cast<std::size_t>(record.tellingBytes >> shift & 0xFF);
+    };
     std::array<std::size_t, 256> ends{};
     for (const SortedRecord& record : records) ++ends[byteOf(record)];
     if (ends[byteOf(records.front())] == records.size()) continue;
@@ -212,7 +218,7 @@ class ContentsInTurn {
  public:
   explicit ContentsInTurn(const std::vector<SortedRecord>& records) : records_(records) {}
 
-  /// To be asked for one after the other.
+  /// To be asked for each once, one after the other.
   PropertyList next(std::size_t index) {
     if (index % few == 0) read(index);
     return std::move(contents_[index % few]);
@@ -224,7 +230,7 @@ class ContentsInTurn {
   void read(std::size_t first) {
     const std::size_t end = std::min(first + few, records_.size());
     for (std::size_t i = end; i < std::min(end + few, records_.size()); ++i) {
-      fetchAhead(records_[i].record->entry.item.get());
+      fetchAhead(records_[i].record->entry.item.get(), sizeof(EPGItem));
     }
     for (std::size_t i = first; i < end; ++i) {
       contents_[i - first] = contentOf(records_[i].record->entry);

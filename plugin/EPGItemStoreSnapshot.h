@@ -38,6 +38,9 @@ class EPGItemStorePart {
     Record record;
   };
 
+  /// Makes room for so many, so that they can be put in in any order: in that of another part's slots they would crowd
+  /// where a smaller table begins.
+  void reserve(std::size_t count);
   /// Null when there is none.
   Record find(std::size_t hash, std::string_view uniqueID) const;
   /// Puts the record in; what stood under its ID before, or null.
@@ -60,7 +63,6 @@ class EPGItemStorePart {
   std::size_t next(std::size_t index) const { return (index + 1) & (slots_.size() - 1); }
   /// The slot of the ID, or the free one where it would be put. Needs slots.
   std::size_t position(std::size_t hash, std::string_view uniqueID) const;
-  void grow();
 
   std::vector<Slot> slots_;
   std::size_t count_ = 0;
@@ -127,9 +129,9 @@ class EPGItemStoreSnapshot {
   std::size_t size_ = 0;
 };
 
-/// Appends "EPGItems.plist" as it is to hold the snapshot, each item as it is when its turn comes. False, with an
-/// undefined beginning appended, when the store holds what no property-list file can hold. Ends early when the sink
-/// fails.
+/// Appends "EPGItems.plist" as it is to hold the snapshot, each item as it is shortly before its turn comes. False,
+/// with an undefined beginning appended, when the store holds what no property-list file can hold. Ends early when the
+/// sink fails.
 bool writeStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot);
 
 }  // namespace epg

@@ -281,6 +281,16 @@ TEST(ItemStoreTest, WhatGoesWithAValueMayLookAtTheItem) {
   EXPECT_EQ(2, looks);
 }
 
+TEST(ItemStoreTest, ASnapshotMayBeMadeOfAnotherOnesEntriesInTheirOrder) {
+  EPGItemStore store;
+  for (int i = 0; i < 3000; ++i) store.setItem(std::to_string(i), itemTitled("x"));
+  std::vector<EPGItemStoreRecord> records;
+  for (const auto& record : store.snapshot()) records.push_back(record);
+  const EPGItemStoreSnapshot snapshot(records);
+  EXPECT_EQ(3000U, snapshot.size());
+  for (int i = 0; i < 3000; ++i) EXPECT_TRUE(snapshot.find(std::to_string(i)));
+}
+
 TEST(ItemStoreTest, FetchingAheadChangesNothing) {
   EPGItemStore store;
   EPGItemStoreEntry noItem;
