@@ -87,7 +87,8 @@ std::optional<GuideEntries> faultlessGuideEntries(const std::string& bytes) {
   std::deque<EntryMaker> makers;
   std::vector<ProgrammeTaker> takers;
   for (std::size_t i = 0; i < parts; ++i) {
-    EntryMaker& maker = makers.emplace_back(bytes.size() / parts);
+    // The first one takes over what the others made.
+    EntryMaker& maker = makers.emplace_back(i == 0 ? bytes.size() : bytes.size() / parts);
     takers.emplace_back([&maker](const XMLTVProgramme& programme) { maker.take(programme); });
   }
   if (!parseFaultlessGuide(bytes, takers)) return std::nullopt;

@@ -244,8 +244,8 @@ class ContentsInTurn {
   }
 
   // Bytes. Of a longer text, the processor sees by itself that it is being read on.
-  static constexpr std::size_t usualEntries = 192;
-  static constexpr std::size_t usualText = 128;
+  static constexpr std::size_t usualEntries = 136;
+  static constexpr std::size_t usualText = 64;
 
   const std::vector<SortedRecord>& records_;
   std::array<PropertyList, few> contents_;
