@@ -1,6 +1,7 @@
 // The XML form of property lists, written.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <locale>
@@ -191,8 +192,18 @@ class XMLWriter {
   }
 
   /// As those of items have, but for the strangest, so that each is looked through once.
-  static bool haveAllPlainKeys(const PropertyListDictionary& entries) {
-    return std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isPlainInXML(one.first); });
+  bool haveAllPlainKeys(const PropertyListDictionary& entries) {
+    std::size_t place = 0;
+    return std::all_of(entries.begin(), entries.end(), [&](const auto& one) { return isPlainKey(one.first, place++); });
+  }
+
+  /// Most dictionaries share their keys with the one before.
+  bool isPlainKey(const SharedText& key, std::size_t place) {
+    const bool isRemembered = place < plainKeys_.size();
+    if (isRemembered && key.block() && key.block() == plainKeys_[place].block()) return true;
+    if (!isPlainInXML(key)) return false;
+    if (isRemembered) plainKeys_[place] = key;
+    return true;
   }
 
   bool contentsUnderPlainKeys(const PropertyListDictionary& entries, int depth) {
@@ -214,6 +225,7 @@ class XMLWriter {
 
   ByteSink& document_;
   int level_ = 0;
+  std::array<SharedText, 8> plainKeys_;  ///< By their places, those looked through last.
 };
 
 }  // namespace
