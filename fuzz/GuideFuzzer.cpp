@@ -25,6 +25,7 @@ std::optional<std::vector<std::string>> readInPieces(const std::string& bytes) {
   constexpr std::size_t pieceSize = 50;
   std::vector<std::string> programmes[parts];
   std::vector<epg::ProgrammeTaker> takers;
+  takers.reserve(parts);
   for (std::vector<std::string>& part : programmes) {
     takers.emplace_back([&part](const epg::XMLTVProgramme& programme) { part.push_back(told(programme)); });
   }

@@ -86,6 +86,7 @@ std::optional<GuideEntries> faultlessGuideEntries(const std::string& bytes) {
   const std::size_t parts = std::min(bytes.size() / worthAThread + 1, processors);
   std::deque<EntryMaker> makers;
   std::vector<ProgrammeTaker> takers;
+  takers.reserve(parts);
   for (std::size_t i = 0; i < parts; ++i) {
     // The first one takes over what the others made.
     EntryMaker& maker = makers.emplace_back(i == 0 ? bytes.size() : bytes.size() / parts);

@@ -1,6 +1,5 @@
 // The quick way to read a guide against the thorough one.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
@@ -17,7 +16,11 @@ namespace epg::test {
 
 namespace {
 
-using testing::IsEmpty;
+std::string joined(const std::vector<std::string>& texts) {
+  std::string whole;
+  for (const std::string& text : texts) whole += text;
+  return whole;
+}
 
 /// What tells one programme from another.
 std::string told(const XMLTVProgramme& programme) {
@@ -32,6 +35,7 @@ using Programmes = std::vector<std::string>;
 std::optional<Programmes> readQuickly(const std::string& bytes, std::size_t pieceSize, std::size_t parts) {
   std::vector<Programmes> programmes(parts);
   std::vector<ProgrammeTaker> takers;
+  takers.reserve(parts);
   for (Programmes& part : programmes) {
     takers.emplace_back([&part](const XMLTVProgramme& programme) { part.push_back(told(programme)); });
   }
@@ -108,7 +112,7 @@ TEST(FaultlessGuide, IsNoneWithAnythingToTell) {
        {"<programme start='never'><title>B</title></programme>", "<programme start='2012'></programme>",
         "<programme start='2012'><title>&unknown;</title></programme>", "<a b='1' b='2'/>", "<a b='<'/>", "<a>",
         "</tv>", "\xFF", "<![CDATA["}) {
-    EXPECT_FALSE(programmesReadQuickly("<tv>" + good + bad + good + "</tv>")) << bad;
+    EXPECT_FALSE(programmesReadQuickly(joined({"<tv>", good, bad, good, "</tv>"}))) << bad;
   }
   EXPECT_FALSE(programmesReadQuickly("<guide>" + good + "</guide>"));
   EXPECT_FALSE(programmesReadQuickly("<tv>" + good + "</tv><tv>" + good + "</tv>"));
@@ -128,7 +132,7 @@ TEST(FaultlessGuide, IsNotTakenApartInsideOfAnythingElse) {
   for (const std::string& around :
        {"<!-- " + good + " -->", "<?p " + good + " ?>", "<a><![CDATA[" + good + "]]></a>", "<a>" + good + "</a>",
         "<programme start='2013'><title>B</title>" + good + "</programme>"}) {
-    const std::string guide = "<tv>" + good + around + good + "</tv>";
+    const std::string guide = joined({"<tv>", good, around, good, "</tv>"});
     const auto whole = readThoroughly(guide);
     ASSERT_TRUE(whole) << guide;
     for (const std::size_t pieceSize : {20U, 40U, 80U, 100U, 120U, 1000U}) {
