@@ -128,7 +128,7 @@ ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vect
     if (!replace || replaced == values) {
       ++counts.kept;
     } else {
-      store.setItem(uniqueID, std::make_shared<EPGItem>(std::move(replaced)));
+      store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(replaced)));
       ++counts.replaced;
     }
   }

@@ -23,9 +23,7 @@ std::mutex& EPGItem::mutex() const {
   return mutexes[std::hash<const EPGItem*>()(this) / alignof(std::max_align_t) % mutexes.size()];
 }
 
-PropertyListDictionary EPGItem::values() const { return ownValues(); }
-
-PropertyListDictionary EPGItem::ownValues() const {
+PropertyListDictionary EPGItem::values() const {
   const std::lock_guard<std::mutex> lock(mutex());
   return values_;
 }
@@ -62,7 +60,8 @@ void EPGItem::fetchAhead(const std::vector<std::shared_ptr<EPGItem>>& items) {
     epg::fetchAhead(item->values_.block(), usualSize);
   }
   for (const auto& item : items) {
-    for (const auto& [key, value] : item->ownValues()) epg::fetchAhead(value.block(), usualSize);
+    // Not what a derived class makes of a platform's object, which would be made twice.
+    for (const auto& [key, value] : item->EPGItem::values()) epg::fetchAhead(value.block(), usualSize);
   }
 }
 

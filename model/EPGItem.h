@@ -49,7 +49,6 @@ class EPGItem {
  private:
   /// One of a few that all items share: a mutex of its own would be the larger part of many an item.
   std::mutex& mutex() const;
-  PropertyListDictionary ownValues() const;
 
   PropertyListDictionary values_;
 };

@@ -116,13 +116,30 @@ bool isUTF8Name(const std::string& encoding) {
 
 constexpr char markOfUTF8[] = "\xEF\xBB\xBF";
 
+/// How a document in UTF-16 begins: with its mark, or with the "<" that all documents begin with.
+struct UTF16Start {
+  char bytes[2];
+  std::size_t markLength;
+  bool isBigEndian;
+};
+
+constexpr UTF16Start utf16Starts[] = {
+    {{'\xFE', '\xFF'}, 2, true}, {{'\xFF', '\xFE'}, 2, false}, {{'\0', '<'}, 0, true}, {{'<', '\0'}, 0, false}};
+
+/// Null when the document is in something else.
+const UTF16Start* utf16StartOf(const std::string& bytes) {
+  const auto* const found = std::find_if(std::begin(utf16Starts), std::end(utf16Starts), [&](const UTF16Start& start) {
+    return startsWith(bytes, start.bytes, sizeof start.bytes);
+  });
+  return found == std::end(utf16Starts) ? nullptr : found;
+}
+
 /// The document in UTF-8, of a document that is in another encoding. Nothing, and no problem, where it is in UTF-8.
 std::optional<std::string> convertedToUTF8(const std::string& bytes, std::string* problem) {
   if (startsWith(bytes, markOfUTF8, 3)) return bytes.substr(3);
-  if (startsWith(bytes, "\xFE\xFF", 2)) return convertUTF16ToUTF8(bytes, 2, true, problem);
-  if (startsWith(bytes, "\xFF\xFE", 2)) return convertUTF16ToUTF8(bytes, 2, false, problem);
-  if (startsWith(bytes, "\0<", 2)) return convertUTF16ToUTF8(bytes, 0, true, problem);
-  if (startsWith(bytes, "<\0", 2)) return convertUTF16ToUTF8(bytes, 0, false, problem);
+  if (const UTF16Start* const start = utf16StartOf(bytes)) {
+    return convertUTF16ToUTF8(bytes, start->markLength, start->isBigEndian, problem);
+  }
   const std::string encoding = declaredEncoding(bytes);
   if (isUTF8Name(encoding)) return std::nullopt;
   if (startsWith(encoding, "UTF-16", 6)) {
@@ -222,11 +239,7 @@ struct StringWriter : pugi::xml_writer {
 }  // namespace
 
 bool XMLReader::isInUTF8(const std::string& bytes) {
-  if (startsWith(bytes, markOfUTF8, 3)) return true;
-  for (const char* const start : {"\xFE\xFF", "\xFF\xFE", "\0<", "<\0"}) {
-    if (startsWith(bytes, start, 2)) return false;
-  }
-  return isUTF8Name(declaredEncoding(bytes));
+  return startsWith(bytes, markOfUTF8, 3) || (!utf16StartOf(bytes) && isUTF8Name(declaredEncoding(bytes)));
 }
 
 std::unique_ptr<XMLReader> XMLReader::parse(std::string bytes, std::string* problem, Halves halves) {

@@ -41,10 +41,9 @@ EPGItemStorePart::Record EPGItemStorePart::find(std::size_t hash, std::string_vi
 }
 
 void EPGItemStorePart::reserve(std::size_t count) {
+  if (count <= mostRecords(slots_.size())) return;
   int powerOfTwo = 3;
-  // A search ends at a free slot, which is near as long as every fourth one is free.
-  while ((std::size_t{1} << powerOfTwo) / 4 * 3 < count) ++powerOfTwo;
-  if (std::size_t{1} << powerOfTwo <= slots_.size()) return;
+  while (mostRecords(std::size_t{1} << powerOfTwo) < count) ++powerOfTwo;
   std::vector<Slot> old(std::size_t{1} << powerOfTwo);
   old.swap(slots_);
   homeShift_ = std::numeric_limits<std::size_t>::digits - powerOfTwo;
@@ -55,9 +54,13 @@ void EPGItemStorePart::reserve(std::size_t count) {
 
 EPGItemStorePart::Record EPGItemStorePart::set(std::size_t hash, Record record) {
   // Replacing needs no room, and must not fail for want of it.
-  const bool isNew = slots_.empty() || !slots_[position(hash, record->uniqueID)].record;
-  if (isNew) reserve(count_ + 1);
-  Slot& slot = slots_[position(hash, record->uniqueID)];
+  std::size_t index = slots_.empty() ? 0 : position(hash, record->uniqueID);
+  const bool isNew = slots_.empty() || !slots_[index].record;
+  if (isNew && count_ == mostRecords(slots_.size())) {
+    reserve(count_ + 1);
+    index = position(hash, record->uniqueID);
+  }
+  Slot& slot = slots_[index];
   slot.hash = hash;
   std::swap(slot.record, record);
   if (isNew) ++count_;

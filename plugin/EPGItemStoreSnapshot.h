@@ -59,6 +59,8 @@ class EPGItemStorePart {
   const EPGItemStoreRecord* firstWithHash(std::size_t hash) const;
 
  private:
+  /// A search ends at a free slot, which is near as long as every fourth one is free.
+  static std::size_t mostRecords(std::size_t slots) { return slots / 4 * 3; }
   std::size_t home(std::size_t hash) const;
   std::size_t next(std::size_t index) const { return (index + 1) & (slots_.size() - 1); }
   /// The slot of the ID, or the free one where it would be put. Needs slots.

@@ -11,16 +11,11 @@
 #include "host/EPGUniqueID.h"
 #include "host/Refusal.h"
 #include "host/XMLTVGuide.h"
+#include "tests/support/HostileText.h"
 
 namespace epg::test {
 
 namespace {
-
-std::string joined(const std::vector<std::string>& texts) {
-  std::string whole;
-  for (const std::string& text : texts) whole += text;
-  return whole;
-}
 
 /// What tells one programme from another.
 std::string told(const XMLTVProgramme& programme) {
@@ -185,8 +180,7 @@ rc::Gen<std::string> anyPiece() {
 
 RC_GTEST_PROP(FaultlessGuide, IsReadAsTheThoroughWayReadsItOrNotAtAll, ()) {
   const auto pieces = *rc::gen::container<std::vector<std::string>>(anyPiece());
-  std::string guide;
-  for (const std::string& piece : pieces) guide += piece;
+  std::string guide = joined(pieces);
   if (*rc::gen::inRange(0, 8) != 0) guide = "<tv>" + guide + "</tv>";
   const auto read = readQuickly(guide, *rc::gen::inRange<std::size_t>(1, 300), *rc::gen::inRange<std::size_t>(1, 4));
   if (read) RC_ASSERT(read == readThoroughly(guide));

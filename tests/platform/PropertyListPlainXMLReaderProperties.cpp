@@ -9,6 +9,7 @@
 #include "platform/PropertyListFile.h"
 #include "platform/PropertyListForms.h"
 #include "tests/platform/PropertyListPrinting.h"
+#include "tests/support/HostileText.h"
 
 namespace epg {
 namespace {
@@ -88,9 +89,7 @@ rc::Gen<std::string> anyPiece() {
 
 RC_GTEST_PROP(PlainXMLPropertyList, NeverReadsAnythingElseThanTheThoroughReader, ()) {
   const auto pieces = *rc::gen::container<std::vector<std::string>>(anyPiece());
-  std::string text;
-  for (const std::string& piece : pieces) text += piece;
-  expectTheSameOrNothing(inDocument(text));
+  expectTheSameOrNothing(inDocument(test::joined(pieces)));
 }
 
 /// A value as text, its elements on lines of their own or not.
