@@ -15,6 +15,8 @@ namespace {
 
 std::atomic<std::size_t> changesOfAllItems{0};
 
+constexpr std::size_t usualSize = 192;  ///< Bytes of an item's entries, and of the longer texts in them.
+
 }  // namespace
 
 std::mutex& EPGItem::mutex() const {
@@ -53,12 +55,13 @@ void EPGItem::remove(const std::string& key) {
   noteChange();
 }
 
+void EPGItem::fetchAhead() const {
+  const std::lock_guard<std::mutex> lock(mutex());
+  epg::fetchAhead(values_.block(), usualSize);
+}
+
 void EPGItem::fetchAhead(const std::vector<std::shared_ptr<EPGItem>>& items) {
-  constexpr std::size_t usualSize = 192;  // Of an item's entries, and of the longer texts in them.
-  for (const auto& item : items) {
-    const std::lock_guard<std::mutex> lock(item->mutex());
-    epg::fetchAhead(item->values_.block(), usualSize);
-  }
+  for (const auto& item : items) item->fetchAhead();
   for (const auto& item : items) {
     // Not what a derived class makes of a platform's object, which would be made twice.
     for (const auto& [key, value] : item->EPGItem::values()) epg::fetchAhead(value.block(), usualSize);

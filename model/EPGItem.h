@@ -34,7 +34,9 @@ class EPGItem {
   void set(SharedText key, PropertyList value);
   virtual void remove(const std::string& key);
 
-  /// Has the processor fetch what `values` gives for each of the items, the values' beginnings with it.
+  /// Has the processor fetch the dictionary that `values` gives, without what it holds.
+  void fetchAhead() const;
+  /// The same for each of the items, the beginnings of the values in the dictionaries with it.
   static void fetchAhead(const std::vector<std::shared_ptr<EPGItem>>& items);
 
   /// A new item with the same entries; nested values are shared, which is safe because none is changed in place.

@@ -70,8 +70,9 @@ class XMLWriter {
     return false;
   }
 
-  /// Keys have to be such as XML can carry.
-  bool dictionary(const std::vector<std::string_view>& keys, const PropertyListValues& valueOfKey, int depth) {
+  /// Keys have to be such as XML can carry. Those that are plain besides are not looked through again.
+  bool dictionary(const std::vector<std::string_view>& keys, bool arePlain, const PropertyListValues& valueOfKey,
+                  int depth) {
     if (keys.empty()) {
       line("<dict/>\n");
       return true;
@@ -79,7 +80,12 @@ class XMLWriter {
     line("<dict>\n");
     ++level_;
     for (std::size_t i = 0; i < keys.size() && !document_.failed(); ++i) {
-      if (!entry(keys[i], valueOfKey(i), depth)) return false;
+      if (arePlain) {
+        line("<key>", keys[i], "</key>\n");
+        if (!value(valueOfKey(i), depth + 1)) return false;
+      } else if (!entry(keys[i], valueOfKey(i), depth)) {
+        return false;
+      }
     }
     --level_;
     line("</dict>\n");
@@ -240,7 +246,8 @@ bool writePropertyListXML(ByteSink& document, const PropertyList& value) {
 
 bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view>& keys,
                           const PropertyListValues& valueOfKey) {
-  if (!std::all_of(keys.begin(), keys.end(), isCarriedByXML)) {
+  const bool arePlain = std::all_of(keys.begin(), keys.end(), isPlainInXML);
+  if (!arePlain && !std::all_of(keys.begin(), keys.end(), isCarriedByXML)) {
     // What becomes of such a key depends on all the others, and so may its place.
     std::vector<PropertyListDictionary::Entry> entries;
     entries.reserve(keys.size());
@@ -249,7 +256,7 @@ bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view
   }
   XMLWriter writer(document);
   writer.documentStart();
-  if (!writer.dictionary(keys, valueOfKey, 1)) return false;
+  if (!writer.dictionary(keys, arePlain, valueOfKey, 1)) return false;
   writer.documentEnd();
   return true;
 }

@@ -215,39 +215,39 @@ PropertyList contentOf(const EPGItemStoreEntry& entry) {
   return entry.item ? PropertyList(entry.item->values()) : entry.value;
 }
 
-/// What stands under the records. A few of them are read at once, so that the memory that they lie in is fetched for
-/// all of them at the same time.
+/// What stands under the records. Each is read a few turns before its own, and the memory that it lies in is fetched
+/// before that, so that a save hardly ever waits for memory.
 class ContentsInTurn {
  public:
-  explicit ContentsInTurn(const std::vector<SortedRecord>& records) : records_(records) {}
+  explicit ContentsInTurn(const std::vector<SortedRecord>& records) : records_(records) {
+    for (std::size_t i = 0; i < few; ++i) read(i);
+  }
 
   /// To be asked for each once, one after the other.
   PropertyList next(std::size_t index) {
-    if (index % few == 0) read(index);
-    return std::move(contents_[index % few]);
+    PropertyList content = std::move(contents_[index % few]);
+    read(index + few);
+    return content;
   }
 
  private:
   static constexpr std::size_t few = 8;
 
-  void read(std::size_t first) {
-    const std::size_t end = std::min(first + few, records_.size());
-    for (std::size_t i = end; i < std::min(end + few, records_.size()); ++i) {
-      fetchAhead(records_[i].record->entry.item.get(), sizeof(EPGItem));
-    }
-    for (std::size_t i = first; i < end; ++i) {
-      contents_[i - first] = contentOf(records_[i].record->entry);
-      fetchAhead(contents_[i - first].block(), usualEntries);
-    }
-    for (std::size_t i = first; i < end; ++i) {
-      const PropertyListDictionary* const values = contents_[i - first].asDictionary();
-      if (!values) continue;
-      for (const auto& [key, value] : *values) fetchAhead(value.block(), usualText);
-    }
+  /// Reads that one, and has those fetched that are a few and twice as many behind it.
+  void read(std::size_t index) {
+    if (index + 2 * few < records_.size()) fetchAhead(itemOf(index + 2 * few), sizeof(EPGItem));
+    if (index + few < records_.size() && itemOf(index + few)) itemOf(index + few)->fetchAhead();
+    if (index >= records_.size()) return;
+    PropertyList& content = contents_[index % few];
+    content = contentOf(records_[index].record->entry);
+    const PropertyListDictionary* const values = content.asDictionary();
+    if (!values) return;
+    for (const auto& [key, value] : *values) fetchAhead(value.block(), usualText);
   }
 
+  const EPGItem* itemOf(std::size_t index) const { return records_[index].record->entry.item.get(); }
+
   // Bytes. Of a longer text, the processor sees by itself that it is being read on.
-  static constexpr std::size_t usualEntries = 136;
   static constexpr std::size_t usualText = 64;
 
   const std::vector<SortedRecord>& records_;
