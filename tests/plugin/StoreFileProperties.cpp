@@ -36,7 +36,8 @@ rc::Gen<std::string> uniqueID() {
   const auto end = rc::gen::weightedOneOf<std::string>(
       {{6, rc::gen::map(below(200), [](std::size_t number) { return std::to_string(number); })},
        {1, rc::gen::element<std::string>("", std::string(1, '\0'), std::string(2, '\0'), "\x01", "\x02", "\xEF\xBF\xBE",
-                                         "\xEF\xBF\xBD", "\xEF\xBF\xBD\xEF\xBF\xBD", "\x7F", "\xC3\xA9", "\xF4")}});
+                                         "\xEF\xBF\xBD", "\xEF\xBF\xBD\xEF\xBF\xBD", "\x7F", "\xC3\xA9", "\xF4", "&",
+                                         "<\r")}});
   return rc::gen::apply([](const std::string& a, const std::string& b) { return a + b; }, beginning, end);
 }
 
@@ -77,7 +78,7 @@ TEST(StoreFileProperties, EveryStoreFileIsThatOfThePlainWay) {
   std::size_t written = 0;
   expectForCases(1000, [&] {
     EPGItemStore store;
-    for (const auto& [id, values] : *upTo(12, rc::gen::pair(uniqueID(), item()))) {
+    for (const auto& [id, values] : *upTo(30, rc::gen::pair(uniqueID(), item()))) {
       store.setItem(id, std::make_shared<EPGItem>(values));
     }
     for (const auto& [id, content] : *upTo(2, rc::gen::pair(uniqueID(), leaf()))) {
