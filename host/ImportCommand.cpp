@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <deque>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,7 @@
 #include "host/Progress.h"
 #include "host/ReportingEnvironment.h"
 #include "host/XMLTVGuide.h"
+#include "platform/FetchAhead.h"
 
 namespace epg {
 
@@ -35,13 +37,13 @@ struct ImportCounts {
 
 struct GuideEntry {
   SharedText uniqueID;
-  PropertyListDictionary values;
+  std::shared_ptr<EPGItem> item;
 };
 
 /// What an import takes from a guide.
 struct GuideEntries {
   std::size_t programmes = 0;
-  std::vector<GuideEntry> entries;  ///< One for each ID, in the guide's order.
+  std::vector<GuideEntry> entries;  ///< In the guide's order. Those with the same ID hold the same.
   std::vector<std::string> warnings;
 };
 
@@ -60,71 +62,79 @@ class EntryMaker {
     ++made.programmes;
     SharedText uniqueID(epgUniqueID(programme));
     if (!seen_.insert(uniqueID).second) return;
-    PropertyListDictionary values = items_.itemOfProgramme(programme, uniqueID);
-    made.entries.push_back(GuideEntry{std::move(uniqueID), std::move(values)});
-  }
-
-  /// Takes over what was made of the part that comes next.
-  void append(GuideEntries next) {
-    made.programmes += next.programmes;
-    for (GuideEntry& entry : next.entries) {
-      if (seen_.insert(entry.uniqueID).second) made.entries.push_back(std::move(entry));
-    }
+    auto item = std::make_shared<EPGItem>(items_.itemOfProgramme(programme, uniqueID));
+    made.entries.push_back(GuideEntry{std::move(uniqueID), std::move(item)});
   }
 
   GuideEntries made;
 
  private:
-  std::unordered_set<std::string_view> seen_;  ///< The entries' IDs.
+  std::unordered_set<std::string_view> seen_;  ///< The entries' IDs: most programmes are shown more than once.
   GuideItems items_;
 };
 
 /// Nothing when the guide has to be read by somebody who tells what is wrong in it.
-std::optional<GuideEntries> faultlessGuideEntries(const std::string& bytes) {
+std::optional<GuideEntries> faultlessGuideEntries(const CommandContext& context, const std::string& bytes) {
   constexpr std::size_t worthAThread = std::size_t{1} << 22;
   const std::size_t processors = std::max(std::thread::hardware_concurrency(), 1U);
   const std::size_t parts = std::min(bytes.size() / worthAThread + 1, processors);
-  std::deque<EntryMaker> makers;
+  const auto makers = std::make_shared<std::deque<EntryMaker>>();
   std::vector<ProgrammeTaker> takers;
   takers.reserve(parts);
   for (std::size_t i = 0; i < parts; ++i) {
-    // The first one takes over what the others made.
-    EntryMaker& maker = makers.emplace_back(i == 0 ? bytes.size() : bytes.size() / parts);
+    EntryMaker& maker = makers->emplace_back(bytes.size() / parts);
     takers.emplace_back([&maker](const XMLTVProgramme& programme) { maker.take(programme); });
   }
   if (!parseFaultlessGuide(bytes, takers)) return std::nullopt;
-  for (std::size_t i = 1; i < parts; ++i) makers.front().append(std::move(makers[i].made));
-  return std::move(makers.front().made);
+  if (context.keep) context.keep(makers);
+  GuideEntries all = std::move(makers->front().made);
+  for (std::size_t i = 1; i < parts; ++i) {
+    GuideEntries& next = (*makers)[i].made;
+    all.programmes += next.programmes;
+    std::move(next.entries.begin(), next.entries.end(), std::back_inserter(all.entries));
+  }
+  return all;
 }
 
 GuideEntries readGuideEntries(CommandContext& context, const std::string& path) {
   const Progress progress(context.messages, "Reading the guide");
   std::string bytes = readGuideBytes(context.environment, path);
-  if (std::optional<GuideEntries> entries = faultlessGuideEntries(bytes)) return std::move(*entries);
+  if (std::optional<GuideEntries> entries = faultlessGuideEntries(context, bytes)) return std::move(*entries);
   EntryMaker maker(bytes.size());
   const auto take = [&maker](const XMLTVProgramme& programme) { maker.take(programme); };
   maker.made.warnings = parseGuide(std::move(bytes), path, take).warnings;
   return std::move(maker.made);
 }
 
+/// The entries' IDs lie all over memory. They are fetched while those before them are filed.
+void fetchIDAhead(const std::vector<GuideEntry>& entries, std::size_t index) {
+  constexpr std::size_t ahead = 8;
+  constexpr std::size_t usualID = 64;  // Bytes.
+  if (index + ahead < entries.size()) fetchAhead(entries[index + ahead].uniqueID.block(), usualID);
+}
+
 ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vector<GuideEntry> entries, bool replace) {
   const Progress progress(context.messages, "Making entries");
   ImportCounts counts;
-  for (GuideEntry& entry : entries) {
-    const std::string uniqueID(entry.uniqueID);
-    const std::optional<EPGItemStoreEntry> stored = store.entry(uniqueID);
+  const std::size_t itemsBefore = store.size();
+  const EPGItemStoreSnapshot before = store.snapshot();
+  std::unordered_set<std::string_view> known;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    fetchIDAhead(entries, i);
+    GuideEntry& entry = entries[i];
+    const EPGItemStoreRecord* const stored = before.find(entry.uniqueID);
     if (!stored) {
-      store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(entry.values)));
-      ++counts.added;
+      store.setItem(entry.uniqueID, std::move(entry.item));
       continue;
     }
-    if (!stored->item) {
-      context.messages.line(noItemMessage(store, uniqueID));
+    if (!known.insert(stored->uniqueID).second) continue;
+    if (!stored->entry.item) {
+      context.messages.line(noItemMessage(store, std::string(entry.uniqueID)));
       ++counts.kept;
       continue;
     }
-    const PropertyListDictionary values = stored->item->values();
-    PropertyListDictionary replaced = itemReplacedByProgramme(values, entry.values);
+    const PropertyListDictionary values = stored->entry.item->values();
+    PropertyListDictionary replaced = itemReplacedByProgramme(values, entry.item->values());
     if (!replace || replaced == values) {
       ++counts.kept;
     } else {
@@ -132,6 +142,8 @@ ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vect
       ++counts.replaced;
     }
   }
+  // Not each that was filed: a programme that is shown again may have been filed again.
+  counts.added = store.size() - itemsBefore;
   return counts;
 }
 

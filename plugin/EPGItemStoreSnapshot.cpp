@@ -48,7 +48,10 @@ void EPGItemStorePart::reserve(std::size_t count) {
   old.swap(slots_);
   homeShift_ = std::numeric_limits<std::size_t>::digits - powerOfTwo;
   for (Slot& slot : old) {
-    if (slot.record) slots_[position(slot.hash, slot.record->uniqueID)] = std::move(slot);
+    if (!slot.record) continue;
+    std::size_t index = home(slot.hash);
+    while (slots_[index].record) index = next(index);
+    slots_[index] = std::move(slot);
   }
 }
 

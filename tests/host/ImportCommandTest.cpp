@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "host/EPGUniqueID.h"
@@ -64,6 +65,33 @@ TEST_F(ImportCommand, MakesOneEntryOfAProgrammeThatIsShownTwice) {
       runWell({"import", writeGuide("<programme start='2001' channel='one'><title>T</title></programme>"
                                     "<programme start='2002' channel='two'><title> T </title></programme>")});
   EXPECT_EQ(result.output, "2 programmes, 1 new entry, 0 kept entries\n");
+}
+
+TEST_F(ImportCommand, CountsAnEntryOnceHoweverFarApartItsProgrammeIsShown) {
+  // Larger than what one thread reads where there are others.
+  const std::string description(std::size_t{1} << 17, 'd');
+  std::string programmes;
+  for (int i = 0; i < 60; ++i) {
+    programmes += "<programme start='2001'><title>" + std::to_string(i % 20) + "</title><desc>" + description +
+                  "</desc></programme>\n";
+  }
+  const std::string guide = writeGuide(programmes);
+  EXPECT_EQ(runWell({"import", guide}).output, "60 programmes, 20 new entries, 0 kept entries\n");
+  const PropertyListDictionary imported = store();
+  EXPECT_EQ(imported.size(), 20U);
+  EXPECT_EQ(runWell({"import", guide}).output, "60 programmes, 0 new entries, 20 kept entries\n");
+
+  runWell({"remove", idOf(guide, 0)});
+  runWell({"edit", idOf(guide, 1), "--title", "Edited"});
+  PropertyListDictionary changed = store();
+  changed.set(idOf(guide, 2), "no entry");
+  writeStore(changed);
+  const CommandResult result = runWell({"import", guide, "--replace"});
+  EXPECT_EQ(result.output, "60 programmes, 1 new entry, 18 kept entries, 1 replaced entry\n");
+  EXPECT_EQ(std::count(result.messages.begin(), result.messages.end(), '\n'), 1) << result.messages;
+  PropertyListDictionary wanted = imported;
+  wanted.set(idOf(guide, 2), "no entry");
+  EXPECT_EQ(store(), wanted);
 }
 
 TEST_F(ImportCommand, ChangesNothingTheSecondTime) {
