@@ -64,21 +64,23 @@ TEST(ByteSinkTest, KeepsEveryByteInOrderWhereverPiecesEnd) {
   }
 }
 
+constexpr std::size_t tensOfSomePieces = 4 * ByteSink::pieceSize / 10;
+
 TEST(ByteSinkTest, SmallBytesComeInLargePieces) {
   PieceSink sink;
-  for (int i = 0; i < 100000; ++i) sink.append("ten bytes.");
+  for (std::size_t i = 0; i < tensOfSomePieces; ++i) sink.append("ten bytes.");
   sink.flush();
-  EXPECT_LE(sink.pieces.size(), 1000000U / (ByteSink::pieceSize - 10) + 1);
+  EXPECT_LE(sink.pieces.size(), 10 * tensOfSomePieces / (ByteSink::pieceSize - 10) + 1);
 }
 
 TEST(ByteSinkTest, WhatComesAfterAPieceThatFailedIsDropped) {
   PieceSink sink;
   sink.refusedPiece = 1;
-  for (int i = 0; i < 100000 && !sink.failed(); ++i) sink.append("ten bytes.");
+  for (std::size_t i = 0; i < tensOfSomePieces && !sink.failed(); ++i) sink.append("ten bytes.");
   EXPECT_TRUE(sink.failed());
   ASSERT_EQ(sink.pieces.size(), 2U);
-  for (int i = 0; i < 100000; ++i) sink.append("ten bytes.");
-  sink.append(std::string(1000000, 'x'));
+  for (std::size_t i = 0; i < tensOfSomePieces; ++i) sink.append("ten bytes.");
+  sink.append(std::string(10 * tensOfSomePieces, 'x'));
   EXPECT_FALSE(sink.flush());
   EXPECT_EQ(sink.pieces.size(), 2U);
 }
