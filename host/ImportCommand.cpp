@@ -69,7 +69,8 @@ class EntryMaker {
   GuideEntries made;
 
  private:
-  std::unordered_set<std::string_view> seen_;  ///< The entries' IDs: most programmes are shown more than once.
+  /// The entries' IDs, so that no programme is made twice by this maker. Of no use once the entries are given away.
+  std::unordered_set<std::string_view> seen_;
   GuideItems items_;
 };
 
@@ -91,7 +92,8 @@ std::optional<GuideEntries> faultlessGuideEntries(const CommandContext& context,
   for (std::size_t i = 1; i < parts; ++i) {
     GuideEntries& next = (*makers)[i].made;
     all.programmes += next.programmes;
-    std::move(next.entries.begin(), next.entries.end(), std::back_inserter(all.entries));
+    all.entries.insert(all.entries.end(), std::make_move_iterator(next.entries.begin()),
+                       std::make_move_iterator(next.entries.end()));
   }
   return all;
 }

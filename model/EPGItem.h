@@ -34,7 +34,8 @@ class EPGItem {
   void set(SharedText key, PropertyList value);
   virtual void remove(const std::string& key);
 
-  /// Has the processor fetch the dictionary that `values` gives, without what it holds.
+  /// Has the processor fetch the item's own dictionary, without what it holds. Nothing for an item of a derived class
+  /// that keeps its values elsewhere.
   void fetchAhead() const;
   /// The same for each of the items, the beginnings of the values in the dictionaries with it.
   static void fetchAhead(const std::vector<std::shared_ptr<EPGItem>>& items);

@@ -10,11 +10,13 @@ SharedText SharedTextPool::shared(std::string_view text) {
   if (text.empty() || text.size() > longest) return text;
   const std::size_t hash = std::hash<std::string_view>()(text);
   auto& remembered = texts_[hash % texts_.size()];
-  auto* place = std::find_if(remembered.begin(), remembered.end(),
-                             [&](const Remembered& each) { return each.hash == hash && each.text == text; });
-  if (place == remembered.end()) *--place = Remembered{hash, text};
-  std::rotate(remembered.begin(), place, place + 1);
-  return remembered.front().text;
+  Remembered* const first = remembered.data();
+  Remembered* const last = first + remembered.size();
+  Remembered* place =
+      std::find_if(first, last, [&](const Remembered& each) { return each.hash == hash && each.text == text; });
+  if (place == last) *--place = Remembered{hash, text};
+  std::rotate(first, place, place + 1);
+  return first->text;
 }
 
 }  // namespace epg

@@ -110,7 +110,7 @@ TEST(PlainDayFileProperties, ADayFileOfManyPiecesIsThatOfThePlainWay) {
   for (std::size_t i = 0; i < 200; ++i) {
     const std::string id = std::to_string(i);
     const std::string text = std::string(ByteSink::pieceSize - 150 + i, 'x') + "'&\xC3\xA9";
-    items.add(id, Entries{{ZRLEPGDSTitleKey, i % 3 == 0 ? text : id}, {ZRLEPGDSDescriptionKey, std::string(i, '\'')}});
+    items.add(id, Entries{{ZRLEPGDSTitleKey, i % 6 == 0 ? text : id}, {ZRLEPGDSDescriptionKey, std::string(i, '\'')}});
     EPGEvent made;
     made.eventEPGUniqueID = id;
     made.eventEPGPlaybackUniqueID = id;

@@ -44,6 +44,11 @@ class Scene {
 
   int replace(const std::string& content) { return replaceFile(environment, target, content); }
 
+  bool hasWritten() const {
+    const auto names = environment.callNames();
+    return std::find(names.begin(), names.end(), "writeFile") != names.end();
+  }
+
   void expectAsBefore() const {
     EXPECT_EQ(namesIn(folder.path()), before_ == Before::Nothing ? Names() : Names({"target"}));
     if (before_ != Before::Nothing) {
@@ -289,7 +294,7 @@ TEST_P(Replacement, ContentOfManyPiecesIsWrittenWhole) {
 }
 
 TEST_P(Replacement, ContentThatIsGivenUpLeavesTheOldFile) {
-  for (const std::size_t size : {0U, 10U, 1000000U}) {
+  for (const std::size_t size : {std::size_t{0}, std::size_t{10}, 2 * ByteSink::pieceSize}) {
     SCOPED_TRACE(size);
     Scene scene(before, volume);
     const int descriptors = openDescriptors();
@@ -298,6 +303,7 @@ TEST_P(Replacement, ContentThatIsGivenUpLeavesTheOldFile) {
       return EILSEQ;
     };
     EXPECT_EQ(replaceFile(scene.environment, scene.target, content), EILSEQ);
+    EXPECT_EQ(scene.hasWritten(), size > ByteSink::pieceSize);
     EXPECT_EQ(openDescriptors(), descriptors);
     scene.expectAsBefore();
     ASSERT_EQ(scene.environment.replaced().size(), 1U);
@@ -307,7 +313,7 @@ TEST_P(Replacement, ContentThatIsGivenUpLeavesTheOldFile) {
 }
 
 TEST_P(Replacement, ContentThatThrowsLeavesTheOldFile) {
-  for (const std::size_t size : {0U, 10U, 1000000U}) {
+  for (const std::size_t size : {std::size_t{0}, std::size_t{10}, 2 * ByteSink::pieceSize}) {
     SCOPED_TRACE(size);
     Scene scene(before, volume);
     const int descriptors = openDescriptors();
@@ -316,6 +322,7 @@ TEST_P(Replacement, ContentThatThrowsLeavesTheOldFile) {
       throw std::bad_alloc();
     };
     EXPECT_THROW(replaceFile(scene.environment, scene.target, content), std::bad_alloc);
+    EXPECT_EQ(scene.hasWritten(), size > ByteSink::pieceSize);
     EXPECT_EQ(openDescriptors(), descriptors);
     scene.expectAsBefore();
     scene.expectNextReplacementWorks();

@@ -9,17 +9,18 @@
 #include <fstream>
 #include <string>
 
+#include "platform/ByteSink.h"
 #include "tests/support/PluginTest.h"
 
 namespace epg::test {
 namespace {
 
-/// A mounted volume of one megabyte; `error` tells why there is none.
+/// A mounted volume with room for several pieces of a file; `error` tells why there is none.
 class SmallVolume {
  public:
   explicit SmallVolume(const std::string& path) : path_(path) {
 #ifdef __linux__
-    error = ::mount("tmpfs", path_.c_str(), "tmpfs", 0, "size=1m") == 0 ? 0 : errno;
+    error = ::mount("tmpfs", path_.c_str(), "tmpfs", 0, "size=16m") == 0 ? 0 : errno;
 #else
     error = ENOTSUP;
 #endif
@@ -61,7 +62,7 @@ TEST_F(FullDiskTest, KeepsTheOldStoreWholeAndSavesAgainOnceThereIsRoom) {
   const std::string before = contentOf(storePath());
   volume.fill();
 
-  put("E1", {{ZRLEPGDSTitleKey, "After"}, {ZRLEPGDSDescriptionKey, std::string(300000, 'd')}});
+  put("E1", {{ZRLEPGDSTitleKey, "After"}, {ZRLEPGDSDescriptionKey, std::string(2 * ByteSink::pieceSize, 'd')}});
   save();
   EXPECT_EQ(before, contentOf(storePath()));
   EXPECT_EQ((std::vector<std::string>{"EPGItems.plist", "filler"}), namesIn(dataFolder));
@@ -86,7 +87,7 @@ TEST_F(FullDiskTest, KeepsTheOldDayFileWholeAndReportsTheWriteError) {
   const std::string before = contentOf(volumePath + "/20120304.xml");
   volume.fill();
 
-  put("E1", {{ZRLEPGDSTitleKey, "After"}, {ZRLEPGDSDescriptionKey, std::string(300000, 'd')}});
+  put("E1", {{ZRLEPGDSTitleKey, "After"}, {ZRLEPGDSDescriptionKey, std::string(2 * ByteSink::pieceSize, 'd')}});
   exportAndWait({eventAt("E1", 0)}, "Small");
   EXPECT_EQ((std::vector<std::string>{"YES", writeErrorReport}), delegate.outcomes());
   EXPECT_EQ(before, contentOf(volumePath + "/20120304.xml"));
