@@ -136,8 +136,8 @@ ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vect
       continue;
     }
     const PropertyListDictionary values = stored->entry.item->values();
-    PropertyListDictionary replaced = itemReplacedByProgramme(values, entry.item->values());
-    if (!replace || replaced == values) {
+    PropertyListDictionary replaced = replace ? itemReplacedByProgramme(values, entry.item->values()) : values;
+    if (replaced == values) {
       ++counts.kept;
     } else {
       store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(replaced)));

@@ -80,12 +80,8 @@ class XMLWriter {
     line("<dict>\n");
     ++level_;
     for (std::size_t i = 0; i < keys.size() && !document_.failed(); ++i) {
-      if (arePlain) {
-        line("<key>", keys[i], "</key>\n");
-        if (!value(valueOfKey(i), depth + 1)) return false;
-      } else if (!entry(keys[i], valueOfKey(i), depth)) {
-        return false;
-      }
+      const PropertyList content = valueOfKey(i);
+      if (!(arePlain ? plainEntry(keys[i], content, depth) : entry(keys[i], content, depth))) return false;
     }
     --level_;
     line("</dict>\n");
@@ -213,16 +209,20 @@ class XMLWriter {
   }
 
   bool contentsUnderPlainKeys(const PropertyListDictionary& entries, int depth) {
-    return std::all_of(entries.begin(), entries.end(), [&](const auto& one) {
-      line("<key>", one.first, "</key>\n");
-      return value(one.second, depth + 1);
-    });
+    return std::all_of(entries.begin(), entries.end(),
+                       [&](const auto& one) { return plainEntry(one.first, one.second, depth); });
   }
 
   bool contents(const PropertyListDictionary& entries, int depth) {
     const PropertyListDictionary carried = withCarriedKeys(entries);
     return std::all_of(carried.begin(), carried.end(),
                        [&](const auto& one) { return entry(one.first, one.second, depth); });
+  }
+
+  /// Needs a key that is not to be escaped.
+  bool plainEntry(std::string_view key, const PropertyList& content, int depth) {
+    line("<key>", key, "</key>\n");
+    return value(content, depth + 1);
   }
 
   bool entry(std::string_view key, const PropertyList& content, int depth) {

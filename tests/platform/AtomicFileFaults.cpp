@@ -44,9 +44,9 @@ class Scene {
 
   int replace(const std::string& content) { return replaceFile(environment, target, content); }
 
-  bool hasWritten() const {
+  std::size_t writes() const {
     const auto names = environment.callNames();
-    return std::find(names.begin(), names.end(), "writeFile") != names.end();
+    return static_cast<std::size_t>(std::count(names.begin(), names.end(), "writeFile"));
   }
 
   void expectAsBefore() const {
@@ -293,8 +293,11 @@ TEST_P(Replacement, ContentOfManyPiecesIsWrittenWhole) {
   scene.expectReplacedBy(expected);
 }
 
+/// Given up before anything, before a first write and after one.
+constexpr std::size_t sizesOfUnfinishedContent[] = {0, 10, 2 * ByteSink::pieceSize};
+
 TEST_P(Replacement, ContentThatIsGivenUpLeavesTheOldFile) {
-  for (const std::size_t size : {std::size_t{0}, std::size_t{10}, 2 * ByteSink::pieceSize}) {
+  for (const std::size_t size : sizesOfUnfinishedContent) {
     SCOPED_TRACE(size);
     Scene scene(before, volume);
     const int descriptors = openDescriptors();
@@ -303,7 +306,7 @@ TEST_P(Replacement, ContentThatIsGivenUpLeavesTheOldFile) {
       return EILSEQ;
     };
     EXPECT_EQ(replaceFile(scene.environment, scene.target, content), EILSEQ);
-    EXPECT_EQ(scene.hasWritten(), size > ByteSink::pieceSize);
+    EXPECT_EQ(scene.writes() > 0, size > ByteSink::pieceSize);
     EXPECT_EQ(openDescriptors(), descriptors);
     scene.expectAsBefore();
     ASSERT_EQ(scene.environment.replaced().size(), 1U);
@@ -313,7 +316,7 @@ TEST_P(Replacement, ContentThatIsGivenUpLeavesTheOldFile) {
 }
 
 TEST_P(Replacement, ContentThatThrowsLeavesTheOldFile) {
-  for (const std::size_t size : {std::size_t{0}, std::size_t{10}, 2 * ByteSink::pieceSize}) {
+  for (const std::size_t size : sizesOfUnfinishedContent) {
     SCOPED_TRACE(size);
     Scene scene(before, volume);
     const int descriptors = openDescriptors();
@@ -322,7 +325,7 @@ TEST_P(Replacement, ContentThatThrowsLeavesTheOldFile) {
       throw std::bad_alloc();
     };
     EXPECT_THROW(replaceFile(scene.environment, scene.target, content), std::bad_alloc);
-    EXPECT_EQ(scene.hasWritten(), size > ByteSink::pieceSize);
+    EXPECT_EQ(scene.writes() > 0, size > ByteSink::pieceSize);
     EXPECT_EQ(openDescriptors(), descriptors);
     scene.expectAsBefore();
     scene.expectNextReplacementWorks();
@@ -350,8 +353,7 @@ TEST_P(Replacement, AWriteThatFailsInAnyPieceIsTheErrorAndEndsTheContent) {
     };
     EXPECT_EQ(replaceFile(scene.environment, scene.target, content), ENOSPC);
     scene.expectAsBefore();
-    const auto madeWrites = scene.environment.callNames();
-    EXPECT_EQ(std::count(madeWrites.begin(), madeWrites.end(), "writeFile"), static_cast<std::ptrdiff_t>(writes));
+    EXPECT_EQ(scene.writes(), writes);
     scene.expectNextReplacementWorks();
   }
   EXPECT_GT(writes, 3U);
