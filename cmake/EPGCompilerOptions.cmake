@@ -1,27 +1,30 @@
-# EPGOwnCode: what every target of this project is compiled with and no consumer inherits.
+# What this project's targets are compiled with and no consumer inherits: EPGOwnCode for what goes on air, and
+# EPGWarnings, which is a part of it, for the tests.
 # Sanitizers and coverage instead go to everything that this build compiles, so that no two parts disagree.
 
+add_library(EPGWarnings INTERFACE)
 add_library(EPGOwnCode INTERFACE)
+target_link_libraries(EPGOwnCode INTERFACE EPGWarnings)
 
-target_compile_options(EPGOwnCode INTERFACE
+target_compile_options(EPGWarnings INTERFACE
   -Wall -Wextra -Wpedantic
   -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion -Wold-style-cast -Wcast-qual -Wcast-align
   -Wnon-virtual-dtor -Woverloaded-virtual -Wextra-semi -Wmissing-declarations -Wundef -Wformat=2 -Wunused
   -Wimplicit-fallthrough -Wvla)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(EPGOwnCode INTERFACE
+  target_compile_options(EPGWarnings INTERFACE
     -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wredundant-decls -Wsuggest-override)
   if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # GCC 12 sees overlapping copies in its own library's operator+ for a literal and a string.
-    target_compile_options(EPGOwnCode INTERFACE -Wno-restrict)
+    target_compile_options(EPGWarnings INTERFACE -Wno-restrict)
   endif()
 else()
-  target_compile_options(EPGOwnCode INTERFACE
+  target_compile_options(EPGWarnings INTERFACE
     -Winconsistent-missing-override -Wunreachable-code-aggressive -Wnewline-eof -Wcomma -Wrange-loop-analysis
     -Wshadow-uncaptured-local -Wloop-analysis -Wheader-hygiene -Wdocumentation)
 endif()
 if(EPG_WARNINGS_AS_ERRORS)
-  target_compile_options(EPGOwnCode INTERFACE -Werror)
+  target_compile_options(EPGWarnings INTERFACE -Werror)
 endif()
 
 if(EPG_SANITIZE)
@@ -51,4 +54,4 @@ if(NOT EPG_SANITIZE AND NOT EPG_COVERAGE)
     target_link_options(EPGOwnCode INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
   endif()
 endif()
-target_compile_definitions(EPGOwnCode INTERFACE _GLIBCXX_ASSERTIONS)
+target_compile_definitions(EPGWarnings INTERFACE _GLIBCXX_ASSERTIONS)

@@ -11,6 +11,13 @@
 
 namespace epg {
 
+class SharedText;
+
+/// For texts of any other kind, which are not made into shared ones to be compared.
+template <class Text>
+using IfOtherText = std::enable_if_t<
+    std::is_convertible<const Text&, std::string_view>::value && !std::is_same<Text, SharedText>::value, bool>;
+
 /// Text (or any bytes) that never changes after it is made and is shared between copies.
 class SharedText {
  public:
@@ -29,37 +36,33 @@ class SharedText {
   /// Where its memory begins, null when empty; for `fetchAhead`.
   const void* block() const noexcept { return characters_.block(); }
 
+  // Friends, so that they take part only where a shared text does: every text converts to one, and a comparison of two
+  // others would be ambiguous.
+  friend bool operator==(const SharedText& a, const SharedText& b) {
+    return a.view().data() == b.view().data() || a.view() == b.view();
+  }
+  friend bool operator!=(const SharedText& a, const SharedText& b) { return !(a == b); }
+  friend bool operator<(const SharedText& a, const SharedText& b) { return a.view() < b.view(); }
+  template <class Text>
+  friend IfOtherText<Text> operator==(const SharedText& a, const Text& b) {
+    return a.view() == std::string_view(b);
+  }
+  template <class Text>
+  friend IfOtherText<Text> operator==(const Text& a, const SharedText& b) {
+    return b == a;
+  }
+  template <class Text>
+  friend IfOtherText<Text> operator!=(const SharedText& a, const Text& b) {
+    return !(a == b);
+  }
+  template <class Text>
+  friend IfOtherText<Text> operator!=(const Text& a, const SharedText& b) {
+    return !(b == a);
+  }
+
  private:
   SharedRun<char> characters_;
 };
-
-inline bool operator==(const SharedText& a, const SharedText& b) {
-  return a.view().data() == b.view().data() || a.view() == b.view();
-}
-inline bool operator!=(const SharedText& a, const SharedText& b) { return !(a == b); }
-inline bool operator<(const SharedText& a, const SharedText& b) { return a.view() < b.view(); }
-
-/// For texts of any other kind, which are not made into shared ones to be compared.
-template <class Text>
-using IfOtherText = std::enable_if_t<
-    std::is_convertible<const Text&, std::string_view>::value && !std::is_same<Text, SharedText>::value, bool>;
-
-template <class Text>
-IfOtherText<Text> operator==(const SharedText& a, const Text& b) {
-  return a.view() == std::string_view(b);
-}
-template <class Text>
-IfOtherText<Text> operator==(const Text& a, const SharedText& b) {
-  return b == a;
-}
-template <class Text>
-IfOtherText<Text> operator!=(const SharedText& a, const Text& b) {
-  return !(a == b);
-}
-template <class Text>
-IfOtherText<Text> operator!=(const Text& a, const SharedText& b) {
-  return !(b == a);
-}
 
 inline std::ostream& operator<<(std::ostream& stream, const SharedText& text) { return stream << text.view(); }
 

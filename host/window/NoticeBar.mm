@@ -5,7 +5,7 @@
 namespace {
 
 const CGFloat gap = 8;
-const CGFloat buttonHeight = 24;
+const CGFloat answerHeight = 24;
 const CGFloat textHeight = 18;
 const CGFloat roomInButton = 28;
 
@@ -54,7 +54,7 @@ const CGFloat roomInButton = 28;
     NSDictionary* attributes = [NSDictionary dictionaryWithObject:[button font] forKey:NSFontAttributeName];
     const CGFloat width = ceil([[button title] sizeWithAttributes:attributes].width) + roomInButton;
     right -= width;
-    [button setFrame:NSMakeRect(right, (NSHeight(bounds) - buttonHeight) / 2, width, buttonHeight)];
+    [button setFrame:NSMakeRect(right, (NSHeight(bounds) - answerHeight) / 2, width, answerHeight)];
     right -= gap;
   }
   [_text setFrame:NSMakeRect(0, (NSHeight(bounds) - textHeight) / 2, right, textHeight)];

@@ -5,7 +5,7 @@
 namespace {
 
 const CGFloat searchHeight = 24;
-const CGFloat gap = 8;
+const CGFloat searchGap = 8;
 const CGFloat startWidth = 130;
 const CGFloat titleWidth = 200;
 const CGFloat channelWidth = 110;
@@ -55,7 +55,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
     [self addSubview:_searchField];
 
     NSScrollView* scrollView = [[[NSScrollView alloc]
-        initWithFrame:NSMakeRect(0, 0, NSWidth(bounds), NSHeight(bounds) - searchHeight - gap)] autorelease];
+        initWithFrame:NSMakeRect(0, 0, NSWidth(bounds), NSHeight(bounds) - searchHeight - searchGap)] autorelease];
     [scrollView setAutoresizingMask:NSViewWidthSizable | NSViewHeightSizable];
     [scrollView setHasVerticalScroller:YES];
     [scrollView setBorderType:NSBezelBorder];

@@ -15,13 +15,9 @@ namespace {
 
 using Bundle = BundleUser;
 
-std::string text(NSString* string) { return string != nil ? [string UTF8String] : "nil"; }
-
 NSMutableDictionary* dictionary(NSString* key, id value) {
   return [NSMutableDictionary dictionaryWithObject:value forKey:key];
 }
-
-NSArray* only(id object) { return [NSArray arrayWithObject:object]; }
 
 // The class and what it promises.
 

@@ -18,6 +18,11 @@ NSBundle* loadedBundle();
 /// Runs the run loop until the condition holds; false when it does not within the time that a test may take.
 bool eventually(const std::function<bool()>& condition);
 
+/// In UTF-8; "nil" for none.
+std::string text(NSString* string);
+/// A list of nothing else.
+NSArray* only(id object);
+
 /// How often the tests of memory create, edit, export and drop: a thousand times, or what EPG_MEMORY_ROUNDS says.
 int memoryRounds();
 

@@ -26,9 +26,11 @@ NSString* newFolder() {
   return mkdtemp(path.data()) != nullptr ? [[NSString alloc] initWithUTF8String:path.c_str()] : nil;
 }
 
-std::string text(NSString* string) { return string != nil ? [string UTF8String] : ""; }
-
 }  // namespace
+
+std::string text(NSString* string) { return string != nil ? [string UTF8String] : "nil"; }
+
+NSArray* only(id object) { return [NSArray arrayWithObject:object]; }
 
 NSBundle* loadedBundle() {
   NSBundle* bundle = [NSBundle bundleWithPath:[NSString stringWithUTF8String:EPG_BUNDLE_PATH]];
@@ -105,7 +107,7 @@ int memoryRounds() {
   report.succeeded = succeeded != NO;
   report.domain = text([error domain]);
   report.code = [error code];
-  report.message = text([error localizedDescription]);
+  report.message = error != nil ? text([error localizedDescription]) : std::string();
   report.userInfoEntries = [[error userInfo] count];
   report.onMainThread = [NSThread isMainThread] != NO;
   {

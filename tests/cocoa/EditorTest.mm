@@ -10,8 +10,6 @@
 
 namespace {
 
-std::string text(NSString* string) { return string != nil ? [string UTF8String] : "nil"; }
-
 NSMutableDictionary* item(NSString* key, id value) {
   return [NSMutableDictionary dictionaryWithObject:value forKey:key];
 }

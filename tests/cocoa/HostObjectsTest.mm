@@ -45,10 +45,6 @@ namespace {
 
 using Bundle = BundleUser;
 
-std::string text(NSString* string) { return string != nil ? [string UTF8String] : "nil"; }
-
-NSArray* only(id object) { return [NSArray arrayWithObject:object]; }
-
 NSMutableDictionary* entry(NSString* title) { return [NSMutableDictionary dictionaryWithObject:title forKey:@"title"]; }
 
 /// The name of what a host's handler catches.

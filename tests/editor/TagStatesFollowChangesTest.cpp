@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/editor/ListWithoutCount.h"
 #include "tests/support/Editor.h"
 
 namespace epg::test {
@@ -206,12 +207,6 @@ TEST_F(ShownTagStates, FollowAChangeThatAnItemMakesElsewhereDuringTheClick) {
   editor.click(0, 1);  // The second item takes "x" away from the first.
   EXPECT_EQ(look(), (States{TagStateMixed, TagStateMixed}));
 }
-
-/// A list whose items may change without anybody telling, as those of a face with items of its own.
-class ListWithoutCount : public EPGItemList {
- public:
-  std::optional<std::size_t> changeCount() const override { return std::nullopt; }
-};
 
 /// An item whose entries change without a word.
 class SilentItem : public EPGItem {

@@ -6,18 +6,13 @@
 #include <optional>
 #include <vector>
 
+#include "tests/editor/ListWithoutCount.h"
 #include "tests/support/Editor.h"
 #include "tests/support/Property.h"
 #include "tests/support/RandomItems.h"
 
 namespace epg::test {
 namespace {
-
-/// A list that does not tell when it changes, so that every state is computed when it is asked for.
-class ListWithoutCount : public EPGItemList {
- public:
-  std::optional<std::size_t> changeCount() const override { return std::nullopt; }
-};
 
 std::vector<TagState> naiveStates(const NaiveItems& items, const Names& catalogue) {
   std::vector<TagState> states;

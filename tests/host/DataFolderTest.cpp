@@ -13,6 +13,7 @@
 #include "host/Refusal.h"
 #include "host/ReportingEnvironment.h"
 #include "tests/host/EnvironmentVariable.h"
+#include "tests/host/RefusalOf.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
@@ -21,13 +22,8 @@ namespace {
 
 class DataFolder : public testing::Test {
  protected:
-  std::string refusalOf(const std::string& path) {
-    try {
-      makeDataFolder(environment_, path);
-    } catch (const Refusal& refusal) {
-      return refusal.what();
-    }
-    return "not refused";
+  std::string folderRefusal(const std::string& path) {
+    return refusalOf([&] { makeDataFolder(environment_, path); });
   }
 
   TemporaryFolder folder_;
@@ -90,9 +86,9 @@ TEST_F(DataFolder, IsMadeWithTheFoldersAboveIt) {
 
 TEST_F(DataFolder, IsNamedWhereItCannotBeMade) {
   writeFile(folder_.file("file"), "");
-  EXPECT_EQ(refusalOf(folder_.file("file/data")),
+  EXPECT_EQ(folderRefusal(folder_.file("file/data")),
             folder_.file("file/data") + ": the folder cannot be made: Not a directory");
-  EXPECT_EQ(refusalOf(""), ": the folder cannot be made: No such file or directory");
+  EXPECT_EQ(folderRefusal(""), ": the folder cannot be made: No such file or directory");
 }
 
 TEST_F(DataFolder, CannotBeLockedWhereItIsAFile) {

@@ -19,7 +19,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const char* const events =
+const char* const twoEvents =
     "<plist><array>"
     "<dict><key>eventEPGUniqueID</key><string>E2</string><key>eventEPGStartDateTime</key>"
     "<date>2012-03-05T23:05:00Z</date><key>eventEPGEndDateTime</key><date>2012-03-06T00:10:00Z</date></dict>"
@@ -35,7 +35,7 @@ class ExportCommand : public CommandTest {
                         item("E2", {{"title", "Kids' Corner"}, {"description", "Q&A with guests"}})}));
   }
 
-  std::string eventsFile() const { return write("events.plist", events); }
+  std::string eventsFile() const { return write("events.plist", twoEvents); }
 
   /// The path of the one day file in the folder.
   static std::string dayFileIn(const std::string& folder) {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/Refusal.h"
+#include "tests/host/RefusalOf.h"
 
 namespace epg::test {
 
@@ -16,13 +16,8 @@ using testing::IsEmpty;
 const std::vector<std::string> catalogue = {"Live", "Repeat", "News",  "News Magazine", "Sport",
                                             "HD",   "UHD",    "Opéra", "Film noir",     "Docu-drama"};
 
-std::string refusalOf(const std::vector<std::string>& tags) {
-  try {
-    tagIndexes(catalogue, tags);
-  } catch (const Refusal& refusal) {
-    return refusal.what();
-  }
-  return "not refused";
+std::string tagRefusal(const std::vector<std::string>& tags) {
+  return refusalOf([&] { tagIndexes(catalogue, tags); });
 }
 
 }  // namespace
@@ -33,7 +28,7 @@ TEST(TagCatalogue, FindsTagsByTheirExactName) {
 }
 
 TEST(TagCatalogue, NamesEveryTagThatItLacksAndTheNearOnes) {
-  EXPECT_EQ(refusalOf({"live", "Live", "Quatsch", "news"}),
+  EXPECT_EQ(tagRefusal({"live", "Live", "Quatsch", "news"}),
             "the tag catalogue has no \"live\"; near it: \"Live\"\n"
             "the tag catalogue has no \"Quatsch\"\n"
             "the tag catalogue has no \"news\"; near it: \"News\", \"News Magazine\"");

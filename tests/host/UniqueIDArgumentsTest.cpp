@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "host/LineText.h"
-#include "host/Refusal.h"
+#include "tests/host/RefusalOf.h"
 
 namespace epg::test {
 
@@ -22,13 +22,8 @@ std::vector<std::string> ids(const std::vector<UniqueIDArgument>& arguments, con
   return uniqueIDs(arguments, stream);
 }
 
-std::string refusalOf(const std::string& input) {
-  try {
-    ids({standardInput}, input);
-  } catch (const Refusal& refusal) {
-    return refusal.what();
-  }
-  return "not refused";
+std::string inputRefusal(const std::string& input) {
+  return refusalOf([&] { ids({standardInput}, input); });
 }
 
 }  // namespace
@@ -52,22 +47,22 @@ TEST(UniqueIDArguments, PassOverEmptyLinesAndCarriageReturnsAtTheirEnds) {
 }
 
 TEST(UniqueIDArguments, NameTheLineThatCannotBeRead) {
-  EXPECT_EQ(refusalOf("one\n\xFF\n"), "standard input: line 2: not UTF-8");
-  EXPECT_THAT(refusalOf("one\ntwo\na\\q\n"), StartsWith("standard input: line 3: a backslash"));
+  EXPECT_EQ(inputRefusal("one\n\xFF\n"), "standard input: line 2: not UTF-8");
+  EXPECT_THAT(inputRefusal("one\ntwo\na\\q\n"), StartsWith("standard input: line 3: a backslash"));
 }
 
 TEST(UniqueIDArguments, AreNoWholeLinesOfAListing) {
-  EXPECT_EQ(refusalOf("one\ntwo\tTwo\n"), "standard input: line 2: holds a tab; only the ID belongs here (cut -f1)");
-  EXPECT_EQ(refusalOf("one\t\n"), "standard input: line 1: holds a tab; only the ID belongs here (cut -f1)");
+  EXPECT_EQ(inputRefusal("one\ntwo\tTwo\n"), "standard input: line 2: holds a tab; only the ID belongs here (cut -f1)");
+  EXPECT_EQ(inputRefusal("one\t\n"), "standard input: line 1: holds a tab; only the ID belongs here (cut -f1)");
 }
 
 TEST(UniqueIDArguments, HoldNoControlCharactersThatListingsWouldHaveEscaped) {
   for (const char* line : {"a\x1B[2J", "\x01", "a\rb", "\x7F", "a\xC2\x9B", "a\xE2\x80\xA8", "\xE2\x80\xAE"}) {
-    EXPECT_THAT(refusalOf("one\n" + std::string(line) + "\n"),
+    EXPECT_THAT(inputRefusal("one\n" + std::string(line) + "\n"),
                 StartsWith("standard input: line 2: holds a control character"))
         << line;
   }
-  EXPECT_THAT(refusalOf(std::string("a\0b\n", 4)), StartsWith("standard input: line 1: holds a control character"));
+  EXPECT_THAT(inputRefusal(std::string("a\0b\n", 4)), StartsWith("standard input: line 1: holds a control character"));
 }
 
 TEST(UniqueIDArguments, DoNotBeginWithTheByteOrderMarkOfStandardInput) {
@@ -75,13 +70,13 @@ TEST(UniqueIDArguments, DoNotBeginWithTheByteOrderMarkOfStandardInput) {
   EXPECT_THAT(ids({standardInput}, mark + "one\ntwo\n"), ElementsAre("one", "two"));
   EXPECT_THAT(ids({standardInput}, mark + "\r\none\n"), ElementsAre("one"));
   EXPECT_THAT(ids({standardInput}, mark + mark + "one\n" + mark + "two\n"), ElementsAre(mark + "one", mark + "two"));
-  EXPECT_EQ(refusalOf(mark), "standard input: no EPG unique ID");
+  EXPECT_EQ(inputRefusal(mark), "standard input: no EPG unique ID");
   EXPECT_THAT(ids({mark + "one"}), ElementsAre(mark + "one"));
 }
 
 TEST(UniqueIDArguments, RefuseStandardInputWithoutAnID) {
-  EXPECT_EQ(refusalOf(""), "standard input: no EPG unique ID");
-  EXPECT_EQ(refusalOf("\n\n"), "standard input: no EPG unique ID");
+  EXPECT_EQ(inputRefusal(""), "standard input: no EPG unique ID");
+  EXPECT_EQ(inputRefusal("\n\n"), "standard input: no EPG unique ID");
 }
 
 TEST(UniqueIDArguments, ReadStandardInputOnce) {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "host/Refusal.h"
 #include "host/XMLTVTime.h"
 #include "platform/Environment.h"
 #include "tests/host/GzipData.h"
+#include "tests/host/RefusalOf.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
@@ -31,13 +31,8 @@ XMLTVProgramme programmeWith(const std::string& content) {
   return only.programmes.empty() ? XMLTVProgramme() : only.programmes.front();
 }
 
-std::string refusalOf(const std::string& bytes) {
-  try {
-    parseGuide(bytes, "guide.xml");
-  } catch (const Refusal& refusal) {
-    return refusal.what();
-  }
-  return "not refused";
+std::string guideRefusal(const std::string& bytes) {
+  return refusalOf([&] { parseGuide(bytes, "guide.xml"); });
 }
 
 Instant instant(const std::string& time) {
@@ -291,16 +286,17 @@ TEST(XMLTVGuide, IsReadInUTF16WithAndWithoutAByteOrderMark) {
 }
 
 TEST(XMLTVGuide, IsRefusedWithAPlaceWhereItIsNoGuide) {
-  EXPECT_EQ(refusalOf("\n<html><body/></html>"),
+  EXPECT_EQ(guideRefusal("\n<html><body/></html>"),
             "guide.xml: line 2, column 1: not an XMLTV guide, the root element is <html> instead of <tv>");
-  EXPECT_THAT(refusalOf("<tv>\n<programme start='2001'>\n</tv>"), StartsWith("guide.xml: line 3"));
-  EXPECT_THAT(refusalOf("<tv><title>\xC3\x28</title></tv>"), StartsWith("guide.xml: line 1, column 12: not UTF-8"));
-  EXPECT_THAT(refusalOf(std::string("<tv>\n\0</tv>", 11)), StartsWith("guide.xml: line 2, column 1"));
-  EXPECT_THAT(refusalOf("<?xml version='1.0' encoding='KOI8-R'?><tv/>"), HasSubstr("KOI8-R"));
-  EXPECT_THAT(refusalOf("<?xml version='1.0' encoding='windows-1252'?><tv>\x81</tv>"), HasSubstr("guide.xml: byte 50"));
-  EXPECT_THAT(refusalOf("<tv/><tv/>"), StartsWith("guide.xml: line 1, column 6"));
+  EXPECT_THAT(guideRefusal("<tv>\n<programme start='2001'>\n</tv>"), StartsWith("guide.xml: line 3"));
+  EXPECT_THAT(guideRefusal("<tv><title>\xC3\x28</title></tv>"), StartsWith("guide.xml: line 1, column 12: not UTF-8"));
+  EXPECT_THAT(guideRefusal(std::string("<tv>\n\0</tv>", 11)), StartsWith("guide.xml: line 2, column 1"));
+  EXPECT_THAT(guideRefusal("<?xml version='1.0' encoding='KOI8-R'?><tv/>"), HasSubstr("KOI8-R"));
+  EXPECT_THAT(guideRefusal("<?xml version='1.0' encoding='windows-1252'?><tv>\x81</tv>"),
+              HasSubstr("guide.xml: byte 50"));
+  EXPECT_THAT(guideRefusal("<tv/><tv/>"), StartsWith("guide.xml: line 1, column 6"));
   for (const char* bytes : {"", " \n", "just text", "\x89PNG\r\n", "<", "<tv", "</tv>", "<!DOCTYPE tv"}) {
-    EXPECT_THAT(refusalOf(bytes), StartsWith("guide.xml: line 1")) << bytes;
+    EXPECT_THAT(guideRefusal(bytes), StartsWith("guide.xml: line 1")) << bytes;
   }
 }
 

@@ -1,0 +1,22 @@
+# epg_compile_together(<target>): where CMAKE_UNITY_BUILD asks for it, the target's Objective-C++ files are compiled as
+# one, as CMake 3.25 does by itself for C++ only. Most of their time goes into the platform's headers.
+function(epg_compile_together target)
+  if(NOT CMAKE_UNITY_BUILD)
+    return()
+  endif()
+  get_target_property(sources ${target} SOURCES)
+  list(FILTER sources INCLUDE REGEX "\\.mm$")
+  set(text "")
+  foreach(source IN LISTS sources)
+    get_filename_component(path "${source}" ABSOLUTE)
+    string(APPEND text "#include \"${path}\"\n")
+  endforeach()
+  set_source_files_properties(${sources} PROPERTIES HEADER_FILE_ONLY ON)
+  set(together "${CMAKE_CURRENT_BINARY_DIR}/${target}-together.mm")
+  file(CONFIGURE OUTPUT "${together}" CONTENT "${text}" @ONLY)
+  target_sources(${target} PRIVATE "${together}")
+  if(CMAKE_OBJCXX_COMPILER_ID STREQUAL "GNU")
+    # It asks whether types without linkage might be named elsewhere once they stand in a file that is included.
+    target_compile_options(${target} PRIVATE "$<$<COMPILE_LANGUAGE:OBJCXX>:-Wno-subobject-linkage>")
+  endif()
+endfunction()

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "editor/EPGItemList.h"
+
+namespace epg::test {
+
+/// A list that does not tell when it changes, as one whose items are a face's own: every state is computed when it is
+/// asked for.
+class ListWithoutCount : public EPGItemList {
+ public:
+  std::optional<std::size_t> changeCount() const override { return std::nullopt; }
+};
+
+}  // namespace epg::test
