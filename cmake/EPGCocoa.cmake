@@ -6,12 +6,9 @@ if(APPLE)
   target_link_libraries(EPGCocoa INTERFACE "-framework Cocoa")
   target_compile_options(EPGCocoa INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fno-objc-arc>)
 else()
-  execute_process(COMMAND "${EPG_GNUSTEP_CONFIG}" --objc-flags
-    OUTPUT_VARIABLE epg_gnustep_flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  execute_process(COMMAND "${EPG_GNUSTEP_CONFIG}" --gui-libs
-    OUTPUT_VARIABLE epg_gnustep_libraries OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  separate_arguments(epg_gnustep_flags UNIX_COMMAND "${epg_gnustep_flags}")
-  separate_arguments(epg_gnustep_libraries UNIX_COMMAND "${epg_gnustep_libraries}")
+  # As cmake/EPGBundle.cmake asked for them.
+  separate_arguments(epg_gnustep_flags UNIX_COMMAND "${epg_gnustep_objc_flags}")
+  separate_arguments(epg_gnustep_libraries UNIX_COMMAND "${epg_gnustep_gui_libs}")
 
   # Of the flags only what the headers and the runtime depend on: optimisation and warnings are this build's own.
   set(epg_gnustep_options ${epg_gnustep_flags})

@@ -56,16 +56,13 @@ EditorOutlets HostBundle::loadInterface(const std::string& /*nibName*/, EPGDorva
   return outlets;
 }
 
-std::string resourceFolder(Environment& environment, const std::string& buildTreeFolder) {
+std::string resourceFolder() {
   const char* const named = std::getenv("DORVASELIN_RESOURCES");
   if (named && *named != '\0') return named;
   const std::string program = programPath();
-  const std::size_t slash = program.find_last_of('/');
-  if (slash != std::string::npos) {
-    std::string installed = program.substr(0, slash) + "/../share/EPGDorvaSelin";
-    if (exists(environment, installed)) return installed;
-  }
-  return buildTreeFolder;
+  // Never a folder below the current one, which may be anybody's.
+  if (program.empty()) return "/usr/share/dorvaselin";
+  return program.substr(0, program.find_last_of('/') + 1) + "../share/dorvaselin";
 }
 
 }  // namespace epg

@@ -59,7 +59,7 @@ class HostBundle : public Bundle {
 };
 
 /// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names; else
-/// "../share/EPGDorvaSelin" beside the program's own folder, where an installation puts it; else `buildTreeFolder`.
-std::string resourceFolder(Environment& environment, const std::string& buildTreeFolder);
+/// "../share/dorvaselin" beside the program's own folder, where an installation puts it, and the build, too.
+std::string resourceFolder();
 
 }  // namespace epg

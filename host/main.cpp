@@ -31,7 +31,7 @@ int main(int argumentCount, char** arguments) {
                               std::cin,
                               std::cout,
                               epg::defaultDataFolderPath(environment),
-                              epg::resourceFolder(environment, DORVASELIN_BUILD_RESOURCES)};
+                              epg::resourceFolder()};
   context.nothingToLose = [whenReaderLeaves] { std::signal(SIGPIPE, whenReaderLeaves); };
   // Never destroyed, which is what it is for.
   static auto& kept = *new std::vector<std::shared_ptr<const void>>;

@@ -413,7 +413,7 @@ class Places(dorvaselin.CommandLineTest):
     def test_an_installed_program_finds_the_resources_that_were_installed_with_it(self):
         (self.folder / "prefix" / "bin").mkdir(parents=True)
         installed = shutil.copy(dorvaselin.program(), self.folder / "prefix" / "bin")
-        self.catalogue(self.folder / "prefix" / "share" / "EPGDorvaSelin", "Installed")
+        self.catalogue(self.folder / "prefix" / "share" / "dorvaselin", "Installed")
         self.assertEqual(self.tags_shown(installed), ["Installed"])
 
     def test_the_environment_names_other_resources(self):

@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
 """Runs the examples of Markdown files and compares what they print with what the files say.
 
-    readme_examples.py --program PATH/TO/dorvaselin FILE.md…
+    readme_examples.py --program PATH/TO/dorvaselin [FILE.md…]
+
+Without files: all of the project's that have an example.
 
 An example is an sh block behind a line that marks it:
 
     <!-- test -->             has to end with status 0
     <!-- test: status 1 -->   has to end with that status
+    <!-- test in a clone -->  is run by tests/scripts/test_clone.py, because it builds
     <!-- no test: REASON -->  is not run
 
 Every sh block needs one of these, so that none is forgotten. A text block that follows directly is the output,
@@ -34,18 +37,21 @@ import sys
 import tempfile
 import zoneinfo
 
+import check_links
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 ZONE = "Europe/Berlin"
 SECONDS_FOR_ONE_EXAMPLE = 120
 
-MARK = re.compile(r"<!-- (no test: .+|test|test: status (\d+)) -->$")
+MARK = re.compile(r"<!-- (no test: .+|test in a clone|test|test: status (\d+)) -->$")
 HOME = re.compile(r"(?<![^\s:\"'])~/")
 DAY_FILE = re.compile(r"(?<!\d)\d{8}(?=\.xml\b)")
 
 
 class Example:
-    def __init__(self, line, commands, output, status):
+    def __init__(self, line, commands, output, status, in_a_clone):
         self.line = line
+        self.in_a_clone = in_a_clone
         self.commands = commands
         self.output = output  # None where the file does not show it
         self.status = status
@@ -84,7 +90,7 @@ def examples_in(text):
             between = lines[start + len(content) + 2 : next_start]
             if next_language == "text" and not any(line.strip() for line in between):
                 output = next_content
-        found.append(Example(start + 1, "\n".join(content), output, int(mark.group(2) or 0)))
+        found.append(Example(start + 1, "\n".join(content), output, int(mark.group(2) or 0), "clone" in mark.group(1)))
     return found, complaints
 
 
@@ -176,11 +182,11 @@ def failures_of(path, program):
     """A list of texts; empty when all examples of the file hold."""
     examples, failures = examples_in(path.read_text(encoding="utf-8"))
     failures = [f"{path.name}, {complaint}" for complaint in failures]
-    if not examples:
-        failures.append(f"{path.name}: no example to run")
     with tempfile.TemporaryDirectory(prefix="examples-") as folder:
         scratch = Scratch(pathlib.Path(folder).resolve(), program)
         for example in examples:
+            if example.in_a_clone:
+                continue
             problems = problems_of(example, scratch)
             if problems:
                 commands = example.commands.replace("\n", "\n    ")
@@ -191,10 +197,13 @@ def failures_of(path, program):
 def main():
     parser = argparse.ArgumentParser(description="Runs the examples of Markdown files.")
     parser.add_argument("--program", required=True, type=pathlib.Path)
-    parser.add_argument("files", nargs="+", type=pathlib.Path)
+    parser.add_argument("files", nargs="*", type=pathlib.Path)
     arguments = parser.parse_args()
+    files = arguments.files or [page for page in check_links.pages() if "```sh\n" in page.read_text(encoding="utf-8")]
+    if not files:
+        sys.exit("readme_examples.py: no page has an example")
     failures = []
-    for path in arguments.files:
+    for path in files:
         failures.extend(failures_of(path, arguments.program.resolve()))
     for failure in failures:
         print(f"FAILED: {failure}\n")
