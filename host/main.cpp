@@ -26,12 +26,8 @@ int main(int argumentCount, char** arguments) {
 
   epg::Messages messages(std::cerr, isatty(STDERR_FILENO) != 0);
   epg::ReportingEnvironment environment(messages);
-  epg::CommandContext context{environment,
-                              messages,
-                              std::cin,
-                              std::cout,
-                              epg::defaultDataFolderPath(environment),
-                              epg::resourceFolder()};
+  epg::CommandContext context{
+      environment, messages, std::cin, std::cout, epg::defaultDataFolderPath(environment), epg::resourceFolder()};
   context.nothingToLose = [whenReaderLeaves] { std::signal(SIGPIPE, whenReaderLeaves); };
   // Never destroyed, which is what it is for.
   static auto& kept = *new std::vector<std::shared_ptr<const void>>;
