@@ -45,7 +45,7 @@ class RandomEntries {
     for (std::size_t i = 0; i < fieldCount; ++i) {
       const std::optional<std::string> typed = mostly(2, fieldText);
       if (!typed) continue;
-      tell("type", std::make_pair(fields[i].key, *typed));
+      tell(fields[i].key, *typed);
       (editor_.views.*fields[i].field).type(*typed);
       naiveFields_[i].text = *typed;
     }

@@ -179,6 +179,7 @@ TEST(UTF8Properties, LengthIsThatOfTheCharactersBeforeTheFirstFaultyByte) {
     if (!onceIn(3) && !text.empty()) {
       const std::size_t at = below(text.size());
       text[at] = static_cast<char>(below(256));
+      if (onceIn(3)) text.insert(at, unreadable[below(std::size(unreadable))]);
     }
     if (onceIn(3)) text.resize(below(text.size() + 1));
     tell("text", text);

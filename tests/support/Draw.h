@@ -27,7 +27,7 @@ bool onceIn(std::size_t times);
 /// How much may be in the case: from 0 in the first to 100 in the last.
 std::size_t sizeOfCase();
 
-/// Up to `longest` bytes.
+/// Up to `longest` bytes; in every second case they are ASCII, as any others are hardly ever UTF-8.
 std::string anyBytes(std::size_t longest);
 
 std::string oneTextOf(std::initializer_list<std::string_view> texts);
