@@ -1,7 +1,8 @@
 # epg_add_tests(<target> SOURCES <files…> [PROPERTY_SOURCES <files…>] [LIBRARIES <targets…>] [LABELS <labels…>])
 #
-# One GoogleTest program; CTest knows each of its tests by name and label. PROPERTY_SOURCES need RapidCheck and are
-# left out where it cannot be used.
+# One GoogleTest program; CTest knows each of its tests by name and label. PROPERTY_SOURCES hold properties against
+# random cases with what EPGTestSupport has for that: it needs RapidCheck, and they are left out where that cannot be
+# used.
 
 include(GoogleTest)
 include(CheckCXXSourceCompiles)
@@ -63,7 +64,6 @@ function(epg_add_tests target)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
   if(arg_PROPERTY_SOURCES AND EPG_HAS_RAPIDCHECK)
     target_sources(${target} PRIVATE ${arg_PROPERTY_SOURCES})
-    target_link_libraries(${target} PRIVATE rapidcheck rapidcheck_gtest)
   endif()
   gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${arg_LABELS}")
 endfunction()

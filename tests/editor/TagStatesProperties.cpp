@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "tests/editor/ListWithoutCount.h"
@@ -22,8 +23,10 @@ std::vector<TagState> naiveStates(const NaiveItems& items, const Names& catalogu
 
 TEST(TagStatesOfRandomItems, AreThoseOfTheNaiveRule) {
   expectForCases(30000, [] {
-    const Names catalogue = *tagCatalogueWithRepeats();
-    std::vector<NaiveItem> naive = *upTo(6, naiveItemOfAnyKind());
+    const Names catalogue = tagCatalogueWithRepeats();
+    std::vector<NaiveItem> naive = upTo(6, naiveItemOfAnyKind);
+    tell("catalogue", catalogue);
+    tell("items", naive);
     NaiveItems pointers;
     const auto counted = std::make_shared<EPGItemList>();
     const auto uncounted = std::make_shared<ListWithoutCount>();
@@ -35,9 +38,9 @@ TEST(TagStatesOfRandomItems, AreThoseOfTheNaiveRule) {
     Editor editor(catalogue);
     const std::vector<TagState> expected = naiveStates(pointers, catalogue);
     editor->setItems(counted);
-    RC_ASSERT(editor.statesInAllRows() == expected);
+    HOLDS(editor.statesInAllRows() == expected);
     editor->setItems(uncounted);
-    RC_ASSERT(editor.statesInAllRows() == expected);
+    HOLDS(editor.statesInAllRows() == expected);
   });
 }
 
@@ -52,40 +55,45 @@ class TwoListsOfTheSameItems {
   }
 
   void doAnything() {
-    const auto index = static_cast<int>(*below(catalogue_.size() + 1)) - 1;
+    const auto index = static_cast<int>(below(catalogue_.size() + 1)) - 1;
     const bool inCatalogue = index >= 0;
-    switch (*below(9)) {
+    switch (below(9)) {
       case 0:
       case 1: {
-        const int proposed = *rc::gen::element(-1, 0, 1, 2);
+        const int proposed = oneOf({-1, 0, 1, 2});
+        tell("click", std::make_pair(index, proposed));
         editor_.click(index, proposed);
         if (inCatalogue) setNaively(shown(), tag(index), proposed == -1 ? 1 : proposed);
         break;
       }
       case 2: {
-        const int state = *rc::gen::element(-1, 0, 1);
+        const int state = oneOf({-1, 0, 1});
+        tell("set state", std::make_pair(index, state));
         editor_->setStateOfTag(state, index);
         if (inCatalogue) setNaively(shown(), tag(index), state);
         break;
       }
       case 3:
       case 4:
-        append(*rc::gen::element<std::size_t>(0, 1));
+        append(below(2));
         break;
       case 5:
         changeAnItemFromOutside();
         break;
       case 6: {
-        const std::size_t list = *rc::gen::element<std::size_t>(0, 1);
+        const std::size_t list = below(2);
+        tell("clear list", list);
         lists_[list]->clear();
         places_[list].clear();
         break;
       }
       case 7:
-        shownList_ = *rc::gen::element<std::size_t>(0, 1);
+        shownList_ = below(2);
+        tell("show list", shownList_);
         editor_->setItems(lists_[shownList_]);
         break;
       default:
+        tell("apply", true);
         editor_->applyChanges();  // Changes every item without changing a tag.
         for (const char* const key : {ZRLEPGDSTitleKey, ZRLEPGDSDescriptionKey, ZRLEPGDSImageURLKey}) {
           applyNaively(shown(), key, {fieldFor(key).placeholderString().has_value(), fieldFor(key).stringValue()});
@@ -96,13 +104,13 @@ class TwoListsOfTheSameItems {
   /// Sometimes only one row is looked at, so that a kept state may grow old before the next look at all.
   void lookAtOneRow() {
     if (catalogue_.empty()) return;
-    const auto row = static_cast<int>(*below(catalogue_.size()));
-    RC_ASSERT(editor_.stateInRow(row) == static_cast<TagState>(naiveState(shown(), tag(row))));
+    const auto row = static_cast<int>(below(catalogue_.size()));
+    HOLDS(editor_.stateInRow(row) == static_cast<TagState>(naiveState(shown(), tag(row))));
   }
 
   void expectTheSameAsNaively() {
-    RC_ASSERT(editor_.statesInAllRows() == naiveStates(shown(), catalogue_));
-    for (std::size_t i = 0; i < items_.size(); ++i) RC_ASSERT(naiveItem(*items_[i]) == naive_[i]);
+    HOLDS(editor_.statesInAllRows() == naiveStates(shown(), catalogue_));
+    for (std::size_t i = 0; i < items_.size(); ++i) HOLDS(naiveItem(*items_[i]) == naive_[i]);
   }
 
  private:
@@ -121,21 +129,24 @@ class TwoListsOfTheSameItems {
 
   void append(std::size_t list) {
     if (items_.empty()) return;
-    const std::size_t place = *below(items_.size());
+    const std::size_t place = below(items_.size());
+    tell("append to list", std::make_pair(list, place));
     lists_[list]->append(items_[place]);
     places_[list].push_back(place);
   }
 
   void changeAnItemFromOutside() {
     if (items_.empty()) return;
-    const std::size_t place = *below(items_.size());
-    if (*onceIn(2)) {
+    const std::size_t place = below(items_.size());
+    if (onceIn(2)) {
+      tell("remove tags", place);
       items_[place]->remove(ZRLEPGDSTagsKey);
       naive_[place].hasTagsEntry = false;
       naive_[place].tagsEntryIsList = true;
       naive_[place].tags.clear();
     } else {
-      const Names names = *upTo(3, tagName());
+      const Names names = upTo(3, tagName);
+      tell("set tags", std::make_pair(place, names));
       items_[place]->set(ZRLEPGDSTagsKey, listOfNames(names));
       naive_[place].hasTagsEntry = true;
       naive_[place].tagsEntryIsList = true;
@@ -154,12 +165,15 @@ class TwoListsOfTheSameItems {
 
 TEST(TagStatesOfRandomItems, StayThoseOfTheNaiveRuleThroughRandomChanges) {
   expectForCases(30000, [] {
-    TwoListsOfTheSameItems lists(*tagCatalogueWithRepeats(), *upTo(4, naiveItemOfAnyKind()));
-    const std::size_t steps = 1 + *below(11);
-    for (std::size_t step = 0; step < steps; ++step) {
+    const Names catalogue = tagCatalogueWithRepeats();
+    const std::vector<NaiveItem> items = upTo(4, naiveItemOfAnyKind);
+    tell("catalogue", catalogue);
+    tell("items", items);
+    TwoListsOfTheSameItems lists(catalogue, items);
+    for (Times steps(1, 11); steps.next();) {
       lists.doAnything();
-      if (*onceIn(3)) lists.lookAtOneRow();
-      if (*onceIn(2)) lists.expectTheSameAsNaively();
+      if (onceIn(3)) lists.lookAtOneRow();
+      if (onceIn(2)) lists.expectTheSameAsNaively();
     }
     lists.expectTheSameAsNaively();
   });

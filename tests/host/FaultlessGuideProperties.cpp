@@ -1,7 +1,6 @@
 // The quick way to read a guide against the thorough one.
 
 #include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
 
 #include <cstddef>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "host/Refusal.h"
 #include "host/XMLTVGuide.h"
 #include "tests/support/HostileText.h"
+#include "tests/support/Property.h"
 
 namespace epg::test {
 
@@ -138,8 +138,9 @@ TEST(FaultlessGuide, IsNotTakenApartInsideOfAnythingElse) {
   }
 }
 
-rc::Gen<std::string> anyPiece() {
-  return rc::gen::elementOf(std::vector<std::string>{
+/// A piece of a guide, whole or broken.
+std::string anyPiece() {
+  static const std::vector<std::string> pieces = {
       programme("A"),
       programme("B"),
       programme("C &amp; D"),
@@ -175,27 +176,41 @@ rc::Gen<std::string> anyPiece() {
       "\xC3",
       std::string(1, '\0'),
       "<programme start='0'/>",
-      "<?xml version='1.0'?>"});
+      "<?xml version='1.0'?>"};
+  return oneOf(pieces);
 }
 
-RC_GTEST_PROP(FaultlessGuide, IsReadAsTheThoroughWayReadsItOrNotAtAll, ()) {
-  const auto pieces = *rc::gen::container<std::vector<std::string>>(anyPiece());
-  std::string guide = joined(pieces);
-  if (*rc::gen::inRange(0, 8) != 0) guide = "<tv>" + guide + "</tv>";
-  const auto read = readQuickly(guide, *rc::gen::inRange<std::size_t>(1, 300), *rc::gen::inRange<std::size_t>(1, 4));
-  if (read) RC_ASSERT(read == readThoroughly(guide));
+TEST(FaultlessGuide, IsReadAsTheThoroughWayReadsItOrNotAtAll) {
+  expectForCases(usualCases, [] {
+    std::string guide = joined(upTo(sizeOfCase(), anyPiece));
+    if (!onceIn(8)) guide = "<tv>" + guide + "</tv>";
+    tell("guide", guide);
+    const std::size_t pieceSize = 1 + below(299);
+    const std::size_t parts = 1 + below(3);
+    tell("size of a piece", pieceSize);
+    tell("parts", parts);
+    const auto read = readQuickly(guide, pieceSize, parts);
+    if (read) HOLDS(read == readThoroughly(guide));
+  });
 }
 
-RC_GTEST_PROP(FaultlessGuide, IsReadWhereverItsProgrammesEnd, ()) {
-  const auto titles =
-      *rc::gen::container<std::vector<std::string>>(rc::gen::element<std::string>("A", "B", "C", "&lt;"));
-  std::string guide = "<tv>";
-  for (const std::string& title : titles)
-    guide += programme(title) + *rc::gen::element<std::string>("", "\n", "<!-- -->");
-  guide += "</tv>";
-  const auto whole = readThoroughly(guide);
-  RC_ASSERT(whole.has_value());
-  RC_ASSERT(readQuickly(guide, *rc::gen::inRange<std::size_t>(20, 300), *rc::gen::inRange<std::size_t>(1, 4)) == whole);
+TEST(FaultlessGuide, IsReadWhereverItsProgrammesEnd) {
+  expectForCases(usualCases, [] {
+    std::string guide = "<tv>";
+    for (Times programmes(0, sizeOfCase()); programmes.next();) {
+      guide += programme(oneTextOf({"A", "B", "C", "&lt;"}));
+      guide += oneTextOf({"", "\n", "<!-- -->"});
+    }
+    guide += "</tv>";
+    tell("guide", guide);
+    const auto whole = readThoroughly(guide);
+    HOLDS(whole.has_value());
+    const std::size_t pieceSize = 20 + below(280);
+    const std::size_t parts = 1 + below(3);
+    tell("size of a piece", pieceSize);
+    tell("parts", parts);
+    HOLDS(readQuickly(guide, pieceSize, parts) == whole);
+  });
 }
 
 }  // namespace

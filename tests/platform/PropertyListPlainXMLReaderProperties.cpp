@@ -1,7 +1,6 @@
 // The quick way to read the XML form against the thorough one.
 
 #include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
 
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "platform/PropertyListForms.h"
 #include "tests/platform/PropertyListPrinting.h"
 #include "tests/support/HostileText.h"
+#include "tests/support/Property.h"
 
 namespace epg {
 namespace {
@@ -18,99 +18,102 @@ std::string inDocument(const std::string& value) { return std::string(xmlPropert
 
 /// What the quick way must never take for something else than the thorough one does.
 void expectTheSameOrNothing(const std::string& document) {
+  test::tell("document", document);
   const auto plain = parsePlainXMLPropertyList(document);
-  if (plain) RC_ASSERT(plain == parseAnyXMLPropertyList(document, nullptr));
+  if (plain) HOLDS(plain == parseAnyXMLPropertyList(document, nullptr));
 }
 
 // Pieces of documents, whole and broken, as they stand next to each other in good files and in bad ones.
-rc::Gen<std::string> anyPiece() {
-  return rc::gen::elementOf(std::vector<std::string>{"<dict>",
-                                                     "</dict>",
-                                                     "<dict/>",
-                                                     "<array>",
-                                                     "</array>",
-                                                     "<array/>",
-                                                     "<key>",
-                                                     "</key>",
-                                                     "<string>",
-                                                     "</string>",
-                                                     "<string/>",
-                                                     "<true/>",
-                                                     "<false/>",
-                                                     "<true></true>",
-                                                     "<integer>",
-                                                     "</integer>",
-                                                     "<real>",
-                                                     "</real>",
-                                                     "<date>",
-                                                     "</date>",
-                                                     "<data>",
-                                                     "</data>",
-                                                     "12",
-                                                     "-7",
-                                                     " 0x1F ",
-                                                     "1.5e3",
-                                                     "nan",
-                                                     "2012-03-04T18:00:00Z",
-                                                     "AQID",
-                                                     "=",
-                                                     "a",
-                                                     "Fj\xC3\xA6rland",
-                                                     "\xEF\xBF\xBE",
-                                                     "\xF0\x9F\x98\x80",
-                                                     "\xC3",
-                                                     "&amp;",
-                                                     "&lt;",
-                                                     "&#39;",
-                                                     "&#xD83D;&#xDE00;",
-                                                     "&#xD83D;",
-                                                     "&#0;",
-                                                     "&unknown;",
-                                                     "&",
-                                                     ";",
-                                                     "]]>",
-                                                     "<![CDATA[x]]>",
-                                                     "<!-- c -->",
-                                                     "<?p i?>",
-                                                     "<",
-                                                     ">",
-                                                     "\"",
-                                                     "'",
-                                                     "\n",
-                                                     "\t",
-                                                     "  ",
-                                                     "\r\n",
-                                                     std::string(1, '\0'),
-                                                     "<string >",
-                                                     "<string a=\"b\">",
-                                                     "</plist>",
-                                                     "<plist>"});
+std::string anyPiece() {
+  static const std::vector<std::string> pieces = {"<dict>",
+                                                  "</dict>",
+                                                  "<dict/>",
+                                                  "<array>",
+                                                  "</array>",
+                                                  "<array/>",
+                                                  "<key>",
+                                                  "</key>",
+                                                  "<string>",
+                                                  "</string>",
+                                                  "<string/>",
+                                                  "<true/>",
+                                                  "<false/>",
+                                                  "<true></true>",
+                                                  "<integer>",
+                                                  "</integer>",
+                                                  "<real>",
+                                                  "</real>",
+                                                  "<date>",
+                                                  "</date>",
+                                                  "<data>",
+                                                  "</data>",
+                                                  "12",
+                                                  "-7",
+                                                  " 0x1F ",
+                                                  "1.5e3",
+                                                  "nan",
+                                                  "2012-03-04T18:00:00Z",
+                                                  "AQID",
+                                                  "=",
+                                                  "a",
+                                                  "Fj\xC3\xA6rland",
+                                                  "\xEF\xBF\xBE",
+                                                  "\xF0\x9F\x98\x80",
+                                                  "\xC3",
+                                                  "&amp;",
+                                                  "&lt;",
+                                                  "&#39;",
+                                                  "&#xD83D;&#xDE00;",
+                                                  "&#xD83D;",
+                                                  "&#0;",
+                                                  "&unknown;",
+                                                  "&",
+                                                  ";",
+                                                  "]]>",
+                                                  "<![CDATA[x]]>",
+                                                  "<!-- c -->",
+                                                  "<?p i?>",
+                                                  "<",
+                                                  ">",
+                                                  "\"",
+                                                  "'",
+                                                  "\n",
+                                                  "\t",
+                                                  "  ",
+                                                  "\r\n",
+                                                  std::string(1, '\0'),
+                                                  "<string >",
+                                                  "<string a=\"b\">",
+                                                  "</plist>",
+                                                  "<plist>"};
+  return test::oneOf(pieces);
 }
 
-RC_GTEST_PROP(PlainXMLPropertyList, NeverReadsAnythingElseThanTheThoroughReader, ()) {
-  const auto pieces = *rc::gen::container<std::vector<std::string>>(anyPiece());
-  expectTheSameOrNothing(inDocument(test::joined(pieces)));
+TEST(PlainXMLPropertyList, NeverReadsAnythingElseThanTheThoroughReader) {
+  test::expectForCases(test::usualCases, [] {
+    expectTheSameOrNothing(inDocument(test::joined(test::upTo(test::sizeOfCase(), anyPiece))));
+  });
 }
 
 /// A value as text, its elements on lines of their own or not.
 std::string goodValue(int depth) {
-  const std::string space = *rc::gen::element<std::string>("", "\n", "\n\t\t", " ");
+  const std::string space = test::oneTextOf({"", "\n", "\n\t\t", " "});
   const auto textOfPieces = [] {
     std::string text;
-    for (const std::string& piece : *rc::gen::container<std::vector<std::string>>(rc::gen::element<std::string>(
-             "a", " ", "\n", "Fj\xC3\xA6rland", "&amp;", "&lt;", "&#39;", "&#xD83D;&#xDE00;", "&#xDC00;", "]]>", "\x01",
-             "'\"", "longer than the texts that are remembered, which are those of at most sixty-four bytes"))) {
-      text += piece;
+    for (test::Times times(0, test::sizeOfCase()); times.next();) {
+      text += test::oneTextOf(
+          {"a", " ", "\n", "Fj\xC3\xA6rland", "&amp;", "&lt;", "&#39;", "&#xD83D;&#xDE00;", "&#xDC00;", "]]>", "\x01",
+           "'\"", "longer than the texts that are remembered, which are those of at most sixty-four bytes"});
     }
     return text;
   };
-  switch (*rc::gen::inRange(0, depth > 3 ? 6 : 9)) {
+  switch (test::below(depth > 3 ? 6 : 9)) {
     case 0:
-      return "<integer>" + *rc::gen::element<std::string>("0", "-12", " 7 ", "18446744073709551615") + "</integer>";
+      return "<integer>" + test::oneTextOf({"0", "-12", " 7 ", "18446744073709551615"}) + "</integer>";
     case 1:
-      return *rc::gen::element<std::string>("<true/>", "<false/>", "<array/>", "<dict/>");
+      return test::oneTextOf({"<true/>", "<false/>", "<array/>", "<dict/>"});
     case 2:
-      return "<real>" + *rc::gen::element<std::string>("1.5", "nan", "-infinity") + "</real>";
+      return "<real>" + test::oneTextOf({"1.5", "nan", "-infinity"}) + "</real>";
     case 3:
       return "<date>2012-03-04T18:00:00Z</date>";
     case 4:
@@ -119,12 +122,12 @@ std::string goodValue(int depth) {
       return "<string>" + textOfPieces() + "</string>";
     case 6: {
       std::string text = "<array>" + space;
-      for (int i = *rc::gen::inRange(0, 4); i > 0; --i) text += goodValue(depth + 1) + space;
+      for (test::Times times(0, 3); times.next();) text += goodValue(depth + 1) + space;
       return text + "</array>";
     }
     default: {
       std::string text = "<dict>" + space;
-      for (int i = *rc::gen::inRange(0, 4); i > 0; --i) {
+      for (test::Times times(0, 3); times.next();) {
         text += "<key>" + textOfPieces() + "</key>" + space + goodValue(depth + 1) + space;
       }
       return text + "</dict>";
@@ -132,17 +135,23 @@ std::string goodValue(int depth) {
   }
 }
 
-RC_GTEST_PROP(PlainXMLPropertyList, IsReadAsTheThoroughReaderReadsIt, ()) {
-  const std::string document = inDocument(goodValue(0));
-  const auto plain = parsePlainXMLPropertyList(document);
-  RC_ASSERT(plain);
-  RC_ASSERT(plain == parseAnyXMLPropertyList(document, nullptr));
+TEST(PlainXMLPropertyList, IsReadAsTheThoroughReaderReadsIt) {
+  test::expectForCases(test::usualCases, [] {
+    const std::string document = inDocument(goodValue(0));
+    test::tell("document", document);
+    const auto plain = parsePlainXMLPropertyList(document);
+    HOLDS(plain);
+    HOLDS(plain == parseAnyXMLPropertyList(document, nullptr));
+  });
 }
 
-RC_GTEST_PROP(PlainXMLPropertyList, CutOffAnywhereIsNone, ()) {
-  const std::string document = inDocument(goodValue(0));
-  const auto length = *rc::gen::inRange<std::size_t>(0, document.size() - 1);
-  RC_ASSERT(!parsePlainXMLPropertyList(document.substr(0, length)));
+TEST(PlainXMLPropertyList, CutOffAnywhereIsNone) {
+  test::expectForCases(test::usualCases, [] {
+    const std::string document = inDocument(goodValue(0));
+    test::tell("document", document);
+    const auto length = test::below(document.size() - 1);
+    HOLDS(!parsePlainXMLPropertyList(document.substr(0, length)));
+  });
 }
 
 TEST(PlainXMLPropertyList, IsWhatIsWritten) {

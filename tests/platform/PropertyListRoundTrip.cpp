@@ -1,12 +1,9 @@
 // Random values, written and read again.
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-#include <rapidcheck/gtest.h>
 
 #include <cstdint>
 #include <limits>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,149 +13,176 @@
 #include "platform/XMLText.h"
 #include "tests/platform/PropertyListPrinting.h"
 #include "tests/support/PlainPropertyListXML.h"
+#include "tests/support/Property.h"
+#include "tests/support/RandomText.h"
 
-namespace epg {
-
-/// How RapidCheck shows a value that fails.
-inline void showValue(const PropertyList& list, std::ostream& out) { PrintTo(list, &out); }
-
-namespace test {
+namespace epg::test {
 namespace {
 
-std::string inUTF8(const std::vector<std::uint32_t>& points) {
-  std::string text;
-  const auto byte = [&](std::uint32_t value) { text += static_cast<char>(value); };
-  for (const std::uint32_t point : points) {
-    if (point < 0x80) {
-      byte(point);
-      continue;
-    }
-    if (point < 0x800) {
-      byte(0xC0 | point >> 6);
-    } else if (point < 0x10000) {
-      byte(0xE0 | point >> 12);
-      byte(0x80 | (point >> 6 & 0x3F));
-    } else {
-      byte(0xF0 | point >> 18);
-      byte(0x80 | (point >> 12 & 0x3F));
-      byte(0x80 | (point >> 6 & 0x3F));
-    }
-    byte(0x80 | (point & 0x3F));
-  }
-  return text;
-}
-
 /// A character that XML 1.0 has; those that it treats specially come often.
-rc::Gen<std::uint32_t> character() {
-  static const std::vector<std::uint32_t> special = {'&', '<', '>', '"', '\'', ';', '\t', '\n', '\r', ' ', ']', '#'};
-  return rc::gen::oneOf(rc::gen::elementOf(special), rc::gen::inRange<std::uint32_t>(0x20, 0x7F),
-                        rc::gen::inRange<std::uint32_t>(0x7F, 0xD800), rc::gen::inRange<std::uint32_t>(0xE000, 0xFFFE),
-                        rc::gen::inRange<std::uint32_t>(0x10000, 0x110000));
+std::uint32_t character() {
+  const auto in = [](std::uint32_t first, std::uint32_t end) {
+    return first + static_cast<std::uint32_t>(below(end - first));
+  };
+  switch (below(5)) {
+    case 0:
+      return in(0x20, 0x7F);
+    case 1:
+      return oneOf<std::uint32_t>({'&', '<', '>', '"', '\'', ';', '\t', '\n', '\r', ' ', ']', '#'});
+    case 2:
+      return in(0x7F, 0xD800);
+    case 3:
+      return in(0xE000, 0xFFFE);
+    default:
+      return in(0x10000, 0x110000);
+  }
 }
 
-rc::Gen<std::string> text() {
-  return rc::gen::map(rc::gen::container<std::vector<std::uint32_t>>(character()), inUTF8);
+std::string textUpTo(std::size_t longest) {
+  std::string made;
+  for (Times characters(0, longest); characters.next();) made += utf8(character());
+  return made;
 }
 
-rc::Gen<PropertyList> scalar() {
-  // Of seconds, because the file has no place for their fractions.
-  const auto second = rc::gen::inRange<std::int64_t>(-62135596800, 253402300800);
-  return rc::gen::oneOf(rc::gen::map(text(), [](std::string value) { return PropertyList(std::move(value)); }),
-                        rc::gen::map(rc::gen::arbitrary<std::int64_t>(), PropertyList::fromInteger),
-                        rc::gen::map(rc::gen::arbitrary<std::uint64_t>(), PropertyList::fromUnsigned),
-                        rc::gen::map(rc::gen::arbitrary<double>(), PropertyList::fromReal),
-                        rc::gen::map(rc::gen::arbitrary<bool>(), PropertyList::fromBoolean),
-                        rc::gen::map(second,
-                                     [](std::int64_t value) {
-                                       return PropertyList::fromDate(Instant::fromUnixTime(static_cast<double>(value)));
-                                     }),
-                        rc::gen::map(rc::gen::arbitrary<std::string>(), PropertyList::fromData));
+double anyReal() {
+  const auto whole = static_cast<double>(numberOfAnyLength());
+  const auto fraction = static_cast<double>(below(1000000)) / 1e6;
+  return onceIn(2) ? -whole - fraction : whole + fraction;
 }
 
-rc::Gen<PropertyList> value(int levels) {
-  if (levels == 0) return scalar();
-  const auto inner = rc::gen::scale(0.5, value(levels - 1));
-  const auto array = rc::gen::map(rc::gen::container<PropertyList::Array>(inner),
-                                  [](PropertyList::Array elements) { return arrayOf(std::move(elements)); });
-  const auto dictionary =
-      rc::gen::map(rc::gen::container<std::vector<PropertyListDictionary::Entry>>(rc::gen::pair(text(), inner)),
-                   [](std::vector<PropertyListDictionary::Entry> entries) { return dictionaryOf(std::move(entries)); });
-  return rc::gen::weightedOneOf<PropertyList>({{3, scalar()}, {1, array}, {1, dictionary}});
+PropertyList scalar(std::size_t size) {
+  switch (below(7)) {
+    case 0:
+      return PropertyList(textUpTo(size));
+    case 1:
+      return PropertyList::fromInteger(static_cast<std::int64_t>(numberOfAnyLength()));
+    case 2:
+      return PropertyList::fromUnsigned(numberOfAnyLength());
+    case 3:
+      return PropertyList::fromReal(anyReal());
+    case 4:
+      return PropertyList::fromBoolean(onceIn(2));
+    case 5:
+      // Of seconds, because the file has no place for their fractions.
+      return PropertyList::fromDate(Instant::fromUnixTime(static_cast<double>(between(-62135596800, 253402300799))));
+    default:
+      return PropertyList::fromData(anyBytes(size));
+  }
 }
 
-RC_GTEST_PROP(PropertyListRoundTrip, WhatIsWrittenReadsBackEqual, ()) {
-  const PropertyList list = *value(3);
-  const auto file = propertyListXML(list);
-  RC_ASSERT(file.has_value());
-  std::string problem;
-  const auto back = parsePropertyList(*file, &problem);
-  RC_ASSERT(problem == "");
-  RC_ASSERT(back.has_value());
-  RC_ASSERT(*back == list);
+/// Each level has half as much in it as the one around it.
+PropertyList value(int levels, std::size_t size) {
+  const std::size_t kind = levels == 0 ? 0 : below(5);
+  if (kind < 3) return scalar(size);
+  const auto inner = [&] { return value(levels - 1, size / 2); };
+  if (kind == 3) return arrayOf(upTo(size, inner));
+  return dictionaryOf(upTo(size, [&] {
+    std::string key = textUpTo(size);
+    return PropertyListDictionary::Entry(std::move(key), inner());
+  }));
 }
 
-RC_GTEST_PROP(PropertyListRoundTrip, TheFileIsThatOfThePlainWay, ()) {
-  const PropertyList list = *value(3);
-  RC_ASSERT(propertyListXML(list) == plainPropertyListXML(list));
+PropertyList anyValue(int levels) {
+  PropertyList made = value(levels, sizeOfCase());
+  tell("value", made);
+  return made;
 }
 
-RC_GTEST_PROP(PropertyListRoundTrip, EqualValuesGiveTheSameBytes, ()) {
-  const PropertyList list = *value(2);
-  const auto file = propertyListXML(list);
-  RC_ASSERT(file.has_value());
-  const auto back = parsePropertyList(*file);
-  RC_ASSERT(back.has_value());
-  RC_ASSERT(propertyListXML(*back) == file);
+TEST(PropertyListRoundTrip, WhatIsWrittenReadsBackEqual) {
+  expectForCases(usualCases, [] {
+    const PropertyList list = anyValue(3);
+    const auto file = propertyListXML(list);
+    HOLDS(file.has_value());
+    std::string problem;
+    const auto back = parsePropertyList(*file, &problem);
+    HOLDS(problem == "");
+    HOLDS(back.has_value());
+    HOLDS(*back == list);
+  });
 }
 
-RC_GTEST_PROP(PropertyListRoundTrip, AFileWithAnyBytesInsertedIsReadOrRefusedWithAReason, ()) {
-  std::string file = propertyListXML(*value(2)).value_or("");
-  const auto at = *rc::gen::inRange<std::size_t>(0, file.size());
-  file.insert(at, *rc::gen::arbitrary<std::string>());
-  std::string problem;
-  const auto list = parsePropertyList(file, &problem);
-  RC_ASSERT(list.has_value() == problem.empty());
+TEST(PropertyListRoundTrip, TheFileIsThatOfThePlainWay) {
+  expectForCases(usualCases, [] {
+    const PropertyList list = anyValue(3);
+    HOLDS(propertyListXML(list) == plainPropertyListXML(list));
+  });
 }
 
-RC_GTEST_PROP(PropertyListRoundTrip, AnyBytesBehindTheBinaryHeaderAreReadOrRefusedWithAReason, ()) {
-  const auto bytes = *rc::gen::arbitrary<std::string>();
-  const auto trailer = *rc::gen::container<std::string>(32, rc::gen::inRange<char>(0, 9));
-  std::string problem;
-  const auto list = parsePropertyList("bplist00" + bytes + trailer, &problem);
-  RC_ASSERT(list.has_value() == problem.empty());
+TEST(PropertyListRoundTrip, EqualValuesGiveTheSameBytes) {
+  expectForCases(usualCases, [] {
+    const PropertyList list = anyValue(2);
+    const auto file = propertyListXML(list);
+    HOLDS(file.has_value());
+    const auto back = parsePropertyList(*file);
+    HOLDS(back.has_value());
+    HOLDS(propertyListXML(*back) == file);
+  });
 }
 
-RC_GTEST_PROP(PropertyListRoundTrip, NoEntryIsLostWhateverCharactersItsKeyHolds, ()) {
-  static const std::vector<std::uint32_t> alphabet = {'a', 1, 2, 0xFFFD, 0xFFFE, 0xFFFF};
-  const auto key = rc::gen::map(rc::gen::container<std::vector<std::uint32_t>>(rc::gen::elementOf(alphabet)), inUTF8);
-  const auto keys = *rc::gen::container<std::vector<std::string>>(key);
-  PropertyListDictionary dictionary;
-  for (const std::string& name : keys) dictionary.set(name, name);
-  const auto file = propertyListXML(PropertyList(dictionary));
-  RC_ASSERT(file.has_value());
-  const auto back = parsePropertyList(*file);
-  RC_ASSERT(back.has_value());
-  RC_ASSERT(back->asDictionary()->size() == dictionary.size());
-  RC_ASSERT(plainPropertyListXML(PropertyList(dictionary)) == file);
+TEST(PropertyListRoundTrip, AFileWithAnyBytesInsertedIsReadOrRefusedWithAReason) {
+  expectForCases(usualCases, [] {
+    std::string file = propertyListXML(anyValue(2)).value_or("");
+    const std::size_t at = below(file.size());
+    file.insert(at, anyBytes(sizeOfCase()));
+    tell("file", file);
+    std::string problem;
+    const auto list = parsePropertyList(file, &problem);
+    HOLDS(list.has_value() == problem.empty());
+  });
 }
 
-RC_GTEST_PROP(XMLTextRoundTrip, TextAndAttributeReadBackExactly, ()) {
-  const std::string content = *text();
-  std::string document;
-  StringSink sink(document);
-  sink.append("<a b=\"");
-  RC_ASSERT(appendXMLText(sink, content, XMLContext::Attribute));
-  sink.append("\">");
-  RC_ASSERT(appendXMLText(sink, content, XMLContext::Text));
-  sink.append("</a>");
-  sink.flush();
-  std::string problem;
-  const auto reader = XMLReader::parse(document, &problem);
-  RC_ASSERT(problem == "");
-  RC_ASSERT(reader->text(reader->root(), &problem) == content);
-  RC_ASSERT(reader->attribute(reader->root(), "b", &problem) == content);
+TEST(PropertyListRoundTrip, AnyBytesBehindTheBinaryHeaderAreReadOrRefusedWithAReason) {
+  expectForCases(usualCases, [] {
+    const std::string bytes = anyBytes(sizeOfCase());
+    std::string trailer;
+    for (int i = 0; i < 32; ++i) trailer += static_cast<char>(below(9));
+    tell("bytes", bytes);
+    tell("trailer", trailer);
+    std::string problem;
+    const auto list = parsePropertyList("bplist00" + bytes + trailer, &problem);
+    HOLDS(list.has_value() == problem.empty());
+  });
+}
+
+TEST(PropertyListRoundTrip, NoEntryIsLostWhateverCharactersItsKeyHolds) {
+  expectForCases(usualCases, [] {
+    const std::vector<std::string> keys = upTo(sizeOfCase(), [] {
+      std::string key;
+      for (Times characters(0, sizeOfCase()); characters.next();) {
+        key += utf8(oneOf<std::uint32_t>({'a', 1, 2, 0xFFFD, 0xFFFE, 0xFFFF}));
+      }
+      return key;
+    });
+    tell("keys", keys);
+    PropertyListDictionary dictionary;
+    for (const std::string& name : keys) dictionary.set(name, name);
+    const auto file = propertyListXML(PropertyList(dictionary));
+    HOLDS(file.has_value());
+    const auto back = parsePropertyList(*file);
+    HOLDS(back.has_value());
+    HOLDS(back->asDictionary()->size() == dictionary.size());
+    HOLDS(plainPropertyListXML(PropertyList(dictionary)) == file);
+  });
+}
+
+TEST(XMLTextRoundTrip, TextAndAttributeReadBackExactly) {
+  expectForCases(usualCases, [] {
+    const std::string content = textUpTo(sizeOfCase());
+    std::string document;
+    StringSink sink(document);
+    sink.append("<a b=\"");
+    HOLDS(appendXMLText(sink, content, XMLContext::Attribute));
+    sink.append("\">");
+    HOLDS(appendXMLText(sink, content, XMLContext::Text));
+    sink.append("</a>");
+    sink.flush();
+    std::string problem;
+    const auto reader = XMLReader::parse(document, &problem);
+    HOLDS(problem == "");
+    HOLDS(reader->text(reader->root(), &problem) == content);
+    HOLDS(reader->attribute(reader->root(), "b", &problem) == content);
+  });
 }
 
 }  // namespace
-}  // namespace test
-}  // namespace epg
+}  // namespace epg::test

@@ -1,8 +1,6 @@
 // Random documents, whole and broken, read by the reader and by one that takes its time.
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-#include <rapidcheck/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -52,34 +50,29 @@ const char* const broken[] = {"<",          "</b>",    "<!-- ", "<![CDATA[", "<?
 
 const char* const unreadable[] = {"\xFF", "\xC3", "\xED\xA0\x80", "\xE7\xAF"};
 
-/// Numbers as a document: most are pieces of content, some open an element and some close the last one.
-std::string documentOf(const std::vector<std::uint16_t>& numbers, const std::string& start, const std::string& end) {
+/// Most of it are pieces of content, some open an element and some close the last one.
+std::string document() {
   static const char* const tags[] = {"<a>", "<b c='1' d='2'>", "<title>", "<b>\n  "};
   static const char* const ends[] = {"</a>", "</b>", "</title>", "</b>"};
-  std::string document = start + "<a>";
+  std::string document = oneTextOf({"", "<?xml version=\"1.0\"?>\n", "<!-- c -->\r\n", "<?p?>",
+                                    "<?xml version='1' version='2'?><!DOCTYPE a>", "\n\n"});
+  document += "<a>";
   std::vector<std::string> open = {"</a>"};
-  for (const std::uint16_t number : numbers) {
-    const std::size_t kind = number % 8;
-    const std::size_t which = number / 8U;
-    if (kind == 0) {
-      document += tags[which % std::size(tags)];
-      open.emplace_back(ends[which % std::size(ends)]);
-    } else if (kind == 1 && open.size() > 1) {
+  for (Times content(0, sizeOfCase()); content.next();) {
+    const std::size_t kind = below(8);
+    if (kind == 7) {
+      const std::size_t which = below(std::size(tags));
+      document += tags[which];
+      open.emplace_back(ends[which]);
+    } else if (kind == 6 && open.size() > 1) {
       document += open.back();
       open.pop_back();
     } else {
-      document += pieces[which % std::size(pieces)];
+      document += pieces[below(std::size(pieces))];
     }
   }
   for (; !open.empty(); open.pop_back()) document += open.back();
-  return document + end;
-}
-
-rc::Gen<std::string> document() {
-  return rc::gen::apply(documentOf, rc::gen::arbitrary<std::vector<std::uint16_t>>(),
-                        rc::gen::element<std::string>("", "<?xml version=\"1.0\"?>\n", "<!-- c -->\r\n", "<?p?>",
-                                                      "<?xml version='1' version='2'?><!DOCTYPE a>", "\n\n"),
-                        rc::gen::element<std::string>("", "\n", "<!-- c --> ", " x", "<b/>", "<![CDATA[]]>", "<?p?>"));
+  return document + oneTextOf({"", "\n", "<!-- c --> ", " x", "<b/>", "<![CDATA[]]>", "<?p?>"});
 }
 
 pugi::xml_node followingElement(pugi::xml_node node) {
@@ -97,25 +90,26 @@ pugi::xml_node followingElement(pugi::xml_node node) {
 template <typename Value>
 void assertSame(const Value& value, const Value& expected, const std::string& problem,
                 const std::string& expectedProblem) {
-  RC_ASSERT(value == expected);
-  RC_ASSERT(problem == expectedProblem);
+  HOLDS(value == expected);
+  HOLDS(problem == expectedProblem);
 }
 
 void assertReadAlike(const std::string& document, XMLReader::Halves halves) {
+  tell("document", document);
   std::string problem;
   std::string expectedProblem;
   const auto reader = XMLReader::parse(document, &problem, halves);
   const auto plain = PlainXMLReader::parse(document, &expectedProblem, halves);
-  RC_ASSERT(problem == expectedProblem);
-  RC_ASSERT((reader == nullptr) == (plain == nullptr));
+  HOLDS(problem == expectedProblem);
+  HOLDS((reader == nullptr) == (plain == nullptr));
   if (!reader) return;
   pugi::xml_node element = reader->root();
   pugi::xml_node expected = plain->root();
   while (expected) {
-    RC_ASSERT(std::string(element.name()) == expected.name());
-    RC_ASSERT(reader->place(element) == plain->place(expected));
-    RC_ASSERT(XMLReader::holdsNoText(element) == PlainXMLReader::holdsNoText(expected));
-    RC_ASSERT(reader->asItStands(element) == PlainXMLReader::asItStands(expected));
+    HOLDS(std::string(element.name()) == expected.name());
+    HOLDS(reader->place(element) == plain->place(expected));
+    HOLDS(XMLReader::holdsNoText(element) == PlainXMLReader::holdsNoText(expected));
+    HOLDS(reader->asItStands(element) == PlainXMLReader::asItStands(expected));
     problem.clear();
     expectedProblem.clear();
     const auto text = reader->text(element, &problem);
@@ -127,29 +121,30 @@ void assertReadAlike(const std::string& document, XMLReader::Halves halves) {
     element = followingElement(element);
     expected = followingElement(expected);
   }
-  RC_ASSERT(!element);
+  HOLDS(!element);
 }
 
 TEST(XMLReaderProperties, DocumentIsReadAsByThePlainReader) {
   expectForCases(2000, [] {
-    assertReadAlike(*document(), *rc::gen::element(XMLReader::Halves::Refused, XMLReader::Halves::Replaced));
+    const std::string text = document();
+    assertReadAlike(text, oneOf({XMLReader::Halves::Refused, XMLReader::Halves::Replaced}));
   });
 }
 
 TEST(XMLReaderProperties, BrokenDocumentIsRefusedAsByThePlainReader) {
   expectForCases(2000, [] {
-    std::string text = *document();
-    const std::size_t at = *rc::gen::inRange<std::size_t>(0, text.size() + 1);
-    const int kind = *rc::gen::inRange(0, 8);
+    std::string text = document();
+    const std::size_t at = below(text.size() + 1);
+    const std::size_t kind = below(8);
     if (kind == 0) {
       // Among the first two bytes it would make UTF-16 of the document.
       text.insert(std::max<std::size_t>(at, 2), 1, '\0');
     } else if (kind == 1) {
-      text.insert(at, *rc::gen::elementOf(std::vector<std::string>(std::begin(unreadable), std::end(unreadable))));
+      text.insert(at, unreadable[below(std::size(unreadable))]);
     } else if (kind < 4) {
-      text.erase(at, *rc::gen::inRange<std::size_t>(1, 8));
+      text.erase(at, 1 + below(7));
     } else {
-      text.insert(at, *rc::gen::elementOf(std::vector<std::string>(std::begin(broken), std::end(broken))));
+      text.insert(at, broken[below(std::size(broken))]);
     }
     assertReadAlike(text, XMLReader::Halves::Refused);
   });
@@ -178,18 +173,21 @@ std::size_t characterLength(const std::string& bytes, std::size_t at) {
 TEST(UTF8Properties, LengthIsThatOfTheCharactersBeforeTheFirstFaultyByte) {
   expectForCases(5000, [] {
     std::string text;
-    for (const std::uint32_t number : *rc::gen::arbitrary<std::vector<std::uint32_t>>()) {
-      text += number % 4 == 0 ? characterFrom(number / 4) : std::string(number % 11, 'a');
+    for (Times parts(0, sizeOfCase()); parts.next();) {
+      text += onceIn(4) ? characterFrom(static_cast<std::uint32_t>(numberOfAnyLength())) : std::string(below(11), 'a');
     }
-    if (*rc::gen::inRange(0, 3) != 0 && !text.empty()) {
-      text[*rc::gen::inRange<std::size_t>(0, text.size())] = *rc::gen::arbitrary<char>();
+    if (!onceIn(3) && !text.empty()) {
+      const std::size_t at = below(text.size());
+      text[at] = static_cast<char>(below(256));
+      if (onceIn(3)) text.insert(at, unreadable[below(std::size(unreadable))]);
     }
-    if (*rc::gen::inRange(0, 3) == 0) text.resize(*rc::gen::inRange<std::size_t>(0, text.size() + 1));
+    if (onceIn(3)) text.resize(below(text.size() + 1));
+    tell("text", text);
     std::size_t expected = 0;
     while (expected < text.size() && characterLength(text, expected) != 0) {
       expected += characterLength(text, expected);
     }
-    RC_ASSERT(lengthOfUTF8(text) == expected);
+    HOLDS(lengthOfUTF8(text) == expected);
   });
 }
 

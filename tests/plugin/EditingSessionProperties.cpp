@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -32,7 +33,7 @@ const Names catalogue = {"a", "b", "A"};
 const char* const fieldKeys[] = {"title", "description", "imageURL"};
 constexpr std::size_t fieldCount = 3;
 
-rc::Gen<std::string> entryID() { return rc::gen::element<std::string>("1", "2", "3", "4", ""); }
+std::string entryID() { return oneTextOf({"1", "2", "3", "4", ""}); }
 
 /// The plug-in as it is told in one page.
 struct Model {
@@ -93,20 +94,23 @@ class RandomSession {
     files_.put(cataloguePath, catalogueFile(catalogue));
     views_->catalogue = cataloguePath;
     plugin_ = EPGDorvaSelinManagerPlugin::initWithBundle(views_, "/data", files_);
-    for (const std::string& id : *upTo(3, entryID())) {
-      const NaiveItem item = *naiveItemOfAnyKind();
+    for (Times entries(0, 3); entries.next();) {
+      const std::string id = entryID();
+      const NaiveItem item = naiveItemOfAnyKind();
+      tell("store", std::make_pair(id, item));
       plugin_->epgItems()->setItem(id, itemWith(entriesOf(item)));
       model_.store[id] = std::make_shared<NaiveItem>(item);
     }
-    if (!*onceIn(4)) openEditor();
+    if (!onceIn(4)) openEditor();
   }
 
   void doAnything() {
-    switch (*below(13)) {
+    switch (below(13)) {
       case 0:
       case 1:
       case 2: {
-        const Names ids = *upTo(4, entryID());
+        const Names ids = upTo(4, entryID);
+        tell("edit", ids);
         plugin_->setEditedEPGUniqueIDs(ids);
         model_.name(ids);
         break;
@@ -122,25 +126,29 @@ class RandomSession {
         break;
       case 8:
       case 9:
-        RC_ASSERT(plugin_->commitEditing());
+        tell("commit", true);
+        HOLDS(plugin_->commitEditing());
         model_.commit();
         break;
       case 10:
+        tell("revert", true);
         plugin_->revertEditing();
         model_.show();
         break;
       case 11: {
-        const Names ids = *upTo(2, entryID());
+        const Names ids = upTo(2, entryID);
+        tell("remove", ids);
         plugin_->removeEPGItemsWithUniqueIDs(ids);
         model_.remove(ids);
         break;
       }
       default:
-        if (*onceIn(4)) {
+        if (onceIn(4)) {
           openEditor();
         } else {
-          const std::string source = *entryID();
-          const std::string target = *entryID();
+          const std::string source = entryID();
+          const std::string target = entryID();
+          tell("duplicate", std::make_pair(source, target));
           plugin_->duplicateEPGItemWithUniqueID(source, target);
           model_.duplicate(source, target);
         }
@@ -149,37 +157,40 @@ class RandomSession {
 
   void expectTheSameAsTheModel() {
     const auto store = plugin_->epgItems();
-    RC_ASSERT(store->size() == model_.store.size());
+    HOLDS(store->size() == model_.store.size());
     for (const auto& [id, record] : model_.store) {
       const Item item = store->item(id);
-      RC_ASSERT(item != nullptr);
-      RC_ASSERT(naiveItem(*item) == *record);
+      HOLDS(item != nullptr);
+      HOLDS(naiveItem(*item) == *record);
     }
     const auto edited = plugin_->editedItems();
-    RC_ASSERT(edited->size() == model_.edited.size());
-    for (std::size_t i = 0; i < edited->size(); ++i) RC_ASSERT(naiveItem(*edited->at(i)) == *model_.edited[i]);
-    RC_ASSERT(files_.saves == model_.saves);
+    HOLDS(edited->size() == model_.edited.size());
+    for (std::size_t i = 0; i < edited->size(); ++i) HOLDS(naiveItem(*edited->at(i)) == *model_.edited[i]);
+    HOLDS(files_.saves == model_.saves);
     if (model_.hasEditor) expectTheSameEditor();
   }
 
  private:
   void openEditor() {
+    tell("open the editor", true);
     plugin_->editorView();
     model_.hasEditor = true;
   }
 
   void click() {
     if (!model_.hasEditor) return;
-    const std::size_t row = *below(catalogue.size());
-    const int proposed = *rc::gen::element(-1, 0, 1);
+    const std::size_t row = below(catalogue.size());
+    const int proposed = oneOf({-1, 0, 1});
+    tell("click", std::make_pair(row, proposed));
     views_->owner->tableViewSetObjectValue(&views_->table, proposed, "selected", static_cast<std::ptrdiff_t>(row));
     setNaively(model_.shown(), catalogue[row], proposed == -1 ? 1 : proposed);
   }
 
   void type() {
     if (!model_.hasEditor) return;
-    const std::size_t place = *below(fieldCount);
-    const std::string text = *fieldText();
+    const std::size_t place = below(fieldCount);
+    const std::string text = fieldText();
+    tell("type", std::make_pair(place, text));
     field(place).type(text);
     model_.fields[place].text = text;
   }
@@ -191,15 +202,15 @@ class RandomSession {
 
   void expectTheSameEditor() {
     for (std::size_t i = 0; i < fieldCount; ++i) {
-      RC_ASSERT(field(i).stringValue() == model_.fields[i].text);
-      RC_ASSERT(field(i).placeholderString().has_value() == model_.fields[i].mixed);
+      HOLDS(field(i).stringValue() == model_.fields[i].text);
+      HOLDS(field(i).placeholderString().has_value() == model_.fields[i].mixed);
     }
     for (std::size_t row = 0; row < catalogue.size(); ++row) {
       const auto cell =
           views_->owner->tableViewObjectValue(&views_->table, "selected", static_cast<std::ptrdiff_t>(row));
       const TagState* const state = std::get_if<TagState>(&cell);
-      RC_ASSERT(state != nullptr);
-      RC_ASSERT(static_cast<int>(*state) == naiveState(model_.shown(), catalogue[row]));
+      HOLDS(state != nullptr);
+      HOLDS(static_cast<int>(*state) == naiveState(model_.shown(), catalogue[row]));
     }
   }
 
@@ -212,8 +223,7 @@ class RandomSession {
 TEST(RandomEditingSession, EndsAsTheModelSays) {
   expectForCases(20000, [] {
     RandomSession session;
-    const std::size_t steps = 1 + *below(19);
-    for (std::size_t step = 0; step < steps; ++step) {
+    for (Times steps(1, 19); steps.next();) {
       session.doAnything();
       session.expectTheSameAsTheModel();
     }

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "platform/PropertyListFile.h"
+#include "tests/support/PlainPropertyListXML.h"
 
 namespace epg::test {
 
@@ -17,7 +17,8 @@ const char* const cataloguePath = "/bundle/Tags.plist";
 std::string catalogueFile(const Names& tags) {
   PropertyListDictionary catalogue;
   catalogue.set("tags", listOfNames(tags));
-  return propertyListXML(PropertyList(std::move(catalogue))).value_or("");
+  // The writer of the plug-in takes a mebibyte for every file, which is much for the editors of a property.
+  return plainPropertyListXML(PropertyList(std::move(catalogue))).value_or("");
 }
 
 Editor::Editor(const Names& catalogue, ViewIs view) {
