@@ -68,8 +68,8 @@ function(epg_add_tests target)
   gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${arg_LABELS}")
 endfunction()
 
-# epg_tools_missing(<variable> <programs…>): the programs that are not there, one after the other in a text. The path of
-# each that is there is in EPG_TOOL_<program>.
+# epg_tools_missing(<variable> <programs…>): those that are not there, in one text. The path of one that is there is in
+# EPG_TOOL_<program>.
 function(epg_tools_missing variable)
   set(missing "")
   foreach(tool IN LISTS ARGN)
