@@ -67,3 +67,33 @@ function(epg_add_tests target)
   endif()
   gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${arg_LABELS}")
 endfunction()
+
+# epg_tools_missing(<variable> <programs…>): those that are not there, in one text. The path of one that is there is in
+# EPG_TOOL_<program>.
+function(epg_tools_missing variable)
+  set(missing "")
+  foreach(tool IN LISTS ARGN)
+    find_program(EPG_TOOL_${tool} ${tool})
+    mark_as_advanced(EPG_TOOL_${tool})
+    if(NOT EPG_TOOL_${tool})
+      list(APPEND missing ${tool})
+    endif()
+  endforeach()
+  list(JOIN missing ", " missing)
+  set(${variable} "${missing}" PARENT_SCOPE)
+endfunction()
+
+# epg_skipped_test(<name> <reason>): stands where a test cannot be there, so that it is counted and not forgotten.
+function(epg_skipped_test name reason)
+  add_test(NAME ${name} COMMAND "${CMAKE_COMMAND}" -E echo "skipped: ${reason}")
+  set_tests_properties(${name} PROPERTIES SKIP_REGULAR_EXPRESSION "skipped: ")
+endfunction()
+
+# epg_add_test_unless(<what is missing> <name> <command…>): the test, or a skipped one where something is missing.
+function(epg_add_test_unless missing name)
+  if(missing)
+    epg_skipped_test(${name} "missing: ${missing}")
+  else()
+    add_test(NAME ${name} COMMAND ${ARGN})
+  endif()
+endfunction()

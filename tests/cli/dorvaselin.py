@@ -10,6 +10,8 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SAMPLES = ROOT / "samples"
+# In seconds. A hang gets there, nothing else does.
+LONGEST = 600
 
 
 def program():
@@ -47,7 +49,7 @@ class CommandLineTest(unittest.TestCase):
         if "stdout" not in options:
             options["stdout"] = subprocess.PIPE
         return subprocess.run(
-            self.command(*arguments), input=text, stderr=subprocess.PIPE, timeout=120, check=False, **options
+            self.command(*arguments), input=text, stderr=subprocess.PIPE, timeout=LONGEST, check=False, **options
         )
 
     def run_well(self, *arguments, **options):

@@ -23,9 +23,6 @@ std::string text(NSString* string);
 /// A list of nothing else.
 NSArray* only(id object);
 
-/// How often the tests of memory create, edit, export and drop: a thousand times, or what EPG_MEMORY_ROUNDS says.
-int memoryRounds();
-
 /// The platform's implementation pointers as the functions that they are, and back.
 template <typename Function>
 IMP implementationOf(Function* function) {

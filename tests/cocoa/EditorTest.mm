@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #import "tests/cocoa/BundleUser.h"
+#import "tests/cocoa/MemoryRounds.h"
 #import "tests/cocoa/ObjectCount.h"
 
 namespace {
@@ -328,8 +329,7 @@ TEST_F(EditorOfAPlugin, DroppedInTheMiddleOfAnExportTheViewsGoOnTheMainThread) {
   const ObjectCount tables("EPGDorvaSelinTagsTableView");
   const ObjectCount items("EPGDorvaSelinItem");
   ReportKeeper* reports = [[ReportKeeper alloc] init];
-  const int rounds = memoryRounds();
-  for (int round = 0; round < rounds; ++round) {
+  const int rounds = repeatForMemory([&] {
     NSAutoreleasePool* inner = [[NSAutoreleasePool alloc] init];
     EPGDorvaSelinManagerPlugin* plugin = newPlugin();
     EPGDorvaSelinViewController* controller = controllerOf(plugin);
@@ -345,15 +345,15 @@ TEST_F(EditorOfAPlugin, DroppedInTheMiddleOfAnExportTheViewsGoOnTheMainThread) {
     // The export holds the last of the object now, or a save that takes even longer.
     [reports letReportsGo];
     ASSERT_TRUE(eventually([&] { return plugins.alive() == 0 && controllers.alive() == 0; }))
-        << plugins.alive() << " plug-ins and " << controllers.alive() << " controllers after round " << round;
-  }
+        << plugins.alive() << " plug-ins and " << controllers.alive() << " controllers after " << plugins.made();
+  });
   EXPECT_EQ([reports count], static_cast<NSUInteger>(rounds));
   EXPECT_EQ(plugins.made(), rounds);
   EXPECT_EQ(plugins.endedBesideTheMainThread(), rounds);
   EXPECT_EQ(controllers.made(), rounds);
   EXPECT_EQ(controllers.endedBesideTheMainThread(), 0);
   EXPECT_EQ(tables.made(), rounds);
-  EXPECT_TRUE(eventually([&] { return tables.alive() == 0; })) << tables.alive();
+  EXPECT_EQ(tables.alive(), 0);
   EXPECT_EQ(tables.endedBesideTheMainThread(), 0);
   EXPECT_GE(items.made(), 2 * rounds);
   EXPECT_EQ(items.alive(), 0);

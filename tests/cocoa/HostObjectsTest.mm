@@ -90,10 +90,10 @@ TEST_F(Bundle, ExceptionOfAHostsDictionaryReachesTheHostThatCalled) {
   [item setRaises:YES];
   EXPECT_EQ(raisedBy([&] { [plugin xmlEventWithDictionary:item]; }), "HostTrouble");
   [item setRaises:NO];
-  EXPECT_TRUE(eventually([&] {
-    [plugin saveEPGItemsToFile];
-    return [[[savedStore() objectForKey:@"E1"] objectForKey:@"title"] isEqual:@"Raising"] != NO;
-  }));
+  ASSERT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  [plugin saveEPGItemsToFile];
+  EXPECT_TRUE(
+      eventually([&] { return [[[savedStore() objectForKey:@"E1"] objectForKey:@"title"] isEqual:@"Raising"] != NO; }));
   EXPECT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
   [plugin release];
 }

@@ -8,6 +8,8 @@ last argument, which makes it a clock of 32 bits, from 1902 on.
 """
 
 import datetime
+import functools
+import pathlib
 import random
 import subprocess
 import sys
@@ -36,29 +38,64 @@ def local(zone, second):
     return (EPOCH + datetime.timedelta(seconds=second)).astimezone(zone)
 
 
+def offset(zone, second):
+    return local(zone, second).utcoffset()
+
+
+@functools.lru_cache(maxsize=None)
+def weeks(year):
+    """The ends of the weeks that begin within the year, the first one's beginning before them; as dates, too."""
+    week = 7 * 86400
+    seconds_of_all = range(utc(year), utc(year + 1) + week, week)
+    return [(second, EPOCH + datetime.timedelta(seconds=second)) for second in seconds_of_all]
+
+
 def changes(zone, year):
     """The first second after every change of the offset within the year that lasts at least a week."""
     found = []
-    week = 7 * 86400
-    for start in range(utc(year), utc(year + 1), week):
-        before, after = start, start + week
-        if local(zone, before).utcoffset() == local(zone, after).utcoffset():
-            continue
-        while after - before > 1:
-            middle = (before + after) // 2
-            if local(zone, middle).utcoffset() == local(zone, start).utcoffset():
-                before = middle
-            else:
-                after = middle
-        found.append(after)
+    before, earlier = None, None
+    for after, moment in weeks(year):
+        later = moment.astimezone(zone).utcoffset()
+        if before is not None and later != earlier:
+            first, last = before, after
+            while last - first > 1:
+                middle = (first + last) // 2
+                if offset(zone, middle) == earlier:
+                    first = middle
+                else:
+                    last = middle
+            found.append(last)
+        before, earlier = after, later
     return found
 
 
-def times(zone, generator, first_year):
+def rules(name):
+    """What tells zones apart: many names are one zone, whose changes are looked for once."""
+    for folder in zoneinfo.TZPATH:
+        path = pathlib.Path(folder, name)
+        if path.is_file():
+            return path.read_bytes()
+    return name
+
+
+def changes_of_all(names, first_year):
+    """For each name the changes of its zone in the sample years."""
+    found = {}
+    by_name = {}
+    for name in names:
+        key = rules(name)
+        if key not in found:
+            zone = zoneinfo.ZoneInfo(name)
+            found[key] = {year: changes(zone, year) for year in SAMPLE_YEARS if year >= first_year}
+        by_name[name] = found[key]
+    return by_name
+
+
+def times(changes_by_year, generator, first_year):
     chosen = [generator.randint(utc(first_year), utc(2500)) for _ in range(RANDOM_TIMES)]
-    for year in [year for year in SAMPLE_YEARS if year >= first_year]:
+    for year, changes_of_year in changes_by_year.items():
         chosen.append(utc(year))
-        for change in changes(zone, year):
+        for change in changes_of_year:
             chosen += (change - 3600, change - 1, change, change + 1, change + 3600)
     return chosen + [second for second in ENDS_OF_32_BITS if second >= utc(first_year)]
 
@@ -78,10 +115,11 @@ def main():
 
     if narrow:
         names = [name for name in names if name not in WITHOUT_RULES]
+    first_year = 1902 if narrow else 1700
     questions, answers = [], []
-    for name in names:
+    for name, changes_by_year in changes_of_all(names, first_year).items():
         zone = zoneinfo.ZoneInfo(name)
-        for second in times(zone, generator, 1902 if narrow else 1700):
+        for second in times(changes_by_year, generator, first_year):
             questions.append(f"{name} {second}")
             answers.append(expected(zone, second))
     output = subprocess.run(
