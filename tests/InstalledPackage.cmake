@@ -22,6 +22,12 @@ foreach(expected include/EPGDorvaSelin/plugin/EPGDorvaSelinManagerPlugin.h share
 endforeach()
 if(HOST)
   run("${prefix}/bin/dorvaselin" --help)
+  foreach(expected man/man1/dorvaselin.1 bash-completion/completions/dorvaselin zsh/site-functions/_dorvaselin
+                   fish/vendor_completions.d/dorvaselin.fish)
+    if(NOT EXISTS "${prefix}/share/${expected}")
+      message(FATAL_ERROR "The installation has no share/${expected}")
+    endif()
+  endforeach()
 endif()
 
 run("${CMAKE_COMMAND}" -S "${SOURCE}" -B "${work}/build" -G "${GENERATOR}" "-DCMAKE_PREFIX_PATH=${prefix}"
