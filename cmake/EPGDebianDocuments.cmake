@@ -1,13 +1,10 @@
-# Run by CPack before it makes the packages: what Debian wants of every package and an installation does not hold, the
-# copyright notice and the changelog.
+# Run by CPack before it makes the packages. What Debian wants of every package and an installation does not hold: the
+# copyright notice and the changelog. And what Debian has in another place or another form: zsh's completions and manual
+# pages.
 
-file(STRINGS "${CMAKE_CURRENT_LIST_DIR}/../CHANGELOG.md" epg_heading REGEX "^## ${CPACK_PACKAGE_VERSION} " LIMIT_COUNT 1)
-if(NOT epg_heading MATCHES "\\(([0-9-]+)\\)")
-  message(FATAL_ERROR "CHANGELOG.md has no heading \"## ${CPACK_PACKAGE_VERSION} (DATE)\"")
-endif()
-# The day that the changelog names, so that the same sources make the same package.
+# The day of the version, so that the same sources make the same package.
 set(ENV{LC_ALL} C)
-execute_process(COMMAND date --utc --rfc-email "--date=${CMAKE_MATCH_1}"
+execute_process(COMMAND date --utc --rfc-email "--date=${CPACK_EPG_VERSION_DATE}"
   OUTPUT_VARIABLE epg_date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 
 foreach(component IN LISTS CPACK_COMPONENTS_ALL)
@@ -32,3 +29,7 @@ Its owner has chosen no licence yet: all rights are reserved.
   file(CHMOD "${folder}/copyright" "${folder}/changelog.Debian.gz"
     PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 endforeach()
+
+set(share "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/program/usr/share")
+file(RENAME "${share}/zsh/site-functions" "${share}/zsh/vendor-completions")
+execute_process(COMMAND gzip -9 -n "${share}/man/man1/dorvaselin.1" COMMAND_ERROR_IS_FATAL ANY)

@@ -28,18 +28,6 @@ else()
   set(EPG_HAS_RAPIDCHECK ON)
 endif()
 
-# ThreadSanitizer needs its shadow memory where address randomisation may put something else.
-if(EPG_SANITIZE MATCHES "thread" AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
-  find_program(EPG_SETARCH setarch)
-  mark_as_advanced(EPG_SETARCH)
-  if(EPG_SETARCH)
-    execute_process(COMMAND "${EPG_SETARCH}" -R true RESULT_VARIABLE epg_setarch_failed OUTPUT_QUIET ERROR_QUIET)
-    if(epg_setarch_failed EQUAL 0)
-      set(CMAKE_CROSSCOMPILING_EMULATOR "${EPG_SETARCH};-R")
-    endif()
-  endif()
-endif()
-
 # What tests are compiled with. The programs need no optimiser, which takes more than half of the time that it takes to
 # compile them; the libraries hold what they compare with, which works as hard as what is tested.
 add_library(EPGTestCode INTERFACE)

@@ -47,6 +47,14 @@ std::string defaultDataFolderPath(Environment& environment) {
 #endif
 }
 
+const char* defaultDataFolderInWords() {
+#ifdef __APPLE__
+  return "~/Library/Application Support/EPG DorvaSelin";
+#else
+  return "$XDG_DATA_HOME/EPGDorvaSelin, or ~/.local/share/EPGDorvaSelin without XDG_DATA_HOME";
+#endif
+}
+
 int folderError(Environment& environment, const std::string& path) {
   int descriptor = -1;
   const int error = environment.openFile(path, folderFlags, 0, &descriptor);

@@ -12,6 +12,9 @@ class ReportingEnvironment;
 /// folder, elsewhere "EPGDorvaSelin" in XDG_DATA_HOME or, where that names no absolute path, in "~/.local/share".
 std::string defaultDataFolderPath(Environment& environment);
 
+/// The same folder in the words of a manual, which do not hang on anybody's home folder.
+const char* defaultDataFolderInWords();
+
 /// 0 where the folder can be opened, otherwise the errno value.
 int folderError(Environment& environment, const std::string& path);
 

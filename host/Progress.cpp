@@ -6,17 +6,12 @@
 
 namespace epg {
 
-using std::chrono::duration_cast;
-using std::chrono::milliseconds;
-using std::chrono::seconds;
-using std::chrono::steady_clock;
-
-std::string progressText(const std::string& work, seconds elapsed) {
+std::string progressText(const std::string& work, std::chrono::seconds elapsed) {
   return work + ": " + std::to_string(elapsed.count()) + " s";
 }
 
-Progress::Progress(Messages& messages, std::string work, milliseconds quiet)
-    : messages_(messages), work_(std::move(work)), quiet_(quiet), start_(steady_clock::now()) {
+Progress::Progress(Messages& messages, std::string work, std::chrono::milliseconds quiet)
+    : messages_(messages), work_(std::move(work)), quiet_(quiet), start_(std::chrono::steady_clock::now()) {
   if (!messages_.isTerminal()) return;
   try {
     thread_ = std::thread([this] { run(); });
@@ -38,8 +33,10 @@ Progress::~Progress() {
 
 void Progress::run() {
   std::unique_lock<std::mutex> lock(mutex_);
-  for (auto next = start_ + quiet_; !over_.wait_until(lock, next, [this] { return isOver_; }); next += seconds(1)) {
-    messages_.showProgress(progressText(work_, duration_cast<seconds>(steady_clock::now() - start_)));
+  for (auto next = start_ + quiet_; !over_.wait_until(lock, next, [this] { return isOver_; });
+       next += std::chrono::seconds(1)) {
+    messages_.showProgress(progressText(
+        work_, std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start_)));
   }
 }
 

@@ -8,6 +8,7 @@ namespace epg::test {
 namespace {
 
 using testing::HasSubstr;
+using testing::MatchesRegex;
 
 class CommandLine : public CommandTest {
  protected:
@@ -38,6 +39,19 @@ TEST_F(CommandLine, HasHelpEverywhere) {
       EXPECT_EQ(own.messages, "");
     }
   }
+  EXPECT_FALSE(exists(dataFolder()));
+}
+
+TEST_F(CommandLine, TellsItsVersionEverywhere) {
+  const std::string version = runWell({"--version"}).output;
+  EXPECT_THAT(version, MatchesRegex("dorvaselin [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+  for (const std::string& command : commands) {
+    const CommandResult own = runWell({command, "--version"});
+    EXPECT_EQ(own.output, version) << command;
+    EXPECT_EQ(own.messages, "");
+  }
+  EXPECT_EQ(runWell({"--version", "edit", "A", "--title", "T"}).output, version);
+  EXPECT_EQ(understoodIDs({"--", "--version"}), std::vector<std::string>{"--version"});
   EXPECT_FALSE(exists(dataFolder()));
 }
 

@@ -94,6 +94,16 @@ class Installation(unittest.TestCase):
         self.assertEqual(len(list(self.prefix.rglob("epgdorvaselin.pc"))), 1)
         self.assertEqual(len(list(self.prefix.rglob("EPGDorvaSelinConfig.cmake"))), 1)
 
+    def test_is_of_the_version_and_the_day_that_the_changelog_names(self):
+        heading = re.search(r"^## (\S+) \((\S+)\)$", (ROOT / "CHANGELOG.md").read_text(), re.MULTILINE)
+        version, day = heading.groups()
+        (file,) = self.prefix.rglob("epgdorvaselin.pc")
+        self.assertIn(f"\nVersion: {version}\n", file.read_text())
+        self.assertIn(f"Version {version}.", (ROOT / "README.md").read_text())
+        if options.program:
+            self.assertEqual(run(self.prefix / "bin/dorvaselin", "--version"), f"dorvaselin {version}\n")
+            self.assertIn(day, (self.prefix / "share/man/man1/dorvaselin.1").read_text())
+
     def test_names_no_path_of_the_machine_that_built_it(self):
         if any(option.startswith("-DCMAKE_TOOLCHAIN_FILE") for option in options.options):
             self.skipTest("the libraries of another processor lie where only their path tells")

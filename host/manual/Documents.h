@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "host/ProgramDescription.h"
+
+namespace epg {
+
+/// The manual page, in the man macros of roff. What several commands say below their options it says once.
+std::string manualPage(const ProgramDescription& description);
+
+/// The completion for bash, which needs no other file.
+std::string bashCompletion(const ProgramDescription& description);
+
+/// The completion for zsh, for a file "_dorvaselin" in a folder of fpath.
+std::string zshCompletion(const ProgramDescription& description);
+
+/// The completion for fish.
+std::string fishCompletion(const ProgramDescription& description);
+
+}  // namespace epg
