@@ -1,7 +1,7 @@
 """Shells that complete a line as they do for whoever sits before them.
 
-Each has `words(line)`: everything that the shell offers for the last word of the line, `only_word(line)`: what becomes of
-that word when there is but one offer, and `reason()`: why the shell cannot be tried here."""
+Each has `words(line)`: everything that the shell offers for the last word of the line, `only_word(line)`: what becomes
+of that word when there is but one offer, and `reason()`: why the shell cannot be tried here."""
 
 import os
 import pathlib
@@ -28,8 +28,8 @@ def words_of(line):
 
 
 class InteractiveShell:
-    """A shell on a terminal of its own. Its start-up file binds a key that puts all that it offers into the line, and one
-    that saves the line to a file."""
+    """A shell on a terminal of its own. Its start-up file binds a key that puts all that it offers into the line, and
+    one that saves the line to a file."""
 
     name = None
     start_up_file = None
@@ -178,8 +178,9 @@ class Fish:
         pass
 
     def words(self, line):
+        script = self.manual / "dorvaselin.fish"
         result = subprocess.run(
-            ["fish", "--no-config", "-c", 'source $argv[1]; complete -C "$argv[2]"', self.manual / "dorvaselin.fish", line],
+            ["fish", "--no-config", "-c", 'source $argv[1]; complete -C "$argv[2]"', script, line],
             capture_output=True,
             cwd=self.folder,
             env=self.environment,

@@ -41,7 +41,8 @@ class Completions(dorvaselin.CommandLineTest):
         return folder
 
     def help(self, *command):
-        result = subprocess.run([dorvaselin.program(), *command, "--help"], capture_output=True, timeout=120, check=True)
+        words = [dorvaselin.program(), *command, "--help"]
+        result = subprocess.run(words, capture_output=True, timeout=120, check=True)
         return help_texts.parse(result.stdout.decode())
 
     def assert_offers(self, line, *expected):

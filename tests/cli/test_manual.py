@@ -54,8 +54,13 @@ class ManualPage(dorvaselin.CommandLineTest):
             return read_source(self.path)
         output = ""
         for command in COMMANDS[self.renderer]:
-            environment = self.environment(MANROFFSEQ="", MANWIDTH="80")
-            result = subprocess.run([*command, self.path], capture_output=True, env=environment, timeout=120, check=False)
+            result = subprocess.run(
+                [*command, self.path],
+                capture_output=True,
+                env=self.environment(MANROFFSEQ="", MANWIDTH="80"),
+                timeout=120,
+                check=False,
+            )
             self.assertEqual((result.returncode, result.stderr), (0, b""), result.stdout)
             output += re.sub(".\b", "", result.stdout.decode())
         return output
