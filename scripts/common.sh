@@ -6,7 +6,8 @@ packages_to_run=(g++ cmake ninja-build ccache libpugixml-dev libutfcpp-dev zlib1
 # make, because gnustep-config asks it and says nothing at all without it.
 packages_for_bundle=(gobjc++ make gnustep-make libgnustep-gui-dev gnustep-back0.29-cairo fonts-dejavu-core)
 packages_to_test_bundle=(valgrind xvfb openbox xdotool x11-utils imagemagick)
-packages_to_test=(python3 pkg-config libxml2-utils libgtest-dev libgmock-dev librapidcheck-dev libxml2-dev)
+packages_to_test=(python3 pkg-config man-db mandoc bash-completion zsh fish libxml2-utils libgtest-dev libgmock-dev
+  librapidcheck-dev libxml2-dev)
 packages_to_test_all=(clang clang-format clang-tidy libclang-rt-14-dev libc++-dev libc++abi-dev googletest
   libplist-dev lintian mmdebstrap dpkg-dev uidmap)
 packages_to_test_32bit=(g++-multilib)
