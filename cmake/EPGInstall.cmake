@@ -49,9 +49,9 @@ install(FILES "${PROJECT_SOURCE_DIR}/resources/Tags.plist" "${PROJECT_SOURCE_DIR
   DESTINATION "${epg_resources_folder}" COMPONENT program)
 
 if(PROJECT_IS_TOP_LEVEL)
-  # As they lie here, so that their links lead on.
+  # As they lie here, so that the links from one to another lead on.
   set(epg_documents_folder "${CMAKE_INSTALL_DATADIR}/doc/dorvaselin")
-  install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION "${epg_documents_folder}" COMPONENT program)
+  install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION "${epg_documents_folder}" COMPONENT program)
   install(DIRECTORY docs samples DESTINATION "${epg_documents_folder}" COMPONENT program
     PATTERN CMakeLists.txt EXCLUDE)
 endif()

@@ -76,7 +76,7 @@ need_packages() {
     "${missing[@]}" >>"$log" 2>&1 </dev/null || status=$?
   if [ "$status" -ne 0 ]; then
     # Of hundreds of lines those that say why.
-    grep -E '^(E|Err|sudo|dpkg)[: ]' "$log" | sort -u | tail -n 4 >&2
+    { grep -E '^(E|Err|sudo|dpkg)[: ]' "$log" || true; } | sort -u | tail -n 4 >&2
     say "packages that are missing could not be installed. Once that works (is there a network?), try again; or as root:"
     say_how_to_install "${missing[@]}"
   fi
@@ -117,20 +117,33 @@ show_line() {
   fi
 }
 
+# is_configured FOLDER: whether the build in it can be used. Its compiler may be gone, and whoever was interrupted may
+# have left a half of it.
+is_configured() {
+  local compiler first
+  [ -f "$1/CMakeCache.txt" ] && [ -f "$1/build.ninja" ] || return
+  compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$1/CMakeCache.txt")
+  [ -x "$compiler" ] && IFS= read -r first <"$1/build.ninja" && [[ $first == '# CMAKE generated file'* ]]
+}
+
 # configure PRESET [CMAKE ARGUMENTS…]: only where something asks for it; CMake itself sees to the rest. What cannot be
 # configured stays as it was: neither a half-made folder nor an option that could not be met keeps the next try from
 # working.
 configure() {
-  local preset=$1 folder=build/$1 status=0 log
+  local preset=$1 folder=build/$1 status=0 log home
   shift
-  if [ -f "$folder/CMakeCache.txt" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$folder/CMakeCache.txt"; then
-    say "$folder was made for another place and is made anew"
-    rm -rf "$folder"
+  if [ -f "$folder/CMakeCache.txt" ]; then
+    home=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$folder/CMakeCache.txt")
+    # The same place may have more than one path.
+    if [ -n "$home" ] && [ ! "$home" -ef "$PWD" ]; then
+      say "$folder was made for another place and is made anew"
+      rm -rf "$folder"
+    fi
   fi
-  if [ $# -eq 0 ] && [ -f "$folder/build.ninja" ] && [ ! CMakePresets.json -nt "$folder/build.ninja" ]; then
+  if [ $# -eq 0 ] && is_configured "$folder" && [ ! CMakePresets.json -nt "$folder/build.ninja" ]; then
     return 0
   fi
-  log=$(mktemp)
+  log=$(mktemp) || return
   show_line "configuring $preset"
   rm -f "$folder/CMakeCache.before"
   if [ -f "$folder/CMakeCache.txt" ]; then
@@ -163,7 +176,8 @@ configure_with_bundle() {
   configure "$@" -DEPG_BUILD_BUNDLE=AUTO || return
   lacks=$(sed -n 's/^EPG_BUNDLE_LACKS:INTERNAL=//p' "build/$1/CMakeCache.txt")
   if [ -n "$lacks" ]; then
-    say "the bundle cannot be built; missing:$lacks"
+    say "the bundle cannot be built; missing:$lacks. These Debian packages have it:"
+    say "  ${packages_for_bundle[*]}"
     return 1
   fi
 }
@@ -172,7 +186,7 @@ configure_with_bundle() {
 build() {
   local preset=$1 log status=0
   shift
-  log=$(mktemp)
+  log=$(mktemp) || return
   NINJA_STATUS='%f/%t ' cmake --build --preset "$preset" --parallel "$jobs" ${1:+--target "$@"} 2>&1 </dev/null |
     tee "$log" | show_steps || status=$?
   if [ "$status" -ne 0 ]; then

@@ -23,7 +23,7 @@ def main():
     if len(sys.argv) < 2:
         sys.exit("which program is to be tested?")
     os.environ["DORVASELIN"] = str(pathlib.Path(sys.argv.pop(1)).resolve())
-    unittest.main(module="__main__")
+    unittest.main(module="__main__", verbosity=2)
 
 
 class CommandLineTest(unittest.TestCase):

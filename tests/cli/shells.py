@@ -13,7 +13,7 @@ import signal
 import subprocess
 import time
 
-SECONDS = 60
+SECONDS = 600
 ALL, SAVE, CLEAR, TAB = b"\x14", b"\x07", b"\x15", b"\t"  # The first three are Control with T, G, U.
 
 

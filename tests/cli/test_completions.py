@@ -42,7 +42,7 @@ class Completions(dorvaselin.CommandLineTest):
 
     def help(self, *command):
         words = [dorvaselin.program(), *command, "--help"]
-        result = subprocess.run(words, capture_output=True, timeout=120, check=True)
+        result = subprocess.run(words, capture_output=True, timeout=600, check=True)
         return help_texts.parse(result.stdout.decode())
 
     def assert_offers(self, line, *expected):

@@ -58,7 +58,7 @@ class ManualPage(dorvaselin.CommandLineTest):
                 [*command, self.path],
                 capture_output=True,
                 env=self.environment(MANROFFSEQ="", MANWIDTH="80"),
-                timeout=120,
+                timeout=600,
                 check=False,
             )
             self.assertEqual((result.returncode, result.stderr), (0, b""), result.stdout)
@@ -70,7 +70,7 @@ class ManualPage(dorvaselin.CommandLineTest):
             [dorvaselin.program(), *command, "--help"],
             capture_output=True,
             env=self.environment(),
-            timeout=120,
+            timeout=600,
             check=True,
         )
         return help_texts.parse(result.stdout.decode())

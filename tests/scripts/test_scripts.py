@@ -89,16 +89,24 @@ class Configuring(ScriptTest):
         compiler.symlink_to("/usr/bin/c++")
         self.well("configure release && build release", CXX=str(compiler))
         compiler.unlink()
-        output = self.well("configure release -DANYTHING=1 && build release")
+        output = self.well("configure release && build release")
         self.assertEqual(output, "test: build/release could not be configured as it was and was configured anew\n")
         self.assertEqual(self.well("configure release && build release"), "")
 
     def test_a_half_made_folder_is_no_hindrance(self):
         for name, content in (("CMakeCache.txt", ""), ("CMakeCache.txt", "\0nothing"), ("build.ninja", "rule")):
-            with self.subTest(name=name, content=content):
-                self.well("rm -rf build")
-                write(self.folder / "build/release" / name, content)
-                self.well("configure release -DANYTHING=1 && build release")
+            for was_whole in (False, True):
+                with self.subTest(name=name, content=content, was_whole=was_whole):
+                    self.well("rm -rf build" + ("; configure release" if was_whole else ""))
+                    write(self.folder / "build/release" / name, content)
+                    self.well("configure release && build release")
+        (self.folder / "build/release/CMakeCache.txt").unlink()
+        self.well("configure release && build release")
+
+    def test_a_folder_stays_under_another_name_of_the_same_place(self):
+        self.well("configure release && build release")
+        (self.folder / "link").symlink_to(self.folder)
+        self.assertEqual(self.well("cd link; configure release && build release"), "")
 
     def test_a_folder_that_was_made_elsewhere_is_made_anew(self):
         self.well("configure release")
@@ -157,7 +165,21 @@ class Building(ScriptTest):
         self.well("build release")
 
     def test_one_build_waits_for_the_other(self):
-        self.assertEqual(self.well("alone build release & alone build release; wait $!"), "")
+        # The lock is held until the other one has said that it waits.
+        script = """
+            mkfifo said
+            mkdir -p build
+            exec 8>build/lock
+            flock 8
+            { alone touch done; } 8>&- 2>said &
+            read -r line <said
+            [ ! -e done ]
+            exec 8>&-
+            wait $!
+            [ -e done ]
+            echo "$line"
+        """
+        self.assertEqual(self.well(script), "test: waiting for another build\n")
 
     def test_a_place_that_cannot_be_written_is_named(self):
         write(self.folder / "elsewhere/build", "a file\n")
@@ -224,6 +246,12 @@ class Packages(ScriptTest):
         self.assertTrue(output.endswith(self.HOW), output)
         self.need(self.path(), self.well)
 
+    def test_a_failure_without_a_reason_is_told_all_the_same(self):
+        # Not as the condition of anything: under "set -e" it must not end before the message.
+        path = self.path(install="echo nothing that anybody looks for; exit 1")
+        output = self.badly("need_packages one two\ntrue", PATH=path, EPG_SKIP_PACKAGES="0")
+        self.assertTrue(output.endswith(self.HOW), output)
+
     def test_on_another_system_it_names_what_to_install(self):
         output = self.need(self.usual_programs(), self.badly)
         self.assertIn("one two", output)
@@ -240,7 +268,7 @@ class Run(ScriptTest):
     def run_it(self, *arguments):
         done = subprocess.run(["./run", *arguments], cwd=self.folder, env=environment(PATH=self.path),
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                              text=True, timeout=60, check=False)  # fmt: skip
+                              text=True, timeout=600, check=False)  # fmt: skip
         return done.stdout
 
     def test_help_of_a_built_program_comes_without_a_build(self):
@@ -256,7 +284,7 @@ class Run(ScriptTest):
         self.path = self.programs(cmake="echo a build >&2; exit 1", uname="echo Linux")
         done = subprocess.run(["./run", "window"], cwd=self.folder, env=environment(PATH=self.path, DISPLAY=""),
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                              text=True, timeout=60, check=False)  # fmt: skip
+                              text=True, timeout=600, check=False)  # fmt: skip
         self.assertEqual(done.stdout, "run: a window needs a screen, and DISPLAY names none\n")
 
 
@@ -269,12 +297,19 @@ class Test(ScriptTest):
       <testcase name="D" status="notrun"><skipped message="SKIP_REGULAR_EXPRESSION_MATCHED"/>
         <system-out>[ RUN      ] D\nfile.cpp:3: Skipped\nneeds root\n\n[  SKIPPED ] D (0 ms)\n</system-out></testcase>
       <testcase name="E" status="disabled"/>
+      <testcase name="F" status="run"><system-out>test_a (x.Y.test_a) ... ok
+test_b (x.Y.test_b) ... skipped 'no root'
+[  SKIPPED ] Suite.Name (0 ms)
+[  SKIPPED ] 1 test, listed below:
+[  SKIPPED ] Suite.Name
+</system-out></testcase>
     </testsuite>"""
 
     def test_skipped_tests_are_named_with_their_reasons(self):
         report = write(self.folder / "tests.xml", self.REPORT)
         done = subprocess.run([ROOT / "scripts/skipped-tests", report], stdout=subprocess.PIPE, text=True, check=True)
-        expected = ["B: no display", "C: SKIP_RETURN_CODE=77", "D: needs root", "E: disabled"]
+        expected = ["B: no display", "C: SKIP_RETURN_CODE=77", "D: needs root", "E: disabled",
+                    "F, test_b: 'no root'", "F, Suite.Name: see its output"]  # fmt: skip
         self.assertEqual(done.stdout.splitlines(), expected)
 
     def test_usage_is_told_without_a_build(self):
