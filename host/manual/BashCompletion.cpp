@@ -167,8 +167,8 @@ fi
 
 /// Names as a shell's `case` has them.
 std::string alternatives(const std::vector<std::string>& names, const std::string& prefix) {
-  std::vector<std::string> patterns;
-  for (const std::string& name : names) patterns.push_back(prefix + name);
+  std::vector<std::string> patterns(names);
+  for (std::string& pattern : patterns) pattern.insert(0, prefix);
   return joined(patterns, " | ");
 }
 

@@ -24,14 +24,14 @@ class CommandLine : public CommandTest {
   }
 };
 
-const std::vector<std::string> commands = {"import",    "export", "configurations", "list", "remove",
+const std::vector<std::string> commandNames = {"import",    "export", "configurations", "list", "remove",
                                            "duplicate", "check",  "show",           "edit"};
 
 }  // namespace
 
 TEST_F(CommandLine, HasHelpEverywhere) {
   const CommandResult all = runWell({"--help"});
-  for (const std::string& command : commands) {
+  for (const std::string& command : commandNames) {
     EXPECT_THAT(all.output, HasSubstr("\n  " + command + " ")) << command;
     for (const char* help : {"--help", "-h"}) {
       const CommandResult own = runWell({command, help});
@@ -45,7 +45,7 @@ TEST_F(CommandLine, HasHelpEverywhere) {
 TEST_F(CommandLine, TellsItsVersionEverywhere) {
   const std::string version = runWell({"--version"}).output;
   EXPECT_THAT(version, MatchesRegex("dorvaselin [0-9]+\\.[0-9]+\\.[0-9]+\n"));
-  for (const std::string& command : commands) {
+  for (const std::string& command : commandNames) {
     const CommandResult own = runWell({command, "--version"});
     EXPECT_EQ(own.output, version) << command;
     EXPECT_EQ(own.messages, "");
