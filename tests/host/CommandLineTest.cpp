@@ -25,7 +25,7 @@ class CommandLine : public CommandTest {
 };
 
 const std::vector<std::string> commandNames = {"import",    "export", "configurations", "list", "remove",
-                                           "duplicate", "check",  "show",           "edit"};
+                                               "duplicate", "check",  "show",           "edit"};
 
 }  // namespace
 
