@@ -36,7 +36,7 @@ This package contains the command line.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libepgdorvaselin-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 # The resources are the program's.
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS 
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "dorvaselin (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), libpugixml-dev")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${epg_description}
 

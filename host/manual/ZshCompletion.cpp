@@ -57,8 +57,8 @@ std::string withEscapes(const std::string& text, const std::string& escaped) {
   return result;
 }
 
-/// Text inside the brackets, or between the colons, of a specification for _arguments.
-std::string inSpecification(const std::string& text) { return withEscapes(text, "\\[]:"); }
+/// Text inside the brackets, or between the colons, of a spec for _arguments.
+std::string inSpec(const std::string& text) { return withEscapes(text, "\\[]:"); }
 
 /// How _arguments gets the words that may stand there.
 std::string zshAction(ValueKind kind) {
@@ -80,26 +80,26 @@ std::string zshAction(ValueKind kind) {
   return " ";
 }
 
-void writeOptionSpecification(std::ostream& script, const ArgumentDescription& option) {
+void writeOptionSpec(std::ostream& script, const ArgumentDescription& option) {
   const std::string exclusive = option.isRepeatable ? "*" : "(" + joined(option.names, " ") + ")";
   for (const std::string& name : option.names) {
-    std::string specification = exclusive + name;
-    if (option.kind != ValueKind::None) specification += name.compare(0, 2, "--") == 0 ? "=" : "+";
-    specification += "[" + inSpecification(briefly(option.description)) + "]";
+    std::string spec = exclusive + name;
+    if (option.kind != ValueKind::None) spec += name.compare(0, 2, "--") == 0 ? "=" : "+";
+    spec += "[" + inSpec(briefly(option.description)) + "]";
     if (option.kind != ValueKind::None) {
-      specification += ":" + inSpecification(option.valueName) + ":" + zshAction(option.kind);
+      spec += ":" + inSpec(option.valueName) + ":" + zshAction(option.kind);
     }
-    script << " \\\n        " << shellQuoted(specification);
+    script << " \\\n        " << shellQuoted(spec);
   }
 }
 
-void writePositionalSpecification(std::ostream& script, const ArgumentDescription& positional) {
-  const std::string specification = (positional.isRepeatable ? "*:" : ":") + inSpecification(positional.names.front()) +
-                                    ":" + zshAction(positional.kind);
-  script << " \\\n        " << shellQuoted(specification);
+void writePositionalSpec(std::ostream& script, const ArgumentDescription& positional) {
+  const std::string spec =
+      (positional.isRepeatable ? "*:" : ":") + inSpec(positional.names.front()) + ":" + zshAction(positional.kind);
+  script << " \\\n        " << shellQuoted(spec);
 }
 
-void writeCommandSpecifications(std::ostream& script, const ProgramDescription& description) {
+void writeCommandSpecs(std::ostream& script, const ProgramDescription& description) {
   script << "\n_dorvaselin_commands() {\n  local -a commands=(\n";
   for (const CommandDescription& command : description.commands) {
     script << "    " << shellQuoted(withEscapes(command.name, "\\:") + ":" + briefly(command.description)) << '\n';
@@ -112,7 +112,7 @@ void writeCommandSpecifications(std::ostream& script, const ProgramDescription& 
 std::string zshCompletion(const ProgramDescription& description) {
   std::ostringstream script;
   script << "#compdef dorvaselin\n\n# Completion of dorvaselin for zsh. Made from what its --help is made from.\n";
-  writeCommandSpecifications(script, description);
+  writeCommandSpecs(script, description);
   script << zshQuestions;
   script << "\n_dorvaselin() {\n"
             "  local -a dorvaselin_words=(\"${words[@]}\") state state_descr line\n"
@@ -120,7 +120,7 @@ std::string zshCompletion(const ProgramDescription& description) {
             "  local curcontext=$curcontext\n"
             "  local -i ret=1\n"
             "  _arguments -C -S";
-  for (const ArgumentDescription& option : description.program.options) writeOptionSpecification(script, option);
+  for (const ArgumentDescription& option : description.program.options) writeOptionSpec(script, option);
   script << " \\\n        '(-)1:command:_dorvaselin_commands' \\\n"
             "        '(-)*:: :->arguments' && ret=0\n"
             "  [[ $state == arguments ]] || return ret\n"
@@ -128,8 +128,8 @@ std::string zshCompletion(const ProgramDescription& description) {
   for (const CommandDescription& command : description.commands) {
     script << "    (" << command.name << ")\n      _arguments -S";
     for (const ArgumentDescription& option : optionsBeside(command, description.program))
-      writeOptionSpecification(script, option);
-    for (const ArgumentDescription& positional : command.positionals) writePositionalSpecification(script, positional);
+      writeOptionSpec(script, option);
+    for (const ArgumentDescription& positional : command.positionals) writePositionalSpec(script, positional);
     script << " && ret=0\n      ;;\n";
   }
   script << "  esac\n  return ret\n}\n\n"
