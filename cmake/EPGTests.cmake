@@ -1,10 +1,9 @@
 # epg_add_tests(<target> SOURCES <files…> [PROPERTY_SOURCES <files…>] [LIBRARIES <targets…>] [LABELS <labels…>])
 #
-# One GoogleTest program; CTest knows each of its tests by name and label. PROPERTY_SOURCES hold properties against
+# One GoogleTest program; CTest runs its suites, each by its name and with these labels. PROPERTY_SOURCES hold properties against
 # random cases with what EPGTestSupport has for that: it needs RapidCheck, and they are left out where that cannot be
 # used.
 
-include(GoogleTest)
 include(CheckCXXSourceCompiles)
 
 check_cxx_source_compiles("
@@ -55,7 +54,16 @@ function(epg_add_tests target)
   elseif(arg_PROPERTY_SOURCES)
     epg_skipped_test(${target}.Properties "the system's RapidCheck is not compiled for libc++")
   endif()
-  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${arg_LABELS}")
+  # Asked when the tests are run, since only the program knows its suites.
+  set(suites "${CMAKE_CURRENT_BINARY_DIR}/${target}-suites.cmake")
+  file(GENERATE OUTPUT "${suites}" CONTENT
+    "set(target ${target})
+set(program \"$<TARGET_FILE:${target}>\")
+set(emulator \"${CMAKE_CROSSCOMPILING_EMULATOR}\")
+set(labels \"${arg_LABELS}\")
+include(\"${PROJECT_SOURCE_DIR}/cmake/EPGSuites.cmake\")
+")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${suites}")
 endfunction()
 
 # epg_tools_missing(<variable> <programs…>): those that are not there, in one text. The path of one that is there is in

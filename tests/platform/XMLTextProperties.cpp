@@ -16,11 +16,14 @@ namespace epg::test {
 namespace {
 
 std::optional<std::string> escaped(const std::string& text, XMLContext context, Apostrophes apostrophes) {
-  std::string document;
-  StringSink sink(document);
-  if (!appendXMLText(sink, text, context, apostrophes)) return std::nullopt;
+  // One sink for all texts: a sanitizer takes its time over each new piece of a mebibyte.
+  static std::string document;
+  static StringSink sink(document);
+  const bool isCarried = appendXMLText(sink, text, context, apostrophes);
   sink.flush();
-  return document;
+  std::string made;
+  made.swap(document);
+  return isCarried ? std::optional(made) : std::nullopt;
 }
 
 std::optional<std::string> plainlyEscaped(const std::string& text, XMLContext context, Apostrophes apostrophes) {

@@ -299,17 +299,34 @@ class Test(ScriptTest):
       <testcase name="E" status="disabled"/>
       <testcase name="F" status="run"><system-out>test_a (x.Y.test_a) ... ok
 test_b (x.Y.test_b) ... skipped 'no root'
+</system-out></testcase>
+      <testcase name="Suite" status="run"><system-out>[==========] Running 4 tests from 1 test suite.
+[ RUN      ] Suite.First
+[       OK ] Suite.First (0 ms)
+[ RUN      ] Suite.Name
+file.cpp:3: Skipped
+no disk
+
 [  SKIPPED ] Suite.Name (0 ms)
+[==========] 4 tests from 1 test suite ran. (0 ms total)
+[  PASSED  ] 3 tests.
 [  SKIPPED ] 1 test, listed below:
 [  SKIPPED ] Suite.Name
 </system-out></testcase>
+      <testcase name="Bad" status="fail"><failure message="Failed"/><system-out>[==========] Running 3 tests from 1 test suite.
+[  PASSED  ] 1 test.
+[  FAILED  ] 2 tests, listed below:
+</system-out></testcase>
+      <testcase name="Crash" status="fail"><failure message="SEGFAULT"/><system-out>[ RUN      ] Crash.Now
+</system-out></testcase>
     </testsuite>"""
 
-    def test_skipped_tests_are_named_with_their_reasons(self):
+    def test_every_test_is_counted_and_skipped_ones_are_named_with_their_reasons(self):
         report = write(self.folder / "tests.xml", self.REPORT)
-        done = subprocess.run([ROOT / "scripts/skipped-tests", report], stdout=subprocess.PIPE, text=True, check=True)
-        expected = ["B: no display", "C: SKIP_RETURN_CODE=77", "D: needs root", "E: disabled",
-                    "F, test_b: 'no root'", "F, Suite.Name: see its output"]  # fmt: skip
+        done = subprocess.run([ROOT / "scripts/test-report", report], stdout=subprocess.PIPE, text=True, check=True)
+        # Passed: A, F, three of Suite's, one of Bad's.
+        expected = ["6 3 6", "B: no display", "C: SKIP_RETURN_CODE=77", "D: needs root", "E: disabled",
+                    "F, test_b: 'no root'", "Suite.Name: no disk"]  # fmt: skip
         self.assertEqual(done.stdout.splitlines(), expected)
 
     def test_usage_is_told_without_a_build(self):
