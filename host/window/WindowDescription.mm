@@ -2,7 +2,7 @@
 
 namespace {
 
-const NSTimeInterval betweenLooks = 0.02;
+const NSTimeInterval betweenLooks = 0.04;
 /// Of a table, from the first on.
 const NSInteger mostRows = 200;
 

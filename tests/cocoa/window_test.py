@@ -135,6 +135,8 @@ class Window:
     def __init__(self, folder, events, **environment):
         self.folder = folder
         self.file = folder / "window.plist"
+        self.read = None
+        self.description = {}
         command = [options.window, "-PluginBundle", options.bundle, "-DataFolder", str(folder / "data")]
         command += ["-EventsFile", str(events), "-DescriptionFile", str(self.file)]
         self.process = Process(command, folder / "window.log", env={**display.environment, **environment})
@@ -164,9 +166,14 @@ class Window:
 
     def described(self):
         try:
-            return plistlib.loads(self.file.read_bytes())
+            # Every change is a file of its own, and reading it takes longer than anything else that a look does.
+            found = os.stat(self.file)
+            if (found.st_ino, found.st_mtime_ns) != self.read:
+                self.description = plistlib.loads(self.file.read_bytes())
+                self.read = found.st_ino, found.st_mtime_ns
         except FileNotFoundError:
-            return {}
+            pass
+        return self.description
 
     def views(self, kind, **wanted):
         return [
