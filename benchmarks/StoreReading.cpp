@@ -4,7 +4,7 @@
 
 #include "platform/ByteSink.h"
 #include "platform/Environment.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 
 namespace epg::benchmarks {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "plugin/EPGItemStore.h"
+#include "store/EPGItemStore.h"
 
 namespace epg::benchmarks {
 

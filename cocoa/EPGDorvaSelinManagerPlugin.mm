@@ -4,14 +4,14 @@
 #include <mutex>
 #include <utility>
 
-#import "cocoa/CocoaEnvironment.h"
-#import "cocoa/EPGDorvaSelinItemStore.h"
 #import "cocoa/EPGDorvaSelinViewController.h"
 #import "cocoa/EPGDorvaSelinViewControllerParts.h"
-#import "cocoa/ExceptionGuard.h"
-#import "cocoa/FoundationItemList.h"
-#import "cocoa/FoundationValues.h"
-#import "cocoa/HostException.h"
+#import "cocoa/bridge/CocoaEnvironment.h"
+#import "cocoa/bridge/EPGDorvaSelinItemStore.h"
+#import "cocoa/bridge/ExceptionGuard.h"
+#import "cocoa/bridge/FoundationItemList.h"
+#import "cocoa/bridge/FoundationValues.h"
+#import "cocoa/bridge/HostException.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
 
 using epg::cocoa::calledByHost;

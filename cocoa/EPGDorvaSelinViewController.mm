@@ -2,11 +2,11 @@
 
 #include <variant>
 
-#import "cocoa/CocoaEnvironment.h"
 #import "cocoa/EPGDorvaSelinViewControllerParts.h"
-#import "cocoa/FoundationItemList.h"
-#import "cocoa/FoundationValues.h"
-#import "cocoa/HostException.h"
+#import "cocoa/bridge/CocoaEnvironment.h"
+#import "cocoa/bridge/FoundationItemList.h"
+#import "cocoa/bridge/FoundationValues.h"
+#import "cocoa/bridge/HostException.h"
 
 using epg::cocoa::calledByHost;
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #import "cocoa/EPGDorvaSelinViewController.h"
-#import "cocoa/EditorViews.h"
+#import "cocoa/bridge/EditorViews.h"
 #include "editor/EPGDorvaSelinViewController.h"
 
 namespace epg::cocoa {

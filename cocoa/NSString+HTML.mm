@@ -1,6 +1,6 @@
 #import "cocoa/NSString+HTML.h"
 
-#import "cocoa/FoundationValues.h"
+#import "cocoa/bridge/FoundationValues.h"
 #include "export/ApostrophePass.h"
 
 @implementation NSString (HTML)

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "model/KeyConstants.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 
 namespace epg {
 

@@ -9,8 +9,8 @@
 #include <variant>
 #include <vector>
 
-#include "editor/EPGItemList.h"
 #include "editor/EditorInterface.h"
+#include "model/EPGItemList.h"
 
 namespace epg {
 

@@ -7,7 +7,7 @@
 
 #include "model/KeyConstants.h"
 #include "platform/FetchAhead.h"
-#include "platform/XMLText.h"
+#include "xml/XMLText.h"
 
 namespace epg {
 

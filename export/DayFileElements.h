@@ -8,7 +8,7 @@
 #include "export/XMLElement.h"
 #include "model/EPGEvent.h"
 #include "platform/LocalCalendar.h"
-#include "platform/PropertyList.h"
+#include "plist/PropertyList.h"
 
 namespace epg {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "export/ExportDriver.h"
+#include "export/ExportConfiguration.h"
 #include "fuzz/Check.h"
 #include "model/EPGItem.h"
 #include "model/KeyConstants.h"

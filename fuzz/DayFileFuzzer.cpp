@@ -17,7 +17,7 @@
 #include "export/EventOrder.h"
 #include "fuzz/Check.h"
 #include "model/KeyConstants.h"
-#include "platform/XMLText.h"
+#include "xml/XMLText.h"
 
 namespace {
 

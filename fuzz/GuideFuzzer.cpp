@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "fuzz/Check.h"
-#include "host/EPGUniqueID.h"
-#include "host/Refusal.h"
-#include "host/XMLTVGuide.h"
-#include "platform/XMLText.h"
+#include "host/guide/EPGUniqueID.h"
+#include "host/guide/XMLTVGuide.h"
+#include "host/terminal/Refusal.h"
+#include "xml/XMLText.h"
 
 namespace {
 

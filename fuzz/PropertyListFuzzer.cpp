@@ -6,8 +6,8 @@
 #include <string>
 
 #include "fuzz/Check.h"
-#include "platform/PropertyListFile.h"
-#include "platform/PropertyListForms.h"
+#include "plist/PropertyListFile.h"
+#include "plist/PropertyListForms.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
@@ -15,12 +15,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto list = epg::parsePropertyList(bytes, &problem);
   FUZZ_CHECK(list || !problem.empty());
   if (!list) return 0;
-  if (const auto plain = epg::parsePlainXMLPropertyList(bytes)) {
+  if (const auto plain = epg::parseFastXMLPropertyList(bytes)) {
     FUZZ_CHECK(plain == epg::parseAnyXMLPropertyList(bytes, nullptr));
   }
   const auto written = epg::propertyListXML(*list);
   FUZZ_CHECK(written);
-  const auto readBack = epg::parsePlainXMLPropertyList(*written);
+  const auto readBack = epg::parseFastXMLPropertyList(*written);
   FUZZ_CHECK(readBack);
   FUZZ_CHECK(readBack == epg::parseAnyXMLPropertyList(*written, nullptr));
   FUZZ_CHECK(epg::propertyListXML(*readBack) == written);

@@ -7,12 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "host/CommandContext.h"
-#include "host/CommandLine.h"
-#include "host/DataFolder.h"
-#include "host/HostBundle.h"
-#include "host/Messages.h"
-#include "host/ReportingEnvironment.h"
+#include "host/commands/CommandContext.h"
+#include "host/commands/CommandLine.h"
+#include "host/commands/DataFolder.h"
+#include "host/commands/HostBundle.h"
+#include "host/commands/ReportingEnvironment.h"
+#include "host/terminal/Messages.h"
 
 int main(int argumentCount, char** arguments) {
   // A reader that leaves early must not cut a command short before its save: writing fails instead. Where nothing is to

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/PropertyList.h"
+#include "plist/PropertyList.h"
 
 namespace epg {
 

@@ -6,13 +6,13 @@
 #include <utility>
 
 #include "export/DayFile.h"
-#include "export/ExportDriver.h"
+#include "export/ExportConfiguration.h"
 #include "model/KeyConstants.h"
 #include "platform/AtomicFile.h"
 #include "platform/Environment.h"
 #include "platform/LocalCalendar.h"
 #include "platform/Paths.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 
 namespace epg {
 

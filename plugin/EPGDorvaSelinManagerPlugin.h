@@ -15,9 +15,9 @@
 #include "export/EventOrder.h"
 #include "export/XMLElement.h"
 #include "platform/LocalCalendar.h"
-#include "plugin/EPGItemStore.h"
 #include "plugin/ObjectEnd.h"
 #include "plugin/TelvarinManagerEPGPluginProtocol.h"
+#include "store/EPGItemStore.h"
 
 namespace epg {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/ProgramDescription.h"
+#include "host/commands/ProgramDescription.h"
 
 namespace epg {
 

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <sstream>
 
-#include "host/DataFolder.h"
-#include "host/Version.h"
+#include "host/commands/DataFolder.h"
+#include "host/commands/Version.h"
 #include "host/manual/Documents.h"
 #include "host/manual/Roff.h"
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host/ProgramDescription.h"
+#include "host/commands/ProgramDescription.h"
 
 namespace epg {
 

@@ -8,12 +8,12 @@
 #include <sstream>
 #include <string>
 
-#include "host/CommandContext.h"
-#include "host/CommandParser.h"
-#include "host/DataFolder.h"
-#include "host/Messages.h"
-#include "host/ReportingEnvironment.h"
+#include "host/commands/CommandContext.h"
+#include "host/commands/CommandParser.h"
+#include "host/commands/DataFolder.h"
+#include "host/commands/ReportingEnvironment.h"
 #include "host/manual/Documents.h"
+#include "host/terminal/Messages.h"
 
 int main(int argumentCount, char** arguments) {
   const std::map<std::string, std::function<std::string(const epg::ProgramDescription&)>> documents = {

@@ -2,9 +2,9 @@
 
 #include <exception>
 
-#include "host/EPGUniqueID.h"
-#include "host/Refusal.h"
-#include "host/XMLTVGuide.h"
+#include "host/guide/EPGUniqueID.h"
+#include "host/guide/XMLTVGuide.h"
+#include "host/terminal/Refusal.h"
 #include "platform/Environment.h"
 
 namespace epg {

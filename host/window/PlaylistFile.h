@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/EventsFile.h"
+#include "host/guide/EventsFile.h"
 
 namespace epg {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#import "cocoa/ExceptionGuard.h"
+#import "cocoa/bridge/ExceptionGuard.h"
 #import "tests/cocoa/BundleUser.h"
 #import "tests/cocoa/HostDictionaries.h"
 

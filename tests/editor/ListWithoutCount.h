@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "editor/EPGItemList.h"
+#include "model/EPGItemList.h"
 
 namespace epg::test {
 

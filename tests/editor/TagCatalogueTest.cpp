@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 #include "tests/support/Editor.h"
 
 namespace epg::test {

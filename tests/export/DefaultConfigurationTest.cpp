@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "export/ExportDriver.h"
+#include "export/ExportConfiguration.h"
 #include "model/KeyConstants.h"
 #include "tests/support/Dictionary.h"
 #include "tests/support/TemporaryFolder.h"

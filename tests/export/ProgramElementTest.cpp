@@ -7,7 +7,7 @@
 #include "export/DayFile.h"
 #include "tests/support/DayFileOf.h"
 #include "tests/support/Events.h"
-#include "tests/support/PlainDayFile.h"
+#include "tests/support/NaiveDayFile.h"
 #include "tests/support/TimeZone.h"
 
 namespace epg::test {

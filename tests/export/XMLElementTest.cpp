@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/PlainDayFile.h"
+#include "tests/support/NaiveDayFile.h"
 
 namespace epg::test {
 namespace {

@@ -4,10 +4,10 @@
 
 #include <sstream>
 
-#include "host/CommandLine.h"
-#include "host/Messages.h"
+#include "host/commands/CommandLine.h"
+#include "host/terminal/Messages.h"
 #include "model/KeyConstants.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 
 namespace epg::test {
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "host/CommandContext.h"
-#include "host/ReportingEnvironment.h"
-#include "platform/PropertyList.h"
+#include "host/commands/CommandContext.h"
+#include "host/commands/ReportingEnvironment.h"
+#include "plist/PropertyList.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {

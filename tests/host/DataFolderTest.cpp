@@ -1,4 +1,4 @@
-#include "host/DataFolder.h"
+#include "host/commands/DataFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 #include <sstream>
 #include <thread>
 
-#include "host/Messages.h"
-#include "host/Refusal.h"
-#include "host/ReportingEnvironment.h"
+#include "host/commands/ReportingEnvironment.h"
+#include "host/terminal/Messages.h"
+#include "host/terminal/Refusal.h"
 #include "tests/host/EnvironmentVariable.h"
 #include "tests/host/RefusalOf.h"
 #include "tests/support/TemporaryFolder.h"

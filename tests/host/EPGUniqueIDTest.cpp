@@ -1,4 +1,4 @@
-#include "host/EPGUniqueID.h"
+#include "host/guide/EPGUniqueID.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,8 +6,8 @@
 #include <functional>
 #include <set>
 
-#include "host/SHA256.h"
-#include "host/XMLTVGuide.h"
+#include "host/guide/SHA256.h"
+#include "host/guide/XMLTVGuide.h"
 
 namespace epg::test {
 

@@ -1,11 +1,11 @@
-#include "host/EventsFile.h"
+#include "host/guide/EventsFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/EPGUniqueID.h"
-#include "host/Refusal.h"
-#include "host/XMLTVGuide.h"
+#include "host/guide/EPGUniqueID.h"
+#include "host/guide/XMLTVGuide.h"
+#include "host/terminal/Refusal.h"
 #include "platform/Environment.h"
 #include "tests/host/GzipData.h"
 #include "tests/support/TemporaryFolder.h"

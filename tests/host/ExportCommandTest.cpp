@@ -5,8 +5,8 @@
 
 #include <cerrno>
 
-#include "host/LineText.h"
-#include "platform/PropertyListFile.h"
+#include "host/terminal/LineText.h"
+#include "plist/PropertyListFile.h"
 #include "tests/host/CommandTest.h"
 #include "tests/support/DayFileReader.h"
 #include "tests/support/TimeZone.h"

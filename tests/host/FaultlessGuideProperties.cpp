@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "host/EPGUniqueID.h"
-#include "host/Refusal.h"
-#include "host/XMLTVGuide.h"
+#include "host/guide/EPGUniqueID.h"
+#include "host/guide/XMLTVGuide.h"
+#include "host/terminal/Refusal.h"
 #include "tests/support/HostileText.h"
 #include "tests/support/Property.h"
 

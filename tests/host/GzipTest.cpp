@@ -1,4 +1,4 @@
-#include "host/Gzip.h"
+#include "host/guide/Gzip.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "host/EPGUniqueID.h"
-#include "host/XMLTVGuide.h"
+#include "host/guide/EPGUniqueID.h"
+#include "host/guide/XMLTVGuide.h"
 #include "tests/host/CommandTest.h"
 #include "tests/host/GzipData.h"
 

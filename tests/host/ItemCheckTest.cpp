@@ -1,4 +1,4 @@
-#include "host/ItemCheck.h"
+#include "host/checks/ItemCheck.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "host/LineText.h"
+#include "host/terminal/LineText.h"
 
 #include <gtest/gtest.h>
 

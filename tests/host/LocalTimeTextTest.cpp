@@ -1,4 +1,4 @@
-#include "host/LocalTimeText.h"
+#include "host/terminal/LocalTimeText.h"
 
 #include <gtest/gtest.h>
 

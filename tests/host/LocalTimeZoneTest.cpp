@@ -1,4 +1,4 @@
-#include "host/LocalTimeZone.h"
+#include "host/terminal/LocalTimeZone.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-#include "host/LocalTimeText.h"
+#include "host/terminal/LocalTimeText.h"
 #include "platform/Environment.h"
 #include "platform/LocalCalendar.h"
 #include "tests/host/CommandTest.h"

@@ -1,4 +1,4 @@
-#include "host/Messages.h"
+#include "host/terminal/Messages.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 #include <ostream>
 #include <sstream>
 
-#include "host/Progress.h"
+#include "host/terminal/Progress.h"
 
 namespace epg::test {
 

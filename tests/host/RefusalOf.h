@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/Refusal.h"
+#include "host/terminal/Refusal.h"
 
 namespace epg::test {
 

@@ -1,4 +1,4 @@
-#include "host/TagCatalogue.h"
+#include "host/commands/TagCatalogue.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
-#include "host/TimeCheck.h"
+#include "host/checks/TimeCheck.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/XMLTVTime.h"
+#include "host/guide/XMLTVTime.h"
 #include "platform/LocalCalendar.h"
 #include "tests/support/TimeZone.h"
 

@@ -1,11 +1,11 @@
-#include "host/UniqueIDArguments.h"
+#include "host/commands/UniqueIDArguments.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "host/LineText.h"
+#include "host/terminal/LineText.h"
 #include "tests/host/RefusalOf.h"
 
 namespace epg::test {

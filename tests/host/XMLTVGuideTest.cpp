@@ -1,4 +1,4 @@
-#include "host/XMLTVGuide.h"
+#include "host/guide/XMLTVGuide.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/XMLTVTime.h"
+#include "host/guide/XMLTVTime.h"
 #include "platform/Environment.h"
 #include "tests/host/GzipData.h"
 #include "tests/host/RefusalOf.h"

@@ -1,4 +1,4 @@
-#include "host/XMLTVTime.h"
+#include "host/guide/XMLTVTime.h"
 
 #include <gtest/gtest.h>
 

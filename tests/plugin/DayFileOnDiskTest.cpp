@@ -3,7 +3,7 @@
 
 #include <locale>
 
-#include "tests/support/PlainDayFile.h"
+#include "tests/support/NaiveDayFile.h"
 #include "tests/support/PluginTest.h"
 #include "tests/support/WorkedExample.h"
 

@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "plugin/EPGItemStore.h"
+#include "store/EPGItemStore.h"
 #include "tests/support/HostileText.h"
-#include "tests/support/PlainPropertyListXML.h"
+#include "tests/support/NaivePropertyListXML.h"
 #include "tests/support/Property.h"
 #include "tests/support/StoreContent.h"
 
@@ -77,7 +77,7 @@ PropertyListDictionary item() {
   return PropertyListDictionary(std::move(entries));
 }
 
-TEST(StoreFileProperties, EveryStoreFileIsThatOfThePlainWay) {
+TEST(StoreFileProperties, EveryStoreFileIsThatOfTheNaiveWay) {
   std::size_t refused = 0;
   std::size_t written = 0;
   expectForCases(1000, [&] {

@@ -18,7 +18,7 @@
 #include "model/EPGItem.h"
 #include "model/KeyConstants.h"
 #include "platform/Environment.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

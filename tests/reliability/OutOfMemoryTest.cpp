@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "platform/Environment.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
 #include "tests/reliability/Shortage.h"
 #include "tests/support/Dictionary.h"

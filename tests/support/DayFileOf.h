@@ -9,7 +9,7 @@
 
 #include "export/DayFile.h"
 #include "model/KeyConstants.h"
-#include "platform/PropertyList.h"
+#include "plist/PropertyList.h"
 #include "tests/support/Dictionary.h"
 
 namespace epg::test {

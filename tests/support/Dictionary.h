@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/PropertyList.h"
+#include "plist/PropertyList.h"
 
 namespace epg::test {
 

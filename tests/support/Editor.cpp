@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "tests/support/PlainPropertyListXML.h"
+#include "tests/support/NaivePropertyListXML.h"
 
 namespace epg::test {
 

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "editor/EPGItemList.h"
 #include "model/EPGItem.h"
+#include "model/EPGItemList.h"
 #include "model/KeyConstants.h"
-#include "platform/PropertyList.h"
+#include "plist/PropertyList.h"
 
 namespace epg::test {
 

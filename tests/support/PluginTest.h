@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "model/KeyConstants.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
 #include "tests/support/DayFileReader.h"
 #include "tests/support/Dictionary.h"

@@ -37,7 +37,7 @@ struct Property {
 };
 
 CaseResult resultOf(const Property& property, Drawing& drawing) {
-  const CurrentDrawing current(drawing);
+  const CurrentDrawing scope(drawing);
   try {
     property.body();
   } catch (const BrokenProperty& broken) {

@@ -3,8 +3,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/PropertyList.h"
-#include "plugin/EPGItemStoreSnapshot.h"
+#include "plist/PropertyList.h"
+#include "store/EPGItemStoreSnapshot.h"
 
 namespace epg::test {
 

@@ -12,7 +12,7 @@
 
 #include "platform/Environment.h"
 #include "platform/Paths.h"
-#include "platform/PropertyListFile.h"
+#include "plist/PropertyListFile.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
 #include "plugin/KeyConstants.h"
 

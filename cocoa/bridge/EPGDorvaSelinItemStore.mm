@@ -1,0 +1,242 @@
+#import "cocoa/bridge/EPGDorvaSelinItemStore.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#import "cocoa/bridge/EPGDorvaSelinItem.h"
+#import "cocoa/bridge/FoundationItemStore.h"
+#import "cocoa/bridge/FoundationValues.h"
+#import "cocoa/bridge/HostDictionary.h"
+
+using epg::cocoa::optionalString;
+using epg::cocoa::toString;
+
+namespace {
+
+epg::EPGItemStoreEntry entryOfObject(id object) {
+  epg::EPGItemStoreEntry entry;
+  entry.item = epg::cocoa::itemOfObject(object);
+  if (entry.item == nullptr) {
+    entry.value = epg::cocoa::fromObject(object);
+  }
+  return entry;
+}
+
+NSArray* keysOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
+  NSMutableArray* keys = [NSMutableArray arrayWithCapacity:snapshot.size()];
+  for (const auto& [uniqueID, entry] : snapshot) {
+    [keys addObject:toString(uniqueID)];
+  }
+  return keys;
+}
+
+/// With the object that `objectOfRecord` gives for each record.
+template <typename ObjectOfRecord>
+NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, const ObjectOfRecord& objectOfRecord) {
+  std::vector<id> keys;
+  std::vector<id> objects;
+  keys.reserve(snapshot.size());
+  objects.reserve(snapshot.size());
+  for (const epg::EPGItemStoreRecord& record : snapshot) {
+    keys.push_back(toString(record.uniqueID));
+    objects.push_back(objectOfRecord(record));
+  }
+  return [NSDictionary dictionaryWithObjects:objects.data() forKeys:keys.data() count:keys.size()];
+}
+
+}  // namespace
+
+@interface EPGDorvaSelinItemStore ()
+- (id)initWithStore:(const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store;
+- (const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store;
+@end
+
+@implementation EPGDorvaSelinItemStore
+
+// Of its own accord: the inherited initialisers all end in `init`.
+- (id)initWithStore:(const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store {
+  _store = new std::shared_ptr<epg::cocoa::BridgedItemStore>(store);
+  return self;
+}
+
+- (id)init {
+  return [self initWithStore:std::make_shared<epg::cocoa::BridgedItemStore>()];
+}
+
+- (void)dealloc {
+  delete _store;
+  [super dealloc];
+}
+
+- (const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store {
+  return *_store;
+}
+
+- (NSUInteger)count {
+  return (*_store)->snapshot().size();
+}
+
+- (id)objectForKey:(id)key {
+  const std::optional<std::string> uniqueID = optionalString(key);
+  return uniqueID ? (*_store)->object(*uniqueID) : nil;
+}
+
+- (NSArray*)allKeys {
+  return keysOfSnapshot((*_store)->snapshot());
+}
+
+- (NSDictionary*)entries {
+  epg::cocoa::BridgedItemStore& store = **_store;
+  return dictionaryOfSnapshot(store.snapshot(), [&](const auto& record) { return store.objectOfRecord(record); });
+}
+
+- (void)setObject:(id)object forKey:(id<NSCopying>)key {
+  const std::optional<std::string> uniqueID = optionalString(key);
+  if (object == nil || !uniqueID) {
+    [NSException raise:NSInvalidArgumentException
+                format:@"The item store takes an item under an EPG unique ID, not %@ under %@", object, key];
+  }
+  (*_store)->setEntry(*uniqueID, entryOfObject(object));
+}
+
+- (void)removeObjectForKey:(id)key {
+  if (const std::optional<std::string> uniqueID = optionalString(key)) {
+    (*_store)->removeEntry(*uniqueID);
+  }
+}
+
+@end
+
+@interface EPGDorvaSelinItemStoreSnapshot ()
+- (id)initWithSnapshot:(epg::EPGItemStoreSnapshot)snapshot;
+- (const epg::EPGItemStoreSnapshot&)snapshot;
+@end
+
+@implementation EPGDorvaSelinItemStoreSnapshot
+
+// Of its own accord: the inherited initialisers all end in one of those below.
+- (id)initWithSnapshot:(epg::EPGItemStoreSnapshot)snapshot {
+  _snapshot = new epg::EPGItemStoreSnapshot(std::move(snapshot));
+  _handedOut = new epg::cocoa::HandedOutObjects;
+  return self;
+}
+
+- (id)init {
+  return [self initWithSnapshot:epg::EPGItemStoreSnapshot()];
+}
+
+- (id)initWithObjects:(const id[])objects forKeys:(const id<NSCopying>[])keys count:(NSUInteger)count {
+  NSDictionary* dictionary = [NSDictionary dictionaryWithObjects:objects forKeys:keys count:count];
+  return [self initWithSnapshot:epg::cocoa::snapshotOfObject(dictionary)];
+}
+
+- (void)dealloc {
+  delete _handedOut;
+  delete _snapshot;
+  [super dealloc];
+}
+
+- (const epg::EPGItemStoreSnapshot&)snapshot {
+  return *_snapshot;
+}
+
+- (NSUInteger)count {
+  return _snapshot->size();
+}
+
+- (id)objectForKey:(id)key {
+  const std::optional<std::string> uniqueID = optionalString(key);
+  const epg::EPGItemStoreRecord* const found = uniqueID ? _snapshot->find(*uniqueID) : nullptr;
+  return found != nullptr ? epg::cocoa::objectOfEntry(*_handedOut, std::string(found->uniqueID), found->entry) : nil;
+}
+
+- (NSEnumerator*)keyEnumerator {
+  return [keysOfSnapshot(*_snapshot) objectEnumerator];
+}
+
+- (NSEnumerator*)objectEnumerator {
+  epg::cocoa::HandedOutObjects& handedOut = *_handedOut;
+  const auto objectOfRecord = [&](const epg::EPGItemStoreRecord& record) {
+    return epg::cocoa::objectOfEntry(handedOut, std::string(record.uniqueID), record.entry);
+  };
+  return [dictionaryOfSnapshot(*_snapshot, objectOfRecord) objectEnumerator];
+}
+
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state objects:(id*)buffer count:(NSUInteger)length {
+  return epg::cocoa::nextKeys(self, state, buffer, length);
+}
+
+- (NSString*)description {
+  return [epg::cocoa::withoutLiveDictionaries(self) description];
+}
+
+- (NSString*)descriptionWithLocale:(id)locale {
+  return [epg::cocoa::withoutLiveDictionaries(self) descriptionWithLocale:locale];
+}
+
+- (NSString*)descriptionWithLocale:(id)locale indent:(NSUInteger)level {
+  return [epg::cocoa::withoutLiveDictionaries(self) descriptionWithLocale:locale indent:level];
+}
+
+- (id)copyWithZone:(NSZone*)zone {
+  (void)zone;
+  return [self retain];
+}
+
+- (id)mutableCopyWithZone:(NSZone*)zone {
+  return [[NSMutableDictionary allocWithZone:zone] initWithDictionary:self];
+}
+
+- (Class)classForCoder {
+  return [NSDictionary class];
+}
+
+@end
+
+namespace epg::cocoa {
+
+NSMutableDictionary* objectOfStore(const std::shared_ptr<BridgedItemStore>& store) {
+  return [[[EPGDorvaSelinItemStore alloc] initWithStore:store] autorelease];
+}
+
+std::shared_ptr<EPGItemStore> storeOfObject(NSMutableDictionary* object) {
+  if (object == nil) {
+    return nullptr;
+  }
+  if ([object isKindOfClass:[EPGDorvaSelinItemStore class]]) {
+    return [static_cast<EPGDorvaSelinItemStore*>(object) store];
+  }
+  return std::make_shared<FoundationItemStore>(object);
+}
+
+NSDictionary* objectOfSnapshot(EPGItemStoreSnapshot snapshot) {
+  return [[[EPGDorvaSelinItemStoreSnapshot alloc] initWithSnapshot:std::move(snapshot)] autorelease];
+}
+
+EPGItemStoreSnapshot snapshotOfObject(NSDictionary* object) {
+  if ([object isKindOfClass:[EPGDorvaSelinItemStoreSnapshot class]]) {
+    return [static_cast<EPGDorvaSelinItemStoreSnapshot*>(object) snapshot];
+  }
+  if ([object isKindOfClass:[EPGDorvaSelinItemStore class]]) {
+    return [static_cast<EPGDorvaSelinItemStore*>(object) store]->snapshot();
+  }
+  std::vector<EPGItemStoreRecord> records;
+  std::vector<EPGItemStoreRecord> foreign;
+  const std::vector<std::pair<id, id>> entries = entriesOfHostDictionary(object);
+  records.reserve(entries.size());
+  for (const auto& [key, value] : entries) {
+    if ([key isKindOfClass:[NSString class]]) {
+      records.push_back({fromString(key), entryOfObject(value)});
+    } else {
+      foreign.push_back({fromString([key description]), EPGItemStoreEntry{nullptr, foreignObject(key)}});
+    }
+  }
+  // Last, so that none is lost behind a text that reads like it.
+  std::move(foreign.begin(), foreign.end(), std::back_inserter(records));
+  return EPGItemStoreSnapshot(std::move(records));
+}
+
+}  // namespace epg::cocoa

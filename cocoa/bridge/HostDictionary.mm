@@ -1,0 +1,84 @@
+#import "cocoa/bridge/HostDictionary.h"
+
+#include <mutex>
+
+namespace epg::cocoa {
+
+namespace {
+
+/// Recursive, as a host may observe a change and look at what was changed.
+std::recursive_mutex& platformDictionaryMutex() {
+  // Left to the end of the process: detached threads may still use it while static objects are destroyed.
+  static std::recursive_mutex* const mutex = new std::recursive_mutex;
+  return *mutex;
+}
+
+/// The classes behind the platform's mutable dictionaries, which differ by the way one is made.
+NSSet* platformClasses() {
+  static NSSet* const classes = [] {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    NSMutableDictionary* empty = [NSMutableDictionary dictionary];
+    NSMutableDictionary* copied = [[[NSDictionary dictionaryWithObject:@"" forKey:@""] mutableCopy] autorelease];
+    NSMutableDictionary* given = [NSMutableDictionary dictionaryWithDictionary:copied];
+    NSMutableSet* result = [[NSMutableSet alloc] initWithObjects:[empty class], [copied class], [given class], nil];
+#ifdef __APPLE__
+    CFMutableDictionaryRef bridged =
+        CFDictionaryCreateMutable(nullptr, 0, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks);
+    [result addObject:[reinterpret_cast<id>(bridged) class]];
+    CFRelease(bridged);
+#endif
+    [pool drain];
+    return result;
+  }();
+  return classes;
+}
+
+/// Held while a dictionary of the platform's own is read or changed, during which no code of the host's runs.
+class Turn {
+ public:
+  explicit Turn(NSDictionary* dictionary)
+      : lock_(isPlatformDictionary(dictionary) ? std::unique_lock<std::recursive_mutex>(platformDictionaryMutex())
+                                               : std::unique_lock<std::recursive_mutex>()) {}
+
+ private:
+  std::unique_lock<std::recursive_mutex> lock_;
+};
+
+}  // namespace
+
+bool isPlatformDictionary(NSDictionary* dictionary) {
+  return [platformClasses() containsObject:[dictionary class]] != NO;
+}
+
+std::vector<std::pair<id, id>> entriesOfHostDictionary(NSDictionary* dictionary) {
+  std::vector<std::pair<id, id>> entries;
+  const Turn turn(dictionary);
+  entries.reserve([dictionary count]);
+  NSEnumerator* keys = [dictionary keyEnumerator];
+  while (id key = [keys nextObject]) {
+    // Nothing where a host's dictionary has lost the key since it was asked for them.
+    if (id object = [dictionary objectForKey:key]) {
+      entries.emplace_back([[key retain] autorelease], [[object retain] autorelease]);
+    }
+  }
+  return entries;
+}
+
+id objectInHostDictionary(NSDictionary* dictionary, id key) {
+  const Turn turn(dictionary);
+  return [[[dictionary objectForKey:key] retain] autorelease];
+}
+
+void setObjectInHostDictionary(NSMutableDictionary* dictionary, id object, id key) {
+  const Turn turn(dictionary);
+  [[[dictionary objectForKey:key] retain] autorelease];
+  [dictionary setObject:object forKey:key];
+}
+
+void removeObjectInHostDictionary(NSMutableDictionary* dictionary, id key) {
+  const Turn turn(dictionary);
+  [[[dictionary objectForKey:key] retain] autorelease];
+  [dictionary removeObjectForKey:key];
+}
+
+}  // namespace epg::cocoa

@@ -1,0 +1,60 @@
+#include "export/ExportConfiguration.h"
+
+#include "model/EPGItem.h"
+#include "model/KeyConstants.h"
+#include "platform/Environment.h"
+#include "platform/LocalCalendar.h"
+#include "platform/Paths.h"
+#include "plist/PropertyListFile.h"
+
+namespace epg {
+
+const char* const exportConfigurationExtension = "epgconf";
+
+namespace {
+
+const char* const nameOfferedWithoutConfigurations = "Default EPG Settings";
+
+PropertyListDictionary defaultConfiguration(Environment& environment) {
+  PropertyListDictionary configuration;
+  configuration.set(ZRLEPGDSConfigSourceID, "0");
+  configuration.set(ZRLEPGDSConfigExportPath, appendPathComponent(environment.homeFolder(), "Desktop"));
+  return configuration;
+}
+
+}  // namespace
+
+std::vector<std::string> exportConfigurationNames(Environment& environment, const std::string& dataFolderPath) {
+  std::vector<std::string> entries;
+  if (environment.listFolder(dataFolderPath, &entries) != 0) entries.clear();
+  std::vector<std::string> names;
+  for (const std::string& entry : entries) {
+    if (pathExtension(entry) == exportConfigurationExtension) names.push_back(deletePathExtension(entry));
+  }
+  if (names.empty()) names.emplace_back(nameOfferedWithoutConfigurations);
+  return names;
+}
+
+PropertyListDictionary exportConfiguration(Environment& environment, const std::string& dataFolderPath,
+                                           const std::string& configurationFilename) {
+  const std::string path =
+      appendPathExtension(appendPathComponent(dataFolderPath, configurationFilename), exportConfigurationExtension);
+  const auto configuration = readPropertyListDictionary(environment, path);
+  return configuration ? *configuration : defaultConfiguration(environment);
+}
+
+std::optional<std::string> exportFolder(Environment& environment, const PropertyListDictionary& configuration) {
+  const auto path = stringValue(configuration, ZRLEPGDSConfigExportPath);
+  if (!path) return std::nullopt;
+  return expandTilde(environment, std::string(*path));
+}
+
+bool isSameCalendarDay(std::optional<Instant> first, std::optional<Instant> second) {
+  if (!first || !second) return !first && !second;
+  const LocalCalendar calendar;
+  const auto a = calendar.components(*first);
+  const auto b = calendar.components(*second);
+  return a && b && a->year == b->year && a->month == b->month && a->day == b->day;
+}
+
+}  // namespace epg

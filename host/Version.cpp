@@ -1,8 +1,0 @@
-#include "host/Version.h"
-
-namespace epg {
-
-const char* const programVersion = "dorvaselin " DORVASELIN_VERSION;
-const char* const programVersionDate = DORVASELIN_VERSION_DATE;
-
-}  // namespace epg

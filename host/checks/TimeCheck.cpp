@@ -1,0 +1,156 @@
+#include "host/checks/TimeCheck.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "host/terminal/LineText.h"
+#include "host/terminal/LocalTimeText.h"
+#include "platform/LocalCalendar.h"
+
+namespace epg {
+
+namespace {
+
+/// Differences below this come from counting seconds in fractions.
+constexpr double rounding = 0.0005;
+
+double seconds(Instant instant) { return instant.secondsSinceReferenceDate; }
+
+/// An event's place on its channel.
+struct Slot {
+  const ScheduledEvent* scheduled;
+  double start;
+  double end;        ///< The start where the event has no usable end.
+  bool isOpenEnded;  ///< Runs until the next event starts.
+
+  bool isEmpty() const { return !isOpenEnded && end - start < rounding; }
+};
+
+Slot slotOf(const ScheduledEvent& scheduled) {
+  const double start = seconds(*scheduled.event.eventEPGStartDateTime);
+  const std::optional<Instant> end = scheduled.event.eventEPGEndDateTime;
+  const bool isUsable = end && seconds(*end) >= start;
+  return {&scheduled, start, isUsable ? seconds(*end) : start, !isUsable};
+}
+
+/// Channel by channel in the order of broadcast. Empty events come before others that start with them: nothing
+/// overlaps an event that takes no time, unless it is on when that one starts.
+bool isBroadcastBefore(const Slot& a, const Slot& b) {
+  const auto key = [](const Slot& slot) {
+    return std::tuple<const std::string&, double, bool, double, const std::string&>(
+        slot.scheduled->channel, slot.start, !slot.isEmpty(), slot.end, slot.scheduled->clumpIndex);
+  };
+  return key(a) < key(b);
+}
+
+/// "2" of the clump index "0/2"; empty where it is none.
+std::string clumpSize(const std::string& clumpIndex) {
+  const std::size_t slash = clumpIndex.find('/');
+  return slash == std::string::npos ? std::string() : clumpIndex.substr(slash + 1);
+}
+
+bool shareClump(const Slot& a, const Slot& b) {
+  const std::string size = clumpSize(a.scheduled->clumpIndex);
+  return a.start == b.start && a.end == b.end && a.isOpenEnded == b.isOpenEnded && !size.empty() && size != "1" &&
+         size == clumpSize(b.scheduled->clumpIndex) && a.scheduled->clumpIndex != b.scheduled->clumpIndex;
+}
+
+std::string name(const ScheduledEvent& scheduled) {
+  return scheduled.event.eventEPGUniqueID ? escapedForLine(*scheduled.event.eventEPGUniqueID)
+                                          : "an event without an EPG unique ID";
+}
+
+/// Goes through the events of one channel in the order of broadcast.
+class ChannelCheck {
+ public:
+  ChannelCheck(const LocalCalendar& calendar, std::string suffix, std::vector<Finding>* findings)
+      : calendar_(calendar), suffix_(std::move(suffix)), findings_(findings) {}
+
+  void add(const Slot& slot) {
+    const bool isPartOfClump = last_ && shareClump(*last_, slot);
+    if (last_ && !isPartOfClump) {
+      if (const std::optional<std::string> overlap = overlapOf(slot)) {
+        addFinding(slot, *overlap);
+      } else if (!openEnded_ && slot.start - latest_->end > rounding) {
+        addGap(slot);
+      }
+    }
+    if (openEnded_ && slot.start - openEnded_->start > rounding) openEnded_ = nullptr;
+    if (slot.isOpenEnded) openEnded_ = &slot;
+    if (!latest_ || slot.end >= latest_->end) latest_ = &slot;
+    last_ = &slot;
+  }
+
+ private:
+  /// What is on when the event starts.
+  std::optional<std::string> overlapOf(const Slot& slot) const {
+    if (latest_->end - slot.start > rounding) {
+      const Instant end{latest_->end};
+      return "overlaps " + name(*latest_->scheduled) + ", which ends at " + localTimeText(calendar_, end);
+    }
+    if (openEnded_ && slot.start - openEnded_->start < rounding && !slot.isEmpty()) {
+      return "starts together with " + name(*openEnded_->scheduled);
+    }
+    return std::nullopt;
+  }
+
+  void addGap(const Slot& next) {
+    findings_->push_back({Instant{latest_->end}, latest_->scheduled->event.eventEPGUniqueID,
+                          "gap of " + durationText(next.start - latest_->end) + " after this event, until " +
+                              name(*next.scheduled) + suffix_});
+  }
+
+  void addFinding(const Slot& slot, const std::string& text) {
+    findings_->push_back({Instant{slot.start}, slot.scheduled->event.eventEPGUniqueID, text + suffix_});
+  }
+
+  const LocalCalendar& calendar_;
+  const std::string suffix_;
+  std::vector<Finding>* findings_;
+  const Slot* last_ = nullptr;
+  const Slot* latest_ = nullptr;     ///< The event so far that ends last.
+  const Slot* openEnded_ = nullptr;  ///< Without a usable end, and nothing has started after it yet.
+};
+
+/// " (Channel One)"; empty for events that have no channel.
+std::string channelSuffix(const Schedule& schedule, const std::string& channel) {
+  if (channel.empty()) return {};
+  const auto named = schedule.channelNames.find(channel);
+  return " (" + escapedForLine(named == schedule.channelNames.end() ? channel : named->second) + ")";
+}
+
+void addOwnTimes(const Schedule& schedule, const LocalCalendar& calendar, std::vector<Finding>* findings) {
+  for (const ScheduledEvent& scheduled : schedule.events) {
+    const EPGEvent& event = scheduled.event;
+    const std::optional<Instant> start = event.eventEPGStartDateTime;
+    const std::optional<Instant> end = event.eventEPGEndDateTime;
+    const std::string suffix = channelSuffix(schedule, scheduled.channel);
+    if (!start) findings->push_back({start, event.eventEPGUniqueID, "no start" + suffix});
+    if (!end) findings->push_back({start, event.eventEPGUniqueID, "no end" + suffix});
+    if (start && end && *end < *start) {
+      findings->push_back(
+          {start, event.eventEPGUniqueID, "ends before it starts, at " + localTimeText(calendar, end) + suffix});
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<Finding> timeFindings(const Schedule& schedule, const LocalCalendar& calendar) {
+  std::vector<Finding> findings;
+  addOwnTimes(schedule, calendar, &findings);
+
+  std::vector<Slot> slots;
+  for (const ScheduledEvent& scheduled : schedule.events) {
+    if (scheduled.event.eventEPGStartDateTime) slots.push_back(slotOf(scheduled));
+  }
+  std::stable_sort(slots.begin(), slots.end(), isBroadcastBefore);
+  for (std::size_t i = 0; i < slots.size();) {
+    const std::string& channel = slots[i].scheduled->channel;
+    ChannelCheck check(calendar, channelSuffix(schedule, channel), &findings);
+    for (; i < slots.size() && slots[i].scheduled->channel == channel; ++i) check.add(slots[i]);
+  }
+  return findings;
+}
+
+}  // namespace epg

@@ -1,0 +1,50 @@
+#include "host/commands/CommandLine.h"
+
+#include <new>
+
+#include "host/commands/CommandContext.h"
+#include "host/commands/CommandParser.h"
+#include "host/commands/ReportingEnvironment.h"
+#include "host/terminal/Messages.h"
+#include "host/terminal/Refusal.h"
+
+namespace epg {
+
+namespace {
+
+constexpr int done = 0;
+constexpr int refused = 1;
+constexpr int wrongUsage = 2;
+
+/// Whoever hears that a command failed must not think that its change is lost.
+std::string whatIsSaved(const ReportingEnvironment& environment) {
+  const std::vector<ReportingEnvironment::Replacement> replacements = environment.replacements();
+  const bool saved = !replacements.empty() && replacements.back().error == 0;
+  return saved ? "; what was asked for is done and saved: " + replacements.back().path : "";
+}
+
+}  // namespace
+
+int runCommandLine(const std::vector<std::string>& arguments, CommandContext& context) {
+  int status = refused;
+  try {
+    status = parseAndRun(arguments, context);
+  } catch (const WrongUsage& problem) {
+    context.messages.line(problem.what());
+    status = wrongUsage;
+  } catch (const Refusal& problem) {
+    context.messages.line(problem.what());
+  } catch (const std::bad_alloc&) {
+    context.messages.line("not enough memory");
+  } catch (const std::exception& problem) {
+    context.messages.line(std::string("failed: ") + problem.what());
+  }
+  context.output.flush();
+  if (!context.output && status == done) {
+    context.messages.line("standard output: cannot be written" + whatIsSaved(context.environment));
+    status = refused;
+  }
+  return status;
+}
+
+}  // namespace epg

@@ -1,0 +1,62 @@
+#include "host/commands/EditorText.h"
+
+#include <unordered_set>
+#include <variant>
+
+#include "host/commands/HostBundle.h"
+#include "host/commands/PluginSession.h"
+#include "host/commands/TagCatalogue.h"
+#include "host/terminal/LineText.h"
+
+namespace epg {
+
+namespace {
+
+/// A placeholder shows only while the field is empty.
+std::string shownText(const TextField& field) {
+  const std::string text = field.stringValue();
+  return text.empty() ? field.placeholderString().value_or("") : escapedForLine(text);
+}
+
+void writeField(std::ostream& output, const char* label, const TextField& field) {
+  const std::string text = shownText(field);
+  output << label << ':' << (text.empty() ? "" : " ") << text << '\n';
+}
+
+const char* checkbox(const EPGDorvaSelinViewController::ObjectValue& value) {
+  const TagState* const state = std::get_if<TagState>(&value);
+  if (!state) return "[?]";
+  return *state == TagStateMixed ? "[-]" : *state == TagStateOn ? "[x]" : "[ ]";
+}
+
+}  // namespace
+
+void openEditor(PluginSession& session, const std::vector<std::string>& ids) {
+  session.plugin().editorView();
+  session.plugin().setEditedEPGUniqueIDs(ids);
+}
+
+void writeEditor(PluginSession& session, std::ostream& output) {
+  HostBundle& bundle = session.bundle();
+  writeField(output, "Title", bundle.title());
+  writeField(output, "Description", bundle.description());
+  writeField(output, "Image URL", bundle.imageURL());
+  const std::vector<std::string> tags = tagCatalogue(session);
+  for (std::size_t i = 0; i < tags.size(); ++i) {
+    const auto value =
+        bundle.editor()->tableViewObjectValue(&bundle.tagsTable(), "selected", static_cast<std::ptrdiff_t>(i));
+    output << checkbox(value) << ' ' << escapedForLine(tags[i]) << '\n';
+  }
+}
+
+std::vector<std::string> idsWithoutItem(PluginSession& session, const std::vector<std::string>& ids) {
+  const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
+  std::vector<std::string> without;
+  std::unordered_set<std::string> seen;
+  for (const std::string& id : ids) {
+    if (!store->item(id) && seen.insert(id).second) without.push_back(id);
+  }
+  return without;
+}
+
+}  // namespace epg

@@ -1,0 +1,127 @@
+#include <algorithm>
+#include <cerrno>
+
+#include "export/ExportConfiguration.h"
+#include "host/commands/CommandContext.h"
+#include "host/commands/Commands.h"
+#include "host/commands/EventsArgument.h"
+#include "host/commands/PluginSession.h"
+#include "host/commands/ReportingEnvironment.h"
+#include "host/guide/InputFile.h"
+#include "host/guide/PropertyListInput.h"
+#include "host/terminal/LineText.h"
+#include "host/terminal/LocalTimeZone.h"
+#include "host/terminal/Messages.h"
+#include "host/terminal/Refusal.h"
+#include "platform/Paths.h"
+
+namespace epg {
+
+namespace {
+
+const char* const defaultConfigurationName = "Default EPG Settings";
+
+/// Keeps the report of one export. Read only after the plug-in object that gives it is gone.
+class ExportReport : public TelvarinManagerEPGPluginProtocol_Delegate {
+ public:
+  void epgExportEventCompleted(bool succeeded, const EPGError* error) override {
+    succeeded_ = succeeded;
+    if (error) message_ = error->localizedDescription;
+  }
+
+  bool succeeded() const { return succeeded_; }
+  const std::string& message() const { return message_; }
+
+ private:
+  bool succeeded_ = false;
+  std::string message_;
+};
+
+std::string chosenConfiguration(const std::vector<std::string>& names, const std::optional<std::string>& wanted) {
+  if (wanted) {
+    const bool isKnown =
+        *wanted == defaultConfigurationName || std::find(names.begin(), names.end(), *wanted) != names.end();
+    if (isKnown) return *wanted;
+  } else if (names.size() == 1) {
+    return names.front();
+  }
+  std::string text = wanted ? "there is no export configuration \"" + *wanted + "\"; there is:"
+                            : std::string("--configuration must name one of several export configurations:");
+  for (const std::string& name : names) text += "\n  " + escapedForLine(name);
+  throw Refusal(text);
+}
+
+/// The plug-in would take the default configuration, and write to the Desktop, where a file cannot be read.
+void refuseUnreadableConfiguration(CommandContext& context, const std::string& name) {
+  const std::string path =
+      appendPathExtension(appendPathComponent(context.dataFolderPath, name), exportConfigurationExtension);
+  const std::optional<std::string> content = contentIfThere(context.environment, path);
+  if (content) {
+    dictionaryInPropertyList(*content, path);
+  } else if (name != defaultConfigurationName) {
+    throw Refusal(path + ": " + systemMessage(ENOENT));
+  }
+}
+
+/// The day file's path is one line of output, and scripts take it from there.
+void refuseFolderThatDoesNotFitOnALine(CommandContext& context, const std::string& configuration) {
+  const std::optional<std::string> folder = exportFolder(
+      context.environment, exportConfiguration(context.environment, context.dataFolderPath, configuration));
+  if (!folder || !steersOutput(*folder)) return;
+  throw Refusal("the export configuration \"" + escapedForLine(configuration) +
+                "\" names a folder with line feeds or other control characters: " + escapedForLine(*folder));
+}
+
+std::vector<EPGEvent> eventsOf(const Schedule& schedule) {
+  std::vector<EPGEvent> events;
+  events.reserve(schedule.events.size());
+  for (const ScheduledEvent& scheduled : schedule.events) events.push_back(scheduled.event);
+  return events;
+}
+
+std::size_t countWithoutItem(const EPGItemStore& store, const std::vector<EPGEvent>& events) {
+  return static_cast<std::size_t>(std::count_if(events.begin(), events.end(), [&](const EPGEvent& event) {
+    return !event.eventEPGUniqueID || !store.item(*event.eventEPGUniqueID);
+  }));
+}
+
+/// What the plug-in says of a failed export, and why it happened as far as that can be known.
+std::string failureMessage(const ExportReport& report, const ReportingEnvironment& environment, bool hasFolder) {
+  if (!hasFolder) return report.message() + ": the export configuration names no folder (\"exportPath\")";
+  const auto replacements = environment.replacements();
+  if (replacements.empty()) return report.message();
+  return report.message() + ": " + replacements.back().path + ": " + systemMessage(replacements.back().error);
+}
+
+}  // namespace
+
+int exportEvents(CommandContext& context, const ExportOptions& options) {
+  refuseUnknownTimeZone(context.environment);
+  const Schedule schedule = readEventsArgument(context, options.events);
+
+  ExportReport report;
+  PluginSession session(context, PluginSession::Purpose::Reading);
+  EPGDorvaSelinManagerPlugin& plugin = session.plugin();
+  const std::string configuration = chosenConfiguration(session.configurationNames(), options.configuration);
+  refuseUnreadableConfiguration(context, configuration);
+  refuseFolderThatDoesNotFitOnALine(context, configuration);
+
+  std::vector<EPGEvent> events = eventsOf(schedule);
+  const std::size_t left = countWithoutItem(*plugin.epgItems(), events);
+  const std::size_t count = events.size();
+  plugin.setDelegate(&report);
+  plugin.exportEvents(std::move(events), configuration);
+  const bool hasFolder = !plugin.exportPath().value_or("").empty();
+  session.end("Exporting");
+
+  if (!report.succeeded()) throw Refusal(failureMessage(report, context.environment, hasFolder));
+  if (left > 0) {
+    context.messages.line(std::to_string(left) + " of " + counted(count, "event", "events") +
+                          (left == 1 ? " has" : " have") + " no item and " + (left == 1 ? "was" : "were") +
+                          " left out");
+  }
+  context.output << context.environment.replacements().back().path << '\n';
+  return 0;
+}
+
+}  // namespace epg

@@ -1,0 +1,177 @@
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "host/commands/CommandContext.h"
+#include "host/commands/Commands.h"
+#include "host/commands/NewEntry.h"
+#include "host/commands/PluginSession.h"
+#include "host/commands/ReportingEnvironment.h"
+#include "host/guide/EPGUniqueID.h"
+#include "host/guide/GuideItem.h"
+#include "host/guide/XMLTVGuide.h"
+#include "host/terminal/LineText.h"
+#include "host/terminal/Messages.h"
+#include "host/terminal/Progress.h"
+#include "platform/FetchAhead.h"
+
+namespace epg {
+
+namespace {
+
+/// Entries, each counted once however often its programme is shown.
+struct ImportCounts {
+  std::size_t added = 0;
+  std::size_t kept = 0;
+  std::size_t replaced = 0;
+};
+
+struct GuideEntry {
+  SharedText uniqueID;
+  std::shared_ptr<EPGItem> item;
+};
+
+/// What an import takes from a guide.
+struct GuideEntries {
+  std::size_t programmes = 0;
+  std::vector<GuideEntry> entries;  ///< In the guide's order. Those with the same ID hold the same.
+  std::vector<std::string> warnings;
+};
+
+/// Makes the entries of the programmes of a guide or of a part of it.
+class EntryMaker {
+ public:
+  explicit EntryMaker(std::size_t bytes) {
+    // A search for an ID that is not there ends in an empty bucket, mostly, instead of at IDs from all over memory.
+    constexpr float full = 0.25;
+    constexpr std::size_t usualProgramme = 500;
+    seen_.max_load_factor(full);
+    seen_.reserve(bytes / usualProgramme);
+  }
+
+  void take(const XMLTVProgramme& programme) {
+    ++made.programmes;
+    SharedText uniqueID(epgUniqueID(programme));
+    if (!seen_.insert(uniqueID).second) return;
+    auto item = std::make_shared<EPGItem>(items_.itemOfProgramme(programme, uniqueID));
+    made.entries.push_back(GuideEntry{std::move(uniqueID), std::move(item)});
+  }
+
+  GuideEntries made;
+
+ private:
+  /// The entries' IDs, so that no programme is made twice by this maker. Of no use once the entries are given away.
+  std::unordered_set<std::string_view> seen_;
+  GuideItems items_;
+};
+
+/// Nothing when the guide has to be read by somebody who tells what is wrong in it.
+std::optional<GuideEntries> faultlessGuideEntries(const CommandContext& context, const std::string& bytes) {
+  constexpr std::size_t worthAThread = std::size_t{1} << 22;
+  const std::size_t processors = std::max(std::thread::hardware_concurrency(), 1U);
+  const std::size_t parts = std::min(bytes.size() / worthAThread + 1, processors);
+  const auto makers = std::make_shared<std::deque<EntryMaker>>();
+  std::vector<ProgrammeTaker> takers;
+  takers.reserve(parts);
+  for (std::size_t i = 0; i < parts; ++i) {
+    EntryMaker& maker = makers->emplace_back(bytes.size() / parts);
+    takers.emplace_back([&maker](const XMLTVProgramme& programme) { maker.take(programme); });
+  }
+  if (!parseFaultlessGuide(bytes, takers)) return std::nullopt;
+  if (context.keep) context.keep(makers);
+  GuideEntries all = std::move(makers->front().made);
+  for (std::size_t i = 1; i < parts; ++i) {
+    GuideEntries& next = (*makers)[i].made;
+    all.programmes += next.programmes;
+    all.entries.insert(all.entries.end(), std::make_move_iterator(next.entries.begin()),
+                       std::make_move_iterator(next.entries.end()));
+  }
+  return all;
+}
+
+GuideEntries readGuideEntries(CommandContext& context, const std::string& path) {
+  const Progress progress(context.messages, "Reading the guide");
+  std::string bytes = readGuideBytes(context.environment, path);
+  if (std::optional<GuideEntries> entries = faultlessGuideEntries(context, bytes)) return std::move(*entries);
+  EntryMaker maker(bytes.size());
+  const auto take = [&maker](const XMLTVProgramme& programme) { maker.take(programme); };
+  maker.made.warnings = parseGuide(std::move(bytes), path, take).warnings;
+  return std::move(maker.made);
+}
+
+/// The entries' IDs lie all over memory. They are fetched while those before them are filed.
+void fetchIDAhead(const std::vector<GuideEntry>& entries, std::size_t index) {
+  constexpr std::size_t ahead = 8;
+  constexpr std::size_t usualID = 64;  // Bytes.
+  if (index + ahead < entries.size()) fetchAhead(entries[index + ahead].uniqueID.block(), usualID);
+}
+
+ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vector<GuideEntry> entries, bool replace) {
+  const Progress progress(context.messages, "Making entries");
+  ImportCounts counts;
+  const std::size_t itemsBefore = store.size();
+  const EPGItemStoreSnapshot before = store.snapshot();
+  std::unordered_set<std::string_view> known;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    fetchIDAhead(entries, i);
+    GuideEntry& entry = entries[i];
+    const EPGItemStoreRecord* const stored = before.find(entry.uniqueID);
+    if (!stored) {
+      store.setItem(entry.uniqueID, std::move(entry.item));
+      continue;
+    }
+    if (!known.insert(stored->uniqueID).second) continue;
+    if (!stored->entry.item) {
+      context.messages.line(noItemMessage(store, std::string(entry.uniqueID)));
+      ++counts.kept;
+      continue;
+    }
+    const PropertyListDictionary values = stored->entry.item->values();
+    PropertyListDictionary replaced = replace ? itemReplacedByProgramme(values, entry.item->values()) : values;
+    if (replaced == values) {
+      ++counts.kept;
+    } else {
+      store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(replaced)));
+      ++counts.replaced;
+    }
+  }
+  // Not each that was filed: a programme that is shown again may have been filed again.
+  counts.added = store.size() - itemsBefore;
+  return counts;
+}
+
+std::string summary(std::size_t programmes, const ImportCounts& counts, bool replace) {
+  std::string text = counted(programmes, "programme", "programmes") + ", " +
+                     counted(counts.added, "new entry", "new entries") + ", " +
+                     counted(counts.kept, "kept entry", "kept entries");
+  if (replace) text += ", " + counted(counts.replaced, "replaced entry", "replaced entries");
+  return text;
+}
+
+}  // namespace
+
+int importGuide(CommandContext& context, const ImportOptions& options) {
+  GuideEntries guide = readGuideEntries(context, options.guide);
+  for (const std::string& warning : guide.warnings) context.messages.line(warning);
+
+  PluginSession session(context, PluginSession::Purpose::Adding);
+  const ImportCounts counts =
+      fileEntries(context, *session.plugin().epgItems(), std::move(guide.entries), options.replace);
+  if (counts.added + counts.replaced > 0) {
+    session.plugin().saveEPGItemsToFile();
+    session.endAfterSave();
+  }
+  context.output << summary(guide.programmes, counts, options.replace) << '\n';
+  return 0;
+}
+
+}  // namespace epg

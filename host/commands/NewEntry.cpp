@@ -1,0 +1,26 @@
+#include "host/commands/NewEntry.h"
+
+#include "host/terminal/LineText.h"
+#include "host/terminal/Refusal.h"
+#include "store/EPGItemStore.h"
+#include "xml/XMLText.h"
+
+namespace epg {
+
+std::string noItemMessage(const EPGItemStore& store, const std::string& id) {
+  if (!store.entry(id)) return escapedForLine(id) + ": no such entry";
+  return "the store holds something under " + escapedForLine(id) +
+         " that is no entry; it is left as it is (EPGItems.plist)";
+}
+
+void refuseUnsavableID(const std::string& id) {
+  if (isCarriedByXML(id)) return;
+  throw Refusal(escapedForLine(id) + ": an entry cannot be saved under an ID with such control characters");
+}
+
+void refuseUnusableID(const EPGItemStore& store, const std::string& id) {
+  if (id.empty()) throw Refusal("an entry cannot be made under an empty EPG unique ID");
+  if (store.entry(id)) throw Refusal(noItemMessage(store, id));
+}
+
+}  // namespace epg

@@ -1,0 +1,35 @@
+#include "host/guide/InputFile.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include "host/terminal/Refusal.h"
+#include "platform/Environment.h"
+
+namespace epg {
+
+std::string systemMessage(int error) {
+  // The environment's word for a name under which something else than a regular file stands.
+  if (error == EINVAL) return "Not a regular file";
+  return std::generic_category().message(error);
+}
+
+std::string readInputFile(Environment& environment, const std::string& path) {
+  std::string content;
+  const int error = readWholeFile(environment, path, &content);
+  if (error != 0) throw Refusal(path + ": " + systemMessage(error));
+  return content;
+}
+
+std::optional<std::string> contentIfThere(Environment& environment, const std::string& path) {
+  std::string content;
+  const int error = readWholeFile(environment, path, &content);
+  if (error == 0) return content;
+  Environment::FileInfo info;
+  if (error != ENOENT) throw Refusal(path + ": " + systemMessage(error));
+  if (environment.pathInfo(path, &info) != 0) return std::nullopt;
+  throw Refusal(path + (info.kind == Environment::FileKind::Link ? ": a link to a file that is not there"
+                                                                 : ": was not there at the first try"));
+}
+
+}  // namespace epg

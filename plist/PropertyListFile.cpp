@@ -1,0 +1,34 @@
+#include "plist/PropertyListFile.h"
+
+#include <cstring>
+#include <utility>
+
+#include "platform/Environment.h"
+#include "plist/PropertyListForms.h"
+
+namespace epg {
+
+std::optional<PropertyList> parsePropertyList(std::string bytes, std::string* problem) {
+  if (isBinaryPropertyList(bytes)) return parseBinaryPropertyList(bytes, problem);
+  return parseXMLPropertyList(std::move(bytes), problem);
+}
+
+std::optional<PropertyListDictionary> readPropertyListDictionary(Environment& environment, const std::string& path,
+                                                                 std::string* problem) {
+  std::string bytes;
+  const int error = readWholeFile(environment, path, &bytes);
+  if (error != 0) {
+    if (problem) *problem = std::strerror(error);
+    return std::nullopt;
+  }
+  const std::optional<PropertyList> list = parsePropertyList(std::move(bytes), problem);
+  if (!list) return std::nullopt;
+  const PropertyListDictionary* dictionary = list->asDictionary();
+  if (!dictionary) {
+    if (problem) *problem = "the top level is no dictionary";
+    return std::nullopt;
+  }
+  return *dictionary;
+}
+
+}  // namespace epg

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "plist/PropertyList.h"
+
+namespace epg {
+
+/// The elements of the XML form that hold a text and nothing else, but for strings and keys, whose text is the value.
+enum class PropertyListScalar { Integer, Real, True, False, Date, Data };
+
+/// The value that an element with this text stands for; nothing when it stands for none.
+std::optional<PropertyList> propertyListFromText(PropertyListScalar scalar, std::string_view text);
+
+}  // namespace epg

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "plist/PropertyList.h"
+
+namespace epg::test {
+
+/// What `epg::propertyListXML` makes, in the plainest way, to be compared with it.
+std::optional<std::string> plainPropertyListXML(const PropertyList& value);
+
+}  // namespace epg::test

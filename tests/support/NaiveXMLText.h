@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "xml/XMLText.h"
+
+namespace epg::test {
+
+/// What `epg::appendXMLText` does, in the plainest way, to be compared with it. Apostrophes stay as they are.
+bool appendNaiveXMLText(std::string& document, const std::string& text, XMLContext context);
+
+}  // namespace epg::test

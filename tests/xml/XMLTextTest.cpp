@@ -1,0 +1,119 @@
+#include "xml/XMLText.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace epg::test {
+namespace {
+
+std::string escaped(const std::string& text, XMLContext context) {
+  std::string document = "before ";
+  StringSink sink(document);
+  if (!appendXMLText(sink, text, context)) return "(refused)";
+  sink.flush();
+  return document.compare(0, 7, "before ") == 0 ? document.substr(7) : "(the document before is lost)";
+}
+
+std::string inText(const std::string& text) { return escaped(text, XMLContext::Text); }
+std::string inAttribute(const std::string& text) { return escaped(text, XMLContext::Attribute); }
+
+TEST(XMLTextEscaping, LeavesPlainTextAlone) {
+  EXPECT_EQ(inText(""), "");
+  EXPECT_EQ(inText("Žluťoučký 節目 🎬 'x' \"y\" ]] ;#"), "Žluťoučký 節目 🎬 'x' \"y\" ]] ;#");
+}
+
+TEST(XMLTextEscaping, EscapesMarkup) {
+  EXPECT_EQ(inText("a&b<c>d"), "a&amp;b&lt;c&gt;d");
+  EXPECT_EQ(inAttribute("a&b<c>d"), "a&amp;b&lt;c&gt;d");
+  EXPECT_EQ(inText("&&"), "&amp;&amp;");
+}
+
+TEST(XMLTextEscaping, EscapesWhatIsEscapedAlready) { EXPECT_EQ(inText("&amp;"), "&amp;amp;"); }
+
+TEST(XMLTextEscaping, CarriageReturnIsAReference) {
+  EXPECT_EQ(inText("a\r\n"), "a&#13;\n");
+  EXPECT_EQ(inAttribute("a\r"), "a&#13;");
+}
+
+TEST(XMLTextEscaping, TabAndLineFeedAreReferencesInAttributesOnly) {
+  EXPECT_EQ(inText("\t\n"), "\t\n");
+  EXPECT_EQ(inAttribute("\t\n"), "&#9;&#10;");
+}
+
+TEST(XMLTextEscaping, QuotesAreEscapedInAttributesOnly) {
+  EXPECT_EQ(inText("\"'"), "\"'");
+  EXPECT_EQ(inAttribute("\"'"), "&quot;'");
+}
+
+TEST(XMLTextEscaping, EveryControlCharacterBecomesTheReplacementCharacter) {
+  for (int code = 0; code < 0x20; ++code) {
+    if (code == '\t' || code == '\n' || code == '\r') continue;
+    EXPECT_EQ(inText(std::string(1, static_cast<char>(code))), "\xEF\xBF\xBD") << code;
+    EXPECT_EQ(inAttribute(std::string(1, static_cast<char>(code))), "\xEF\xBF\xBD") << code;
+  }
+}
+
+TEST(XMLTextEscaping, DeleteAndTheHigherControlCharactersStay) {
+  EXPECT_EQ(inText("\x7F\xC2\x80\xC2\x9F"), "\x7F\xC2\x80\xC2\x9F");
+}
+
+TEST(XMLTextEscaping, TheTwoNoncharactersOfTheFirstPlaneBecomeTheReplacementCharacter) {
+  EXPECT_EQ(inText("a\xEF\xBF\xBE"
+                   "b\xEF\xBF\xBF"
+                   "c"),
+            "a\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD"
+            "c");
+}
+
+TEST(XMLTextEscaping, TheirNeighboursAndTheNoncharactersOfOtherPlanesStay) {
+  const char* const text = "\xEF\xBF\xBD\xEF\xBE\xBF\xEF\xB7\x90\xF0\x9F\xBF\xBE\xF4\x8F\xBF\xBF";
+  EXPECT_EQ(inText(text), text);
+}
+
+TEST(XMLTextEscaping, RefusesWhatIsNotUTF8) {
+  for (const char* text : {"\x80", "\xFF", "a\xC3", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+                           "\xF8\x88\x80\x80\x80", "\xEF\xBF"}) {
+    EXPECT_EQ(inText(text), "(refused)");
+    EXPECT_EQ(inAttribute(text), "(refused)");
+    EXPECT_FALSE(isUTF8(text));
+  }
+}
+
+TEST(XMLTextCarried, IsEverythingThatXMLHas) {
+  for (const char* text : {"", "a\t\n\r", "\x7F\xC2\x80", "é節🎬", "\xEF\xBF\xBD", "\xEF\xB7\x90\xF0\x9F\xBF\xBE"}) {
+    EXPECT_TRUE(isCarriedByXML(text)) << text;
+    EXPECT_EQ(carriedByXML(text), text);
+  }
+}
+
+TEST(XMLTextCarried, IsNotWhatXMLDoesNotHave) {
+  EXPECT_FALSE(isCarriedByXML("a\x01"));
+  EXPECT_FALSE(isCarriedByXML(std::string("\0", 1)));
+  EXPECT_FALSE(isCarriedByXML("a\xEF\xBF\xBE"));
+  EXPECT_FALSE(isCarriedByXML("\xFF"));
+  EXPECT_EQ(carriedByXML("a\x01\x02"
+                         "b\xEF\xBF\xBF"),
+            "a\xEF\xBF\xBD\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD");
+  EXPECT_EQ(carriedByXML(std::string("\0", 1)), "\xEF\xBF\xBD");
+}
+
+TEST(XMLTextCarried, LeavesTextThatIsNotUTF8AsItIs) { EXPECT_EQ(carriedByXML("\x01\xFF"), "\x01\xFF"); }
+
+TEST(XMLTextCarried, IsWhatIsReadAfterWriting) {
+  const std::string text =
+      "a\x01\xEF\xBF\xBF\x1F"
+      "b";
+  EXPECT_EQ(inText(text), carriedByXML(text));
+}
+
+TEST(XMLTextEscaping, KnowsUTF8) {
+  EXPECT_TRUE(isUTF8(""));
+  EXPECT_TRUE(isUTF8(std::string("a\0b", 3)));
+  EXPECT_TRUE(isUTF8("é節🎬\xF4\x8F\xBF\xBF"));
+}
+
+}  // namespace
+}  // namespace epg::test

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/ByteSink.h"
+
+namespace epg {
+
+/// Whether the bytes are UTF-8 throughout (no surrogates, no overlong forms).
+bool isUTF8(std::string_view text);
+
+/// What stands for a character that XML 1.0 cannot carry: U+FFFD.
+extern const char* const replacementCharacter;
+
+/// Whether the text is UTF-8 and every character of it can stand in an XML 1.0 document.
+bool isCarriedByXML(std::string_view text);
+/// The text with U+FFFD for each character that cannot. Text that is not UTF-8 is left as it is.
+std::string carriedByXML(std::string_view text);
+
+/// Whether every character of the text stands for itself wherever in a document it is. May say no of such a text too.
+bool needsNoEscaping(std::string_view text);
+
+enum class XMLContext { Text, Attribute };
+enum class Apostrophes { AsTheyAre, AsReferences };
+
+/// Appends the text escaped for XML 1.0: "&amp;", "&lt;", "&gt;", a carriage return as a character reference so
+/// that it survives reading, in attributes also the double quote, tab and line feed; "&#39;" where apostrophes are to
+/// be references. Characters that XML 1.0 cannot carry become U+FFFD. False, with an undefined rest appended, when the
+/// text is not UTF-8.
+bool appendXMLText(ByteSink& document, std::string_view text, XMLContext context,
+                   Apostrophes apostrophes = Apostrophes::AsTheyAre);
+
+}  // namespace epg
