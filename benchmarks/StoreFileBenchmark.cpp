@@ -110,7 +110,7 @@ void measureWriting(Table& table, const WorkFolder& folder, const std::string& f
   const std::string bytes = bytesOf(file);
   // The sample's file is in the form in which it is written, so that nobody reads or writes anything else than the
   // rest.
-  const auto save = [&] { user.plugin().saveEPGItemsToFileThread(user.plugin().epgItems()->snapshot()); };
+  const auto save = [&] { user.plugin().saveEPGItemsToFileThread(*user.plugin().epgItems()->snapshot()); };
   const std::string others = folder.file("others.plist");
   save();
   if (bytesOf(file) != bytes) throw std::runtime_error("the store is written otherwise than the sample's file");
@@ -140,7 +140,7 @@ void measureFlushed(Table& table) {
   const std::string bytes = bytesOf(path);
   const Rounds rounds = inTurns(5, {[&] {
                                       const Stopwatch stopwatch(wallSeconds);
-                                      user.plugin().saveEPGItemsToFileThread(user.plugin().epgItems()->snapshot());
+                                      user.plugin().saveEPGItemsToFileThread(*user.plugin().epgItems()->snapshot());
                                       return stopwatch.seconds();
                                     },
                                     [&] {

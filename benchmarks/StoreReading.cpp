@@ -5,6 +5,8 @@
 #include "platform/ByteSink.h"
 #include "platform/Environment.h"
 #include "plist/PropertyListFile.h"
+#include "store/ItemStoreFile.h"
+#include "store/ShardedItemStore.h"
 
 namespace epg::benchmarks {
 
@@ -27,22 +29,23 @@ std::size_t textSizeOf(const PropertyList& value) {
 std::shared_ptr<EPGItemStore> readStore(const std::string& path) {
   const auto content = readPropertyListDictionary(Environment::standard(), path);
   if (!content) throw std::runtime_error("cannot read " + path);
-  return std::make_shared<EPGItemStore>(*content);
+  return std::make_shared<ShardedItemStore>(*content);
 }
 
 std::string storeFileOf(const EPGItemStore& store) {
   std::string bytes;
   StringSink file(bytes);
-  if (!writeStore(file, store.snapshot()) || !file.flush()) throw std::runtime_error("the store cannot be written");
+  if (!writeItemStore(file, *store.snapshot()) || !file.flush())
+    throw std::runtime_error("the store cannot be written");
   return bytes;
 }
 
 std::size_t textSize(const EPGItemStore& store) {
   std::size_t size = 0;
-  const EPGItemStoreSnapshot snapshot = store.snapshot();
-  for (const EPGItemStoreRecord& record : snapshot) {
-    size += record.uniqueID.size();
-    const PropertyListDictionary values = record.entry.item->values();
+  const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = store.snapshot();
+  for (const EPGItemStoreRecord* const record : snapshot->records()) {
+    size += record->uniqueID.size();
+    const PropertyListDictionary values = record->entry.item->values();
     for (const auto& entry : values) size += textSizeOf(entry.second);
   }
   return size;

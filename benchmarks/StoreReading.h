@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "store/EPGItemStore.h"
+#include "model/EPGItemStore.h"
 
 namespace epg::benchmarks {
 

@@ -27,6 +27,12 @@ if(EPG_WARNINGS_AS_ERRORS)
   target_compile_options(EPGWarnings INTERFACE -Werror)
 endif()
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # How much a file may grow by inlining, in percent. GCC's own 40 are for files that are compiled each by itself; of
+  # those that are compiled together an export took 11,600 instructions for an event with it, and 8,250 with this.
+  target_compile_options(EPGOwnCode INTERFACE --param=inline-unit-growth=1000)
+endif()
+
 if(EPG_SANITIZE)
   set(epg_sanitizers "${EPG_SANITIZE}")
   if(epg_sanitizers MATCHES "undefined")

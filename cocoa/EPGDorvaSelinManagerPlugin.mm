@@ -13,6 +13,7 @@
 #import "cocoa/bridge/FoundationValues.h"
 #import "cocoa/bridge/HostException.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
+#include "store/ItemStoreFile.h"
 
 using epg::cocoa::calledByHost;
 using epg::cocoa::fromString;
@@ -28,11 +29,7 @@ class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
   void setDelegate(id delegate) { delegate_ = reinterpret_cast<void*>(delegate); }
   id delegate() const { return reinterpret_cast<id>(delegate_.load()); }
 
-  bool respondsToEPGExportEventCompleted() const override {
-    return [delegate() respondsToSelector:@selector(epgExportEventCompleted:error:)] != NO;
-  }
   void epgExportEventCompleted(bool succeeded, const epg::EPGError* error) override {
-    // The host may have set another one since it was asked.
     const id current = delegate();
     if (![current respondsToSelector:@selector(epgExportEventCompleted:error:)]) return;
     [current epgExportEventCompleted:succeeded ? YES : NO error:error != nullptr ? epg::cocoa::toError(*error) : nil];
@@ -42,27 +39,13 @@ class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
   std::atomic<void*> delegate_{nullptr};  ///< Not owned.
 };
 
-/// The list of the call that is being made. One for each thread: a delegate may ask for an export from inside its
-/// report, on the export's thread, while the host's own thread does the same.
-__thread NSArray* eventsHandedIn = nil;
-
-/// Hands the list in until this goes.
-class HandedIn {
- public:
-  explicit HandedIn(NSArray* events) : before_(eventsHandedIn) { eventsHandedIn = events; }
-  HandedIn(const HandedIn&) = delete;
-  HandedIn& operator=(const HandedIn&) = delete;
-  ~HandedIn() { eventsHandedIn = before_; }
-
- private:
-  NSArray* before_;
-};
-
 /// The core's plug-in with the platform's threads and view controller. Lives as long as the object it belongs to.
 class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
  public:
-  PluginOfObject(::EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, const std::string& dataFolderPath)
-      : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, epg::cocoa::CocoaEnvironment::shared()),
+  PluginOfObject(::EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, const std::string& dataFolderPath,
+                 std::shared_ptr<epg::EPGItemStore> epgItems, std::shared_ptr<epg::EPGItemList> editedItems)
+      : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, epg::cocoa::CocoaEnvironment::shared(),
+                                        std::move(epgItems), std::move(editedItems)),
         object_(object),
         bundle_([bundle retain]) {}
   ~PluginOfObject() override {
@@ -74,14 +57,11 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
 
   /// The events are read on the export's own thread, out of a list that the host no longer changes.
   void exportEvents(NSArray* events, const std::string& configurationFilename) {
-    const HandedIn handedIn(events);
-    epg::EPGDorvaSelinManagerPlugin::exportEvents(std::vector<epg::EPGEvent>(), configurationFilename);
+    if (beginExport(configurationFilename)) detachThread(@selector(exportEventsThread:), events);
   }
 
-  using epg::EPGDorvaSelinManagerPlugin::exportEventsThread;
-
   void exportEventsThread(NSArray* events) {
-    exportEventsRead([events] {
+    epg::EPGDorvaSelinManagerPlugin::exportEventsThread([events] {
       std::vector<epg::EPGEvent> read;
       epg::cocoa::callHost([&] { read = epg::cocoa::fromEvents(events); });
       return read;
@@ -89,14 +69,10 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
   }
 
  protected:
-  void detachSaveThread(epg::EPGItemStoreSnapshot snapshot) override {
+  void detachSaveThread(std::shared_ptr<const epg::EPGItemStoreSnapshot> snapshot) override {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     detachThread(@selector(saveEPGItemsToFileThread:), epg::cocoa::objectOfSnapshot(std::move(snapshot)));
     [pool drain];
-  }
-
-  void detachExportThread(std::vector<epg::EPGEvent> /*events*/) override {
-    detachThread(@selector(exportEventsThread:), eventsHandedIn);
   }
 
   std::shared_ptr<epg::EPGDorvaSelinViewController> makeViewController(const std::string& nibName) override {
@@ -143,15 +119,13 @@ const std::string noFolder(1, '\0');
 }  // namespace
 
 struct EPGDorvaSelinManagerPluginParts {
-  EPGDorvaSelinManagerPluginParts(EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, NSString* dataFolderPath)
-      : plugin(std::make_shared<PluginOfObject>(object, bundle,
-                                                dataFolderPath != nil ? fromString(dataFolderPath) : noFolder)) {
-    const auto store = std::make_shared<epg::cocoa::BridgedItemStore>(*plugin->epgItems());
+  EPGDorvaSelinManagerPluginParts(EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, NSString* dataFolderPath) {
+    const std::string folder = dataFolderPath != nil ? fromString(dataFolderPath) : noFolder;
+    const auto store = std::make_shared<epg::cocoa::BridgedItemStore>(
+        epg::readItemStore(epg::cocoa::CocoaEnvironment::shared(), epg::itemStorePath(folder)));
     epgItems = [epg::cocoa::objectOfStore(store) retain];
-    plugin->setEpgItems(store);
-    NSMutableArray* list = [[NSMutableArray alloc] init];
-    plugin->setEditedItems(std::make_shared<epg::cocoa::FoundationItemList>(list));
-    [list release];
+    plugin = std::make_shared<PluginOfObject>(object, bundle, folder, store,
+                                              std::make_shared<epg::cocoa::FoundationItemList>([NSMutableArray array]));
     plugin->setDelegate(&delegateCaller);
   }
   ~EPGDorvaSelinManagerPluginParts() { [epgItems release]; }
@@ -268,7 +242,7 @@ struct EPGDorvaSelinManagerPluginParts {
   auto& plugin = *_parts->plugin;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   if (snapshot != nil) {
-    calledByHost([&] { plugin.saveEPGItemsToFileThread(epg::cocoa::snapshotOfObject(snapshot)); });
+    calledByHost([&] { plugin.saveEPGItemsToFileThread(*epg::cocoa::snapshotOfObject(snapshot)); });
   }
   [pool drain];
 }

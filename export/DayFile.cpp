@@ -5,248 +5,192 @@
 #include <cstdint>
 #include <string_view>
 
-#include "model/KeyConstants.h"
-#include "platform/FetchAhead.h"
+#include "export/DayFileForm.h"
 #include "xml/XMLText.h"
 
 namespace epg {
 
 namespace {
 
-/// Writes what `xmlEventWithDictionary` describes without making the elements: their texts would be copied several
-/// times, and each element takes memory of its own. The order of the parts, the markup and the white space are those of
-/// the format, and hold no apostrophe.
-class DayFileWriter {
+/// Receives programmes as the day file's text, without making elements of them first: their texts would be copied
+/// several times, and each element takes memory of its own. Names and white space hold no apostrophe.
+class DayFileText {
  public:
-  DayFileWriter(ByteSink& file, const LocalCalendar& calendar) : file_(file), calendar_(calendar) {}
+  explicit DayFileText(ByteSink& file) : file_(file) {}
 
-  bool rootStart(const std::string& dateFrom, const std::string& dateTo) {
-    file_.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<programs dateFrom=\"");
-    if (!escaped(dateFrom, XMLContext::Attribute)) return false;
-    file_.append("\" dateTo=\"");
-    if (!escaped(dateTo, XMLContext::Attribute)) return false;
-    file_.append("\">");
-    return true;
-  }
-
-  void programStart() {
-    if (!hasPrograms_) file_.append("\n");
-    hasPrograms_ = true;
-    file_.append("    <program");
-  }
-
-  void programID(std::size_t id) {
-    file_.append(" id=\"");
-    decimal(id);
-    file_.append("\"");
-  }
-
-  bool programContent(std::optional<Instant> start, const PropertyListDictionary& item) {
-    file_.append(">\n");
-    dateAndTime(start);
-    const ShownValues shown = shownValues(item);
-    if (!value("        <title>", shown.title, "</title>\n") ||
-        !value("        <description>", shown.description, "</description>\n") ||
-        !value("        <imgUrl>", shown.imageURL, "</imgUrl>\n") || !tags(shown.tags)) {
-      return false;
-    }
-    file_.append("    </program>\n");
-    return true;
+  void rootStart(std::string_view dateFrom, std::string_view dateTo) {
+    file_.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<programs");
+    attribute("dateFrom", dateFrom);
+    attribute("dateTo", dateTo);
+    file_.append(">");
+    isEmpty_ = true;
   }
 
   void rootEnd() { file_.append("</programs>\n"); }
 
+  void programStart(std::optional<std::size_t> id) {
+    begin();
+    file_.append("<program");
+    if (id) {
+      file_.append(" id=\"");
+      decimal(*id);
+      file_.append("\"");
+    }
+    file_.append(">");
+    isEmpty_ = true;
+    ++level_;
+  }
+
+  void start(std::string_view name) {
+    startTag(name);
+    isEmpty_ = true;
+    ++level_;
+  }
+
+  void number(std::string_view name, std::optional<std::int64_t> value) {
+    startTag(name);
+    if (value) {
+      if (*value < 0) file_.append("-");
+      decimal(static_cast<std::uint64_t>(*value < 0 ? -*value : *value));
+    }
+    endTag(name);
+  }
+
+  void text(std::string_view name, std::optional<std::string_view> value) {
+    startTag(name);
+    if (value) escaped(*value, XMLContext::Text);
+    endTag(name);
+  }
+
+  void end(std::string_view name) {
+    --level_;
+    // Only around elements: an empty one is closed where it was opened.
+    if (!isEmpty_) indent();
+    endTag(name);
+    isEmpty_ = false;
+  }
+
+  /// Whether every value so far was UTF-8.
+  bool isWhole() const { return isWhole_; }
+
  private:
-  bool escaped(std::string_view text, XMLContext context) {
-    return appendXMLText(file_, text, context, Apostrophes::AsReferences);
+  /// Of a child: where it is the first, its parent's line ends here.
+  void begin() {
+    if (isEmpty_) file_.append("\n");
+    isEmpty_ = false;
+    indent();
+  }
+
+  void indent() {
+    constexpr std::string_view deepest = "            ";
+    constexpr std::size_t step = 4;
+    file_.append(deepest.substr(0, level_ * step));
+  }
+
+  void startTag(std::string_view name) {
+    begin();
+    file_.append("<");
+    file_.append(name);
+    file_.append(">");
+  }
+
+  void endTag(std::string_view name) {
+    file_.append("</");
+    file_.append(name);
+    file_.append(">\n");
+  }
+
+  void attribute(std::string_view name, std::string_view value) {
+    file_.append(" ");
+    file_.append(name);
+    file_.append("=\"");
+    escaped(value, XMLContext::Attribute);
+    file_.append("\"");
+  }
+
+  void escaped(std::string_view text, XMLContext context) {
+    if (!appendXMLText(file_, text, context, Apostrophes::AsReferences)) isWhole_ = false;
   }
 
   void decimal(std::uint64_t magnitude) {
     constexpr std::size_t mostDigits = 20;
     char digits[mostDigits];
     std::size_t first = mostDigits;
-    // Two at a time: a hash has twenty, and each division waits for the one before.
-    while (magnitude >= 100) {
-      const auto pair = static_cast<unsigned>(magnitude % 100);
-      magnitude /= 100;
-      digits[--first] = static_cast<char>('0' + pair % 10);
-      digits[--first] = static_cast<char>('0' + pair / 10);
-    }
-    if (magnitude >= 10) {
+    do {
       digits[--first] = static_cast<char>('0' + magnitude % 10);
       magnitude /= 10;
-    }
-    digits[--first] = static_cast<char>('0' + magnitude);
+    } while (magnitude > 0);
     file_.append(std::string_view(digits + first, mostDigits - first));
   }
 
-  void signedDecimal(std::int64_t number) {
-    if (number < 0) file_.append("-");
-    decimal(static_cast<std::uint64_t>(number < 0 ? -number : number));
-  }
-
-  void dateAndTime(std::optional<Instant> start) {
-    const auto components = start ? calendar_.components(*start) : std::nullopt;
-    const auto part = [&](int LocalCalendar::Components::*which, int less = 0) {
-      if (components) signedDecimal((*components).*which - less);
-    };
-    file_.append("        <date>\n            <day>");
-    part(&LocalCalendar::Components::day);
-    file_.append("</day>\n            <month>");
-    part(&LocalCalendar::Components::month);
-    file_.append("</month>\n            <year>");
-    part(&LocalCalendar::Components::year, 2000);
-    file_.append("</year>\n        </date>\n        <time>\n            <hour>");
-    part(&LocalCalendar::Components::hour);
-    file_.append("</hour>\n            <minute>");
-    part(&LocalCalendar::Components::minute);
-    file_.append("</minute>\n        </time>\n");
-  }
-
-  /// What a day file shows of an item, as `stringValue` and `tagsValue` find it.
-  struct ShownValues {
-    std::optional<std::string_view> title, description, imageURL;
-    const PropertyList::Elements* tags = nullptr;
-  };
-
-  /// In one walk, which is shorter than looking each of them up: items have few entries besides these.
-  ShownValues shownValues(const PropertyListDictionary& item) const {
-    ShownValues shown;
-    for (const auto& [key, value] : item) {
-      const std::string_view name = key;
-      if (name == titleKey_) shown.title = value.asString();
-      if (name == descriptionKey_) shown.description = value.asString();
-      if (name == imageURLKey_) shown.imageURL = value.asString();
-      if (name == tagsKey_) shown.tags = value.asArray();
-    }
-    return shown;
-  }
-
-  bool value(std::string_view startTag, std::optional<std::string_view> text, std::string_view endTag) {
-    file_.append(startTag);
-    if (text && !escaped(*text, XMLContext::Text)) return false;
-    file_.append(endTag);
-    return true;
-  }
-
-  bool tags(const PropertyList::Elements* list) {
-    bool hasTags = false;
-    file_.append("        <tags>");
-    if (list) {
-      for (const PropertyList& tag : *list) {
-        const std::optional<std::string_view> name = tag.asString();
-        if (!name) continue;
-        if (!hasTags) file_.append("\n");
-        hasTags = true;
-        file_.append("            <tag>");
-        if (!escaped(*name, XMLContext::Text)) return false;
-        file_.append("</tag>\n");
-      }
-    }
-    if (hasTags) file_.append("        ");
-    file_.append("</tags>\n");
-    return true;
-  }
-
-  const std::string_view titleKey_ = ZRLEPGDSTitleKey;
-  const std::string_view descriptionKey_ = ZRLEPGDSDescriptionKey;
-  const std::string_view imageURLKey_ = ZRLEPGDSImageURLKey;
-  const std::string_view tagsKey_ = ZRLEPGDSTagsKey;
   ByteSink& file_;
-  const LocalCalendar& calendar_;
-  bool hasPrograms_ = false;
+  std::size_t level_ = 1;
+  bool isEmpty_ = true;  ///< The element that is open.
+  bool isWhole_ = true;
 };
 
-/// Events, their IDs and their items lie all over memory: the time to fetch them one after the other would be more than
-/// that to write them. So a few are fetched at once, in steps of which each finds what the one before has fetched.
-class EventsAhead {
+/// The items of a few events at once, as the store finds them fastest.
+class ItemsOfEvents {
  public:
-  EventsAhead(const EventOrder& events, const EPGItemsAhead& itemsAhead) : events_(events), itemsAhead_(itemsAhead) {
-    if (!itemsAhead_) return;
-    fetchEvents(0);
-    fetchEvents(few);
-    fetchIDs(0);
-    fetchItems(0);
-    fetchEvents(2 * few);
-    fetchIDs(few);
-  }
+  ItemsOfEvents(const EPGItemStore& items, const EventOrder& events) : items_(items), events_(events) {}
 
-  /// The next one to be written.
-  void reach(std::size_t index) {
-    if (!itemsAhead_ || index % few != 0) return;
-    fetchEvents(index + 3 * few);
-    fetchIDs(index + 2 * few);
-    fetchItems(index + few);
+  /// To be asked for each event in turn. Nothing for an event without an item.
+  const std::optional<PropertyListDictionary>& of(std::size_t index) {
+    if (index % few == 0) lookUp(index);
+    return values_[places_[index % few]];
   }
 
  private:
-  /// Enough that the waiting for one is the waiting for all of them, and not so many that those fetched first are
-  /// gone again when their turn comes.
+  /// More are no faster: the memory of so many is waited for at once.
   static constexpr std::size_t few = 16;
-  static constexpr std::size_t usualID = 36;  ///< Bytes, of a UUID.
 
-  std::size_t end(std::size_t index) const { return std::min(index + few, events_.size()); }
-
-  void fetchEvents(std::size_t index) const {
-    for (std::size_t i = index; i < end(index); ++i) fetchAhead(&events_[i], sizeof(EPGEvent));
-  }
-
-  void fetchIDs(std::size_t index) const {
-    for (std::size_t i = index; i < end(index); ++i) {
-      const EPGEvent& event = events_[i];
-      if (event.eventEPGUniqueID) fetchAhead(event.eventEPGUniqueID->data(), usualID);
-      if (event.eventEPGPlaybackUniqueID) fetchAhead(event.eventEPGPlaybackUniqueID->data(), usualID);
-    }
-  }
-
-  void fetchItems(std::size_t index) {
+  void lookUp(std::size_t first) {
     uniqueIDs_.clear();
-    for (std::size_t i = index; i < end(index); ++i) {
-      if (events_[i].eventEPGUniqueID) uniqueIDs_.push_back(&*events_[i].eventEPGUniqueID);
+    for (std::size_t i = first; i < std::min(first + few, events_.size()); ++i) {
+      const std::optional<std::string>& uniqueID = events_[i].eventEPGUniqueID;
+      places_[i - first] = uniqueID ? uniqueIDs_.size() : few;
+      if (uniqueID) uniqueIDs_.push_back(&*uniqueID);
     }
-    itemsAhead_(uniqueIDs_);
+    values_ = items_.values(uniqueIDs_);
+    values_.resize(few + 1);
   }
 
+  const EPGItemStore& items_;
   const EventOrder& events_;
-  const EPGItemsAhead& itemsAhead_;
   std::vector<const std::string*> uniqueIDs_;
+  std::vector<std::optional<PropertyListDictionary>> values_;  ///< The last one is for events without an ID.
+  std::size_t places_[few] = {};
 };
 
 }  // namespace
 
 bool writeDayFile(ByteSink& file, const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
-                  const EPGItemLookup& itemWithUniqueID, const EventOrder& events, const PlaybackIDHash& hash,
-                  const EPGItemsAhead& itemsAhead) {
+                  const EPGItemStore& items, const EventOrder& events, const PlaybackIDHash& hash) {
   const auto rootDate = [&](std::optional<Instant> date) {
     return date ? rootDateFormatter.stringFromDate(*date) : std::string();
   };
-  DayFileWriter writer(file, calendar);
-  if (!writer.rootStart(events.empty() ? std::string() : rootDate(events[0].eventEPGStartDateTime),
-                        events.empty() ? std::string() : rootDate(events[events.size() - 1].eventEPGEndDateTime))) {
-    return false;
-  }
-  EventsAhead ahead(events, itemsAhead);
-  for (std::size_t i = 0; i < events.size() && !file.failed(); ++i) {
-    ahead.reach(i);
-    const EPGEvent& event = events[i];
-    if (!event.eventEPGUniqueID) continue;
-    const auto item = itemWithUniqueID(*event.eventEPGUniqueID);
+  DayFileText text(file);
+  text.rootStart(events.empty() ? std::string() : rootDate(events[0].eventEPGStartDateTime),
+                 events.empty() ? std::string() : rootDate(events[events.size() - 1].eventEPGEndDateTime));
+  ItemsOfEvents itemsOfEvents(items, events);
+  for (std::size_t i = 0; i < events.size() && !file.failed() && text.isWhole(); ++i) {
+    const std::optional<PropertyListDictionary>& item = itemsOfEvents.of(i);
     if (!item) continue;
-    const std::optional<std::string>& playbackID = event.eventEPGPlaybackUniqueID;
-    writer.programStart();
-    if (playbackID && !playbackID->empty()) writer.programID(hash(*playbackID));
-    if (!writer.programContent(event.eventEPGStartDateTime, *item)) return false;
+    const EPGEvent& event = events[i];
+    text.programStart(programID(event, hash));
+    dayfile::describeProgram(text, dayfile::components(calendar, event.eventEPGStartDateTime), *item);
+    text.end("program");
   }
-  writer.rootEnd();
-  return true;
+  text.rootEnd();
+  return text.isWhole();
 }
 
 std::optional<std::string> dayFileContent(const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
-                                          const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
+                                          const EPGItemStore& items, const std::vector<EPGEvent>& events,
                                           const PlaybackIDHash& hash) {
   std::string content;
   StringSink sink(content);
-  if (!writeDayFile(sink, calendar, rootDateFormatter, itemWithUniqueID, EventOrder(events), hash)) return std::nullopt;
+  if (!writeDayFile(sink, calendar, rootDateFormatter, items, EventOrder(events), hash)) return std::nullopt;
   sink.flush();
   return content;
 }

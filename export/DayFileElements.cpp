@@ -1,54 +1,65 @@
 #include "export/DayFileElements.h"
 
 #include <cstdint>
+#include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
-#include "model/EPGItem.h"
-#include "model/KeyConstants.h"
+#include "export/DayFileForm.h"
 
 namespace epg {
 
 namespace {
 
-XMLElement elementWithText(const char* name, std::string text) {
-  XMLElement element;
-  element.name = name;
-  element.text = std::move(text);
-  return element;
-}
+/// Receives parts of a programme as elements within the last one that was started.
+class DayFileElements {
+ public:
+  void start(std::string_view name) { open_.push_back(XMLElement{std::string(name), {}, {}, {}}); }
 
-/// Without an item value the element stays empty.
-XMLElement elementWithValue(const char* name, const PropertyListDictionary& item, const char* key) {
-  return elementWithText(name, std::string(stringValue(item, key).value_or(std::string_view())));
-}
+  void number(std::string_view name, std::optional<std::int64_t> value) {
+    child(name, value ? std::to_string(*value) : std::string());
+  }
+
+  void text(std::string_view name, std::optional<std::string_view> value) {
+    child(name, std::string(value.value_or(std::string_view())));
+  }
+
+  void end(std::string_view /*name*/) {
+    last_ = std::move(open_.back());
+    open_.pop_back();
+    if (!open_.empty()) open_.back().addChild(last_);
+  }
+
+  XMLElement last() { return std::move(last_); }
+
+ private:
+  void child(std::string_view name, std::string text) {
+    open_.back().addChild(XMLElement{std::string(name), {}, {}, std::move(text)});
+  }
+
+  std::vector<XMLElement> open_;
+  XMLElement last_;
+};
 
 }  // namespace
 
 XMLElement dateXMLElementWithDate(const LocalCalendar& calendar, std::optional<Instant> date) {
-  const auto components = date ? calendar.components(*date) : std::nullopt;
-  XMLElement element = elementWithText("date", {});
-  element.addChild(elementWithText("day", components ? std::to_string(components->day) : std::string()));
-  element.addChild(elementWithText("month", components ? std::to_string(components->month) : std::string()));
-  element.addChild(elementWithText("year", components ? std::to_string(components->year - 2000) : std::string()));
-  return element;
+  DayFileElements elements;
+  dayfile::describeDate(elements, dayfile::components(calendar, date));
+  return elements.last();
 }
 
 XMLElement timeXMLElementWithDate(const LocalCalendar& calendar, std::optional<Instant> date) {
-  const auto components = date ? calendar.components(*date) : std::nullopt;
-  XMLElement element = elementWithText("time", {});
-  element.addChild(elementWithText("hour", components ? std::to_string(components->hour) : std::string()));
-  element.addChild(elementWithText("minute", components ? std::to_string(components->minute) : std::string()));
-  return element;
+  DayFileElements elements;
+  dayfile::describeTime(elements, dayfile::components(calendar, date));
+  return elements.last();
 }
 
 XMLElement tagsXMLElementWithTags(const PropertyList::Elements* tags) {
-  XMLElement element = elementWithText("tags", {});
-  if (!tags) return element;
-  for (const PropertyList& tag : *tags) {
-    if (const auto name = tag.asString()) element.addChild(elementWithText("tag", std::string(*name)));
-  }
-  return element;
+  DayFileElements elements;
+  dayfile::describeTags(elements, tags);
+  return elements.last();
 }
 
 std::size_t playbackIDHash(const std::string& playbackUniqueID) {
@@ -64,21 +75,21 @@ std::size_t playbackIDHash(const std::string& playbackUniqueID) {
   return hash;
 }
 
-std::optional<XMLElement> xmlEventWithDictionary(const LocalCalendar& calendar, const EPGItemLookup& itemWithUniqueID,
-                                                 const EPGEvent& event, const PlaybackIDHash& hash) {
-  const auto item = event.eventEPGUniqueID ? itemWithUniqueID(*event.eventEPGUniqueID) : std::nullopt;
-  if (!item) return std::nullopt;
-  XMLElement program = elementWithText("program", {});
+std::optional<std::size_t> programID(const EPGEvent& event, const PlaybackIDHash& hash) {
   const std::optional<std::string>& playbackID = event.eventEPGPlaybackUniqueID;
-  if (playbackID && !playbackID->empty()) {
-    program.attributes.emplace_back("id", std::to_string(hash(*playbackID)));
-  }
-  program.addChild(dateXMLElementWithDate(calendar, event.eventEPGStartDateTime));
-  program.addChild(timeXMLElementWithDate(calendar, event.eventEPGStartDateTime));
-  program.addChild(elementWithValue("title", *item, ZRLEPGDSTitleKey));
-  program.addChild(elementWithValue("description", *item, ZRLEPGDSDescriptionKey));
-  program.addChild(elementWithValue("imgUrl", *item, ZRLEPGDSImageURLKey));
-  program.addChild(tagsXMLElementWithTags(tagsValue(*item)));
+  return playbackID && !playbackID->empty() ? std::optional<std::size_t>(hash(*playbackID)) : std::nullopt;
+}
+
+std::optional<XMLElement> xmlEventWithDictionary(const LocalCalendar& calendar, const EPGItemStore& items,
+                                                 const EPGEvent& event, const PlaybackIDHash& hash) {
+  const auto item = event.eventEPGUniqueID ? items.valuesOf(*event.eventEPGUniqueID) : std::nullopt;
+  if (!item) return std::nullopt;
+  DayFileElements elements;
+  elements.start("program");
+  dayfile::describeProgram(elements, dayfile::components(calendar, event.eventEPGStartDateTime), *item);
+  elements.end("program");
+  XMLElement program = elements.last();
+  if (const auto id = programID(event, hash)) program.attributes.emplace_back("id", std::to_string(*id));
   return program;
 }
 

@@ -7,13 +7,11 @@
 
 #include "export/XMLElement.h"
 #include "model/EPGEvent.h"
+#include "model/EPGItemStore.h"
 #include "platform/LocalCalendar.h"
 #include "plist/PropertyList.h"
 
 namespace epg {
-
-/// Finds the entries of the EPG item of an EPG unique ID; nothing when there is no such item.
-using EPGItemLookup = std::function<std::optional<PropertyListDictionary>(const std::string& uniqueID)>;
 
 // The day file's elements, as docs/formats.md shows them. All read only their arguments.
 
@@ -30,8 +28,11 @@ std::size_t playbackIDHash(const std::string& playbackUniqueID);
 /// What is behind "id" instead, where the platform has a hash of its own that other systems count on.
 using PlaybackIDHash = std::function<std::size_t(const std::string& playbackUniqueID)>;
 
+/// The "id" of a program; nothing when the event has no playback ID.
+std::optional<std::size_t> programID(const EPGEvent& event, const PlaybackIDHash& hash);
+
 /// "program", or nothing when the event has no EPG item.
-std::optional<XMLElement> xmlEventWithDictionary(const LocalCalendar& calendar, const EPGItemLookup& itemWithUniqueID,
+std::optional<XMLElement> xmlEventWithDictionary(const LocalCalendar& calendar, const EPGItemStore& items,
                                                  const EPGEvent& event, const PlaybackIDHash& hash = playbackIDHash);
 
 }  // namespace epg

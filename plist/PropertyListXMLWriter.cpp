@@ -1,7 +1,6 @@
 // The XML form of property lists, written.
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdio>
 #include <locale>
@@ -70,9 +69,8 @@ class XMLWriter {
     return false;
   }
 
-  /// Keys have to be such as XML can carry. Those that are plain besides are not looked through again.
-  bool dictionary(const std::vector<std::string_view>& keys, bool arePlain, const PropertyListValues& valueOfKey,
-                  int depth) {
+  /// Needs keys that XML can carry.
+  bool dictionary(const std::vector<std::string_view>& keys, const PropertyListValues& valueOfKey, int depth) {
     if (keys.empty()) {
       line("<dict/>\n");
       return true;
@@ -80,8 +78,7 @@ class XMLWriter {
     line("<dict>\n");
     ++level_;
     for (std::size_t i = 0; i < keys.size() && !document_.failed(); ++i) {
-      const PropertyList content = valueOfKey(i);
-      if (!(arePlain ? plainEntry(keys[i], content, depth) : entry(keys[i], content, depth))) return false;
+      if (!entry(keys[i], valueOfKey(i), depth)) return false;
     }
     --level_;
     line("</dict>\n");
@@ -187,42 +184,15 @@ class XMLWriter {
     }
     line("<dict>\n");
     ++level_;
-    if (!(haveAllPlainKeys(entries) ? contentsUnderPlainKeys(entries, depth) : contents(entries, depth))) return false;
+    const bool areCarried =
+        std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isCarriedByXML(one.first); });
+    const PropertyListDictionary carried = areCarried ? entries : withCarriedKeys(entries);
+    for (const auto& [key, content] : carried) {
+      if (!entry(key, content, depth)) return false;
+    }
     --level_;
     line("</dict>\n");
     return true;
-  }
-
-  /// As those of items have, but for the strangest, so that each is looked through once.
-  bool haveAllPlainKeys(const PropertyListDictionary& entries) {
-    std::size_t place = 0;
-    return std::all_of(entries.begin(), entries.end(), [&](const auto& one) { return isPlainKey(one.first, place++); });
-  }
-
-  /// Most dictionaries share their keys with the one before.
-  bool isPlainKey(const SharedText& key, std::size_t place) {
-    const bool isRemembered = place < plainKeys_.size();
-    if (isRemembered && key.block() && key.block() == plainKeys_[place].block()) return true;
-    if (!needsNoEscaping(key)) return false;
-    if (isRemembered) plainKeys_[place] = key;
-    return true;
-  }
-
-  bool contentsUnderPlainKeys(const PropertyListDictionary& entries, int depth) {
-    return std::all_of(entries.begin(), entries.end(),
-                       [&](const auto& one) { return plainEntry(one.first, one.second, depth); });
-  }
-
-  bool contents(const PropertyListDictionary& entries, int depth) {
-    const PropertyListDictionary carried = withCarriedKeys(entries);
-    return std::all_of(carried.begin(), carried.end(),
-                       [&](const auto& one) { return entry(one.first, one.second, depth); });
-  }
-
-  /// Needs a key that is not to be escaped.
-  bool plainEntry(std::string_view key, const PropertyList& content, int depth) {
-    line("<key>", key, "</key>\n");
-    return value(content, depth + 1);
   }
 
   bool entry(std::string_view key, const PropertyList& content, int depth) {
@@ -231,7 +201,6 @@ class XMLWriter {
 
   ByteSink& document_;
   int level_ = 0;
-  std::array<SharedText, 8> plainKeys_;  ///< By their places, those looked through last.
 };
 
 }  // namespace
@@ -246,8 +215,7 @@ bool writePropertyListXML(ByteSink& document, const PropertyList& value) {
 
 bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view>& keys,
                           const PropertyListValues& valueOfKey) {
-  const bool arePlain = std::all_of(keys.begin(), keys.end(), needsNoEscaping);
-  if (!arePlain && !std::all_of(keys.begin(), keys.end(), isCarriedByXML)) {
+  if (!std::all_of(keys.begin(), keys.end(), isCarriedByXML)) {
     // What becomes of such a key depends on all the others, and so may its place.
     std::vector<PropertyListDictionary::Entry> entries;
     entries.reserve(keys.size());
@@ -256,7 +224,7 @@ bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view
   }
   XMLWriter writer(document);
   writer.documentStart();
-  if (!writer.dictionary(keys, arePlain, valueOfKey, 1)) return false;
+  if (!writer.dictionary(keys, valueOfKey, 1)) return false;
   writer.documentEnd();
   return true;
 }

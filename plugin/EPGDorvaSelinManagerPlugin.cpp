@@ -12,22 +12,18 @@
 #include "platform/Environment.h"
 #include "platform/LocalCalendar.h"
 #include "platform/Paths.h"
-#include "plist/PropertyListFile.h"
+#include "store/ItemStoreFile.h"
+#include "store/MemoryItem.h"
+#include "store/MemoryItemList.h"
+#include "store/ShardedItemStore.h"
 
 namespace epg {
 
 namespace {
 
-const char* const storeFilename = "EPGItems.plist";
 const char* const editorNibName = "EPGDorvaSelinEditor";
 constexpr ViewSize minimumSize{300, 200};
 constexpr ViewSize maximumSize{5000, 5000};
-
-/// The store as the file holds it, empty when the file cannot be read.
-std::shared_ptr<EPGItemStore> loadedStore(Environment& environment, const std::string& path) {
-  const auto content = readPropertyListDictionary(environment, path);
-  return content ? std::make_shared<EPGItemStore>(*content) : std::make_shared<EPGItemStore>();
-}
 
 }  // namespace
 
@@ -35,7 +31,9 @@ std::string EPGDorvaSelinManagerPlugin::pluginName() { return "EPG DorvaSelin"; 
 
 std::shared_ptr<EPGDorvaSelinManagerPlugin> EPGDorvaSelinManagerPlugin::initWithBundle(
     std::shared_ptr<Bundle> bundle, const std::string& dataFolderPath, Environment& environment) {
-  return std::make_shared<EPGDorvaSelinManagerPlugin>(Private(), std::move(bundle), dataFolderPath, environment);
+  auto store = std::make_shared<ShardedItemStore>(readItemStore(environment, itemStorePath(dataFolderPath)));
+  return std::make_shared<EPGDorvaSelinManagerPlugin>(Private(), std::move(bundle), dataFolderPath, environment,
+                                                      std::move(store), std::make_shared<MemoryItemList>());
 }
 
 std::shared_ptr<EPGDorvaSelinManagerPlugin> EPGDorvaSelinManagerPlugin::initWithBundle(
@@ -44,21 +42,21 @@ std::shared_ptr<EPGDorvaSelinManagerPlugin> EPGDorvaSelinManagerPlugin::initWith
 }
 
 EPGDorvaSelinManagerPlugin::EPGDorvaSelinManagerPlugin(Private /*key*/, std::shared_ptr<Bundle> bundle,
-                                                       const std::string& dataFolderPath, Environment& environment)
+                                                       const std::string& dataFolderPath, Environment& environment,
+                                                       std::shared_ptr<EPGItemStore> epgItems,
+                                                       std::shared_ptr<EPGItemList> editedItems)
     : environment_(environment),
       bundle_(std::move(bundle)),
       dataFolderPath_(dataFolderPath),
-      epgItems_(loadedStore(environment, storePath())),
-      editedItems_(std::make_shared<EPGItemList>()),
+      epgItems_(std::move(epgItems)),
+      editedItems_(std::move(editedItems)),
       shortDateFormatter_("yyyyMMdd"),
       dorvaSelinDateFormatter_("dd-MM-yyyy"),
       exportFailure_(errorWithMessage("EPG XML File Write Error")) {}
 
 EPGDorvaSelinManagerPlugin::~EPGDorvaSelinManagerPlugin() = default;
 
-std::string EPGDorvaSelinManagerPlugin::storePath() const {
-  return appendPathComponent(dataFolderPath_, storeFilename);
-}
+std::string EPGDorvaSelinManagerPlugin::storePath() const { return itemStorePath(dataFolderPath_); }
 
 void EPGDorvaSelinManagerPlugin::setDelegate(TelvarinManagerEPGPluginProtocol_Delegate* delegate) {
   delegate_ = delegate;
@@ -119,7 +117,7 @@ void EPGDorvaSelinManagerPlugin::duplicateEPGItemWithUniqueID(const std::string&
   const auto source = store ? store->item(sourceID) : nullptr;
   if (!source) return;
   // "uniqueID" goes on naming the source: nothing finds an item by it, and editing the target sets it right.
-  store->setItem(targetID, source->mutableCopy());
+  store->setItem(targetID, std::make_shared<MemoryItem>(source->values()));
   saveEPGItemsToFile();
 }
 
@@ -135,16 +133,14 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFile() {
   }
 }
 
-void EPGDorvaSelinManagerPlugin::detachSaveThread(EPGItemStoreSnapshot snapshot) {
-  // Shared, because what starts the thread copies what it is to run.
-  const auto shared = std::make_shared<const EPGItemStoreSnapshot>(std::move(snapshot));
-  environment_.detachThread([self = shared_from_this(), shared] { self->saveEPGItemsToFileThread(*shared); });
+void EPGDorvaSelinManagerPlugin::detachSaveThread(std::shared_ptr<const EPGItemStoreSnapshot> snapshot) {
+  environment_.detachThread([self = shared_from_this(), snapshot] { self->saveEPGItemsToFileThread(*snapshot); });
 }
 
 void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnapshot& snapshot) {
   busyWriting_ = true;
   try {
-    replaceFile(environment_, storePath(), [&](ByteSink& file) { return writeStore(file, snapshot) ? 0 : EILSEQ; });
+    replaceFile(environment_, storePath(), [&](ByteSink& file) { return writeItemStore(file, snapshot) ? 0 : EILSEQ; });
   } catch (const std::bad_alloc& exception) {
     logFailedSave(exception, ENOMEM);
   } catch (const std::exception& exception) {
@@ -173,7 +169,7 @@ void EPGDorvaSelinManagerPlugin::setEditedEPGUniqueIDs(const std::vector<std::st
     const auto store = epgItems();
     for (const std::string& uniqueID : uniqueIDs) {
       const auto stored = store ? store->item(uniqueID) : nullptr;
-      const auto workingCopy = stored ? stored->mutableCopy() : std::make_shared<EPGItem>();
+      const auto workingCopy = stored ? std::make_shared<MemoryItem>(stored->values()) : std::make_shared<MemoryItem>();
       workingCopy->set(ZRLEPGDSUniqueIDKey, uniqueID);
       list->append(workingCopy);
     }
@@ -222,44 +218,58 @@ void EPGDorvaSelinManagerPlugin::revertEditing() {
 // The day export.
 
 void EPGDorvaSelinManagerPlugin::exportEvents(std::vector<EPGEvent> events, const std::string& configurationFilename) {
+  if (!beginExport(configurationFilename)) return;
+  try {
+    // Handed over, not copied: on the thread there is nobody who could be told that memory ran out.
+    const auto shared = std::make_shared<const std::vector<EPGEvent>>(std::move(events));
+    environment_.detachThread([self = shared_from_this(), shared] { self->exportEventsThread(*shared); });
+  } catch (const std::exception&) {
+    failExport();
+  }
+}
+
+bool EPGDorvaSelinManagerPlugin::beginExport(const std::string& configurationFilename) {
   if (busyExporting_.exchange(true)) {
     const EPGError error{shortErrorDomain, EPGError::onlyCode, "Already Busy Exporting!"};
     reportExport(false, &error);
-    return;
+    return false;
   }
   try {
     auto configuration = std::make_shared<const PropertyListDictionary>(
         exportConfiguration(environment_, dataFolderPath_, configurationFilename));
-    {
-      const std::lock_guard<std::mutex> lock(fieldsMutex_);
-      configurationDictionary_.swap(configuration);
-    }
-    cancelExport_ = false;
-    detachExportThread(std::move(events));
+    const std::lock_guard<std::mutex> lock(fieldsMutex_);
+    configurationDictionary_.swap(configuration);
   } catch (const std::exception&) {
-    // Whatever kept it from starting: an export that was not refused is reported.
-    reportExport(false, &exportFailure_);
-    busyExporting_ = false;
+    failExport();
+    return false;
   }
+  cancelExport_ = false;
+  return true;
 }
 
-void EPGDorvaSelinManagerPlugin::detachExportThread(std::vector<EPGEvent> events) {
-  // Handed over, not copied: on the thread there is nobody who could be told that memory ran out.
-  const auto shared = std::make_shared<std::vector<EPGEvent>>(std::move(events));
-  environment_.detachThread([self = shared_from_this(), shared] { self->exportEventsThread(std::move(*shared)); });
+void EPGDorvaSelinManagerPlugin::failExport() {
+  // Whatever kept it from running: an export that was not refused is reported.
+  reportExport(false, &exportFailure_);
+  busyExporting_ = false;
 }
 
 void EPGDorvaSelinManagerPlugin::cancelExportEvents() { cancelExport_ = true; }
 
-void EPGDorvaSelinManagerPlugin::exportEventsThread(std::vector<EPGEvent> events) {
-  exportEventsRead([&events] { return std::move(events); });
+void EPGDorvaSelinManagerPlugin::exportEventsThread(const std::vector<EPGEvent>& events) {
+  runExport([&] { return writeXMLFile(EventOrder::byStart(events), environment_.now()); });
 }
 
-void EPGDorvaSelinManagerPlugin::exportEventsRead(const std::function<std::vector<EPGEvent>()>& read) {
+void EPGDorvaSelinManagerPlugin::exportEventsThread(const std::function<std::vector<EPGEvent>()>& read) {
+  runExport([&] {
+    const std::vector<EPGEvent> events = read();
+    return writeXMLFile(EventOrder::byStart(events), environment_.now());
+  });
+}
+
+void EPGDorvaSelinManagerPlugin::runExport(const std::function<bool()>& write) {
   bool written = false;
   try {
-    const std::vector<EPGEvent> events = read();
-    written = writeXMLFile(EventOrder::byStart(events), environment_.now());
+    written = write();
   } catch (const std::exception&) {
     written = false;
   }
@@ -279,12 +289,9 @@ bool EPGDorvaSelinManagerPlugin::isDateEqualToDate(std::optional<Instant> first,
 
 // The day file.
 
-EPGItemLookup EPGDorvaSelinManagerPlugin::itemLookup() const {
-  return [store = epgItems()](const std::string& uniqueID) -> std::optional<PropertyListDictionary> {
-    const auto item = store ? store->item(uniqueID) : nullptr;
-    if (!item) return std::nullopt;
-    return item->values();
-  };
+std::shared_ptr<const EPGItemStore> EPGDorvaSelinManagerPlugin::items() const {
+  const std::shared_ptr<EPGItemStore> store = epgItems();
+  return store ? store : std::make_shared<ShardedItemStore>();
 }
 
 bool EPGDorvaSelinManagerPlugin::writeXMLFileWithEvents(const std::vector<EPGEvent>& events, Instant date) const {
@@ -296,12 +303,9 @@ bool EPGDorvaSelinManagerPlugin::writeXMLFile(const EventOrder& events, Instant 
   const std::optional<std::string> folder = exportPath();
   // Without a folder the file would land wherever the host happens to have been started.
   if (!folder || folder->empty() || name.empty()) return false;
-  const auto itemsAhead = [store = epgItems()](const std::vector<const std::string*>& uniqueIDs) {
-    if (store) store->fetchAhead(uniqueIDs);
-  };
+  const std::shared_ptr<const EPGItemStore> items = this->items();
   const auto content = [&](ByteSink& file) {
-    const bool isWhole =
-        writeDayFile(file, LocalCalendar(), dorvaSelinDateFormatter_, itemLookup(), events, playbackHash(), itemsAhead);
+    const bool isWhole = writeDayFile(file, LocalCalendar(), dorvaSelinDateFormatter_, *items, events, playbackHash());
     return isWhole ? 0 : EILSEQ;
   };
   return replaceFile(environment_, appendPathComponent(*folder, name + ".xml"), content) == 0;
@@ -324,7 +328,7 @@ XMLElement EPGDorvaSelinManagerPlugin::tagsXMLElementWithTags(const PropertyList
 }
 
 std::optional<XMLElement> EPGDorvaSelinManagerPlugin::xmlEventWithDictionary(const EPGEvent& event) const {
-  return epg::xmlEventWithDictionary(LocalCalendar(), itemLookup(), event, playbackHash());
+  return epg::xmlEventWithDictionary(LocalCalendar(), *items(), event, playbackHash());
 }
 
 PlaybackIDHash EPGDorvaSelinManagerPlugin::playbackHash() const {

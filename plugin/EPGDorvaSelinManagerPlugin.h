@@ -14,10 +14,11 @@
 #include "export/DayFileElements.h"
 #include "export/EventOrder.h"
 #include "export/XMLElement.h"
+#include "model/EPGItemList.h"
+#include "model/EPGItemStore.h"
 #include "platform/LocalCalendar.h"
 #include "plugin/ObjectEnd.h"
 #include "plugin/TelvarinManagerEPGPluginProtocol.h"
-#include "store/EPGItemStore.h"
 
 namespace epg {
 
@@ -47,9 +48,11 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   static std::shared_ptr<EPGDorvaSelinManagerPlugin> initWithBundle(std::shared_ptr<Bundle> bundle,
                                                                     const std::string& dataFolderPath);
 
-  /// Only for `initWithBundle` and derived classes; the object has to be held by a shared pointer.
+  /// Only for `initWithBundle` and derived classes, which give the store and the list of their face; the object has to
+  /// be held by a shared pointer.
   EPGDorvaSelinManagerPlugin(Private, std::shared_ptr<Bundle> bundle, const std::string& dataFolderPath,
-                             Environment& environment);
+                             Environment& environment, std::shared_ptr<EPGItemStore> epgItems,
+                             std::shared_ptr<EPGItemList> editedItems);
   EPGDorvaSelinManagerPlugin(const EPGDorvaSelinManagerPlugin&) = delete;
   EPGDorvaSelinManagerPlugin& operator=(const EPGDorvaSelinManagerPlugin&) = delete;
   ~EPGDorvaSelinManagerPlugin() override;
@@ -86,7 +89,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   /// Writes the day file named after `date` into the export folder. False when it was not written, for any reason.
   bool writeXMLFileWithEvents(const std::vector<EPGEvent>& events, Instant date) const;
   /// The export thread's work: sorts, writes, reports.
-  void exportEventsThread(std::vector<EPGEvent> events);
+  void exportEventsThread(const std::vector<EPGEvent>& events);
 
   std::string shortDateStringWithDate(Instant date) const;
   XMLElement dateXMLElementWithDate(std::optional<Instant> date) const;
@@ -115,11 +118,18 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   // What a face whose platform has objects of its own does its own way.
 
   /// Makes `saveEPGItemsToFileThread` run with the snapshot on a thread that holds this object until it ends.
-  virtual void detachSaveThread(EPGItemStoreSnapshot snapshot);
-  /// Makes `exportEventsThread` run with the events on a thread that holds this object until it ends.
-  virtual void detachExportThread(std::vector<EPGEvent> events);
-  /// The export thread's work for events that are read there. What `read` throws is reported like any failure.
-  void exportEventsRead(const std::function<std::vector<EPGEvent>()>& read);
+  virtual void detachSaveThread(std::shared_ptr<const EPGItemStoreSnapshot> snapshot);
+
+  // An export in its two halves, for a face that brings its own list to a thread of its own.
+
+  /// On the thread that asks: whether the export may run, with the configuration read and the object marked busy. The
+  /// other half, or `failExport`, has to follow then. Otherwise it has been refused, or has failed, and is reported.
+  bool beginExport(const std::string& configurationFilename);
+  /// The work of the export's thread, for events that are read there. What `read` throws is reported like any failure.
+  void exportEventsThread(const std::function<std::vector<EPGEvent>()>& read);
+  /// Instead of it, when there is no thread for it.
+  void failExport();
+
   virtual std::shared_ptr<EPGDorvaSelinViewController> makeViewController(const std::string& nibName);
   virtual std::size_t hashOfPlaybackID(const std::string& playbackUniqueID) const;
 
@@ -127,8 +137,10 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::shared_ptr<const PropertyListDictionary> configurationDictionary() const;
   std::string storePath() const;
   PlaybackIDHash playbackHash() const;
-  EPGItemLookup itemLookup() const;
+  /// The live store, or one without items.
+  std::shared_ptr<const EPGItemStore> items() const;
   bool writeXMLFile(const EventOrder& events, Instant date) const;
+  void runExport(const std::function<bool()>& write);
   void reportExport(bool succeeded, const EPGError* error) const;
   void logFailedSave(const std::exception& exception, int error) const noexcept;
 

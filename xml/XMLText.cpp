@@ -164,11 +164,6 @@ std::string_view escapedForm(char character) {
 
 }  // namespace
 
-bool needsNoEscaping(std::string_view text) {
-  const char* const end = text.data() + text.size();
-  return findSpecial(text.data(), end) == end;
-}
-
 bool isUTF8(std::string_view text) { return lengthOfUTF8(text) == text.size(); }
 
 bool isCarriedByXML(std::string_view text) {

@@ -18,9 +18,6 @@ bool isCarriedByXML(std::string_view text);
 /// The text with U+FFFD for each character that cannot. Text that is not UTF-8 is left as it is.
 std::string carriedByXML(std::string_view text);
 
-/// Whether every character of the text stands for itself wherever in a document it is. May say no of such a text too.
-bool needsNoEscaping(std::string_view text);
-
 enum class XMLContext { Text, Attribute };
 enum class Apostrophes { AsTheyAre, AsReferences };
 

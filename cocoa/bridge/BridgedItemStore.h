@@ -2,38 +2,24 @@
 
 #import <Foundation/Foundation.h>
 
-#include <string>
-
-#import "cocoa/bridge/HandedOutObjects.h"
-#include "store/EPGItemStore.h"
+#include "store/ShardedItemStore.h"
 
 namespace epg::cocoa {
 
-/// The plug-in's own item store together with the objects that a host was handed out of it. They go with their
-/// entries, whoever removes or replaces those.
-class BridgedItemStore : public EPGItemStore {
+/// The plug-in's own item store, whose records keep the objects that a host was handed out of it. Hosts rely on a
+/// dictionary to keep what it holds, so such an object lives, and is the one handed out again, as long as its record.
+class BridgedItemStore : public ShardedItemStore {
  public:
-  BridgedItemStore() = default;
-  /// With all that stands in the other store, which is empty then.
-  explicit BridgedItemStore(EPGItemStore& other) { takeOver(other); }
+  using ShardedItemStore::ShardedItemStore;
 
-  /// What stands under the ID as an object, autoreleased; nil when nothing does.
-  id object(const std::string& uniqueID);
-  /// The object of a record of one of this store's snapshots, autoreleased: the one that is handed out for its entry,
-  /// as long as that stands in the store.
-  id objectOfRecord(const EPGItemStoreRecord& record);
-
-  void removeItem(const std::string& uniqueID) override;
-  void setEntry(const SharedText& uniqueID, EPGItemStoreEntry entry) override;
-  void removeEntry(const std::string& uniqueID) override;
-
- private:
-  id standingObject(const std::string& uniqueID, const EPGItemStoreEntry& given);
-
-  HandedOutObjects handedOut_;
+ protected:
+  /// An item that a host holds as an object already, as of the list under edit, is in this dictionary from now on, too.
+  void recordWillStand(const EPGItemStoreRecord& record) const override;
+  /// What was handed out lives on until the pool of the thread that removed or replaced it drains.
+  void recordIsGone(const EPGItemStoreRecord& record) const override;
 };
 
-/// The entry as an object, autoreleased, and kept among those that were handed out under the ID.
-id objectOfEntry(HandedOutObjects& handedOut, const std::string& uniqueID, const EPGItemStoreEntry& entry);
+/// What stands in the record as an object, autoreleased.
+id objectOfRecord(const EPGItemStoreRecord& record);
 
 }  // namespace epg::cocoa

@@ -10,6 +10,7 @@
 #import "cocoa/bridge/FoundationItem.h"
 #import "cocoa/bridge/FoundationValues.h"
 #import "cocoa/bridge/HandedOutObjects.h"
+#include "store/MemoryItem.h"
 
 namespace {
 
@@ -65,7 +66,7 @@ struct EPGDorvaSelinItemParts {
 }
 
 - (id)init {
-  return [self initWithItem:std::make_shared<epg::EPGItem>()];
+  return [self initWithItem:std::make_shared<epg::MemoryItem>()];
 }
 
 // Looking an object up and letting go of it may meet on two threads; the look-up must then know for certain whether

@@ -6,7 +6,7 @@
 
 #import "cocoa/bridge/BridgedItemStore.h"
 #import "cocoa/bridge/EPGDorvaSelinDictionary.h"
-#include "store/EPGItemStore.h"
+#include "model/EPGItemStore.h"
 
 /// An item store of the core as the live mutable dictionary that a host expects. Keys are strings. Any thread may
 /// read and change it at any time.
@@ -19,8 +19,7 @@
 /// What a store held at one moment, for its save thread: a dictionary of the items that the store holds too.
 @interface EPGDorvaSelinItemStoreSnapshot : NSDictionary {
  @private
-  epg::EPGItemStoreSnapshot* _snapshot;
-  epg::cocoa::HandedOutObjects* _handedOut;
+  std::shared_ptr<const epg::EPGItemStoreSnapshot>* _snapshot;
 }
 @end
 
@@ -31,8 +30,8 @@ NSMutableDictionary* objectOfStore(const std::shared_ptr<BridgedItemStore>& stor
 /// The store behind an object of `objectOfStore`; for another dictionary a store that uses it in place. Null for nil.
 std::shared_ptr<EPGItemStore> storeOfObject(NSMutableDictionary* object);
 
-NSDictionary* objectOfSnapshot(EPGItemStoreSnapshot snapshot);
+NSDictionary* objectOfSnapshot(std::shared_ptr<const EPGItemStoreSnapshot> snapshot);
 /// Of any dictionary; entries under keys that are no strings make a snapshot that cannot be written.
-EPGItemStoreSnapshot snapshotOfObject(NSDictionary* object);
+std::shared_ptr<const EPGItemStoreSnapshot> snapshotOfObject(NSDictionary* object);
 
 }  // namespace epg::cocoa

@@ -1,7 +1,5 @@
 #import "cocoa/bridge/EPGDorvaSelinItemStore.h"
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -10,7 +8,9 @@
 #import "cocoa/bridge/FoundationItemStore.h"
 #import "cocoa/bridge/FoundationValues.h"
 #import "cocoa/bridge/HostDictionary.h"
+#include "store/ShardedItemStore.h"
 
+using epg::cocoa::objectOfRecord;
 using epg::cocoa::optionalString;
 using epg::cocoa::toString;
 
@@ -27,22 +27,20 @@ epg::EPGItemStoreEntry entryOfObject(id object) {
 
 NSArray* keysOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
   NSMutableArray* keys = [NSMutableArray arrayWithCapacity:snapshot.size()];
-  for (const auto& [uniqueID, entry] : snapshot) {
-    [keys addObject:toString(uniqueID)];
+  for (const epg::EPGItemStoreRecord* const record : snapshot.records()) {
+    [keys addObject:toString(record->uniqueID)];
   }
   return keys;
 }
 
-/// With the object that `objectOfRecord` gives for each record.
-template <typename ObjectOfRecord>
-NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, const ObjectOfRecord& objectOfRecord) {
+NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
   std::vector<id> keys;
   std::vector<id> objects;
   keys.reserve(snapshot.size());
   objects.reserve(snapshot.size());
-  for (const epg::EPGItemStoreRecord& record : snapshot) {
-    keys.push_back(toString(record.uniqueID));
-    objects.push_back(objectOfRecord(record));
+  for (const epg::EPGItemStoreRecord* const record : snapshot.records()) {
+    keys.push_back(toString(record->uniqueID));
+    objects.push_back(epg::cocoa::objectOfRecord(*record));
   }
   return [NSDictionary dictionaryWithObjects:objects.data() forKeys:keys.data() count:keys.size()];
 }
@@ -76,21 +74,21 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, co
 }
 
 - (NSUInteger)count {
-  return (*_store)->snapshot().size();
+  return (*_store)->snapshot()->size();
 }
 
 - (id)objectForKey:(id)key {
   const std::optional<std::string> uniqueID = optionalString(key);
-  return uniqueID ? (*_store)->object(*uniqueID) : nil;
+  const auto record = uniqueID ? (*_store)->record(*uniqueID) : nullptr;
+  return record != nullptr ? objectOfRecord(*record) : nil;
 }
 
 - (NSArray*)allKeys {
-  return keysOfSnapshot((*_store)->snapshot());
+  return keysOfSnapshot(*(*_store)->snapshot());
 }
 
 - (NSDictionary*)entries {
-  epg::cocoa::BridgedItemStore& store = **_store;
-  return dictionaryOfSnapshot(store.snapshot(), [&](const auto& record) { return store.objectOfRecord(record); });
+  return dictionaryOfSnapshot(*(*_store)->snapshot());
 }
 
 - (void)setObject:(id)object forKey:(id<NSCopying>)key {
@@ -111,21 +109,20 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, co
 @end
 
 @interface EPGDorvaSelinItemStoreSnapshot ()
-- (id)initWithSnapshot:(epg::EPGItemStoreSnapshot)snapshot;
-- (const epg::EPGItemStoreSnapshot&)snapshot;
+- (id)initWithSnapshot:(std::shared_ptr<const epg::EPGItemStoreSnapshot>)snapshot;
+- (const std::shared_ptr<const epg::EPGItemStoreSnapshot>&)snapshot;
 @end
 
 @implementation EPGDorvaSelinItemStoreSnapshot
 
 // Of its own accord: the inherited initialisers all end in one of those below.
-- (id)initWithSnapshot:(epg::EPGItemStoreSnapshot)snapshot {
-  _snapshot = new epg::EPGItemStoreSnapshot(std::move(snapshot));
-  _handedOut = new epg::cocoa::HandedOutObjects;
+- (id)initWithSnapshot:(std::shared_ptr<const epg::EPGItemStoreSnapshot>)snapshot {
+  _snapshot = new std::shared_ptr<const epg::EPGItemStoreSnapshot>(std::move(snapshot));
   return self;
 }
 
 - (id)init {
-  return [self initWithSnapshot:epg::EPGItemStoreSnapshot()];
+  return [self initWithSnapshot:epg::ShardedItemStore().snapshot()];
 }
 
 - (id)initWithObjects:(const id[])objects forKeys:(const id<NSCopying>[])keys count:(NSUInteger)count {
@@ -134,35 +131,30 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot, co
 }
 
 - (void)dealloc {
-  delete _handedOut;
   delete _snapshot;
   [super dealloc];
 }
 
-- (const epg::EPGItemStoreSnapshot&)snapshot {
+- (const std::shared_ptr<const epg::EPGItemStoreSnapshot>&)snapshot {
   return *_snapshot;
 }
 
 - (NSUInteger)count {
-  return _snapshot->size();
+  return (*_snapshot)->size();
 }
 
 - (id)objectForKey:(id)key {
   const std::optional<std::string> uniqueID = optionalString(key);
-  const epg::EPGItemStoreRecord* const found = uniqueID ? _snapshot->find(*uniqueID) : nullptr;
-  return found != nullptr ? epg::cocoa::objectOfEntry(*_handedOut, std::string(found->uniqueID), found->entry) : nil;
+  const epg::EPGItemStoreRecord* const found = uniqueID ? (*_snapshot)->find(*uniqueID) : nullptr;
+  return found != nullptr ? objectOfRecord(*found) : nil;
 }
 
 - (NSEnumerator*)keyEnumerator {
-  return [keysOfSnapshot(*_snapshot) objectEnumerator];
+  return [keysOfSnapshot(**_snapshot) objectEnumerator];
 }
 
 - (NSEnumerator*)objectEnumerator {
-  epg::cocoa::HandedOutObjects& handedOut = *_handedOut;
-  const auto objectOfRecord = [&](const epg::EPGItemStoreRecord& record) {
-    return epg::cocoa::objectOfEntry(handedOut, std::string(record.uniqueID), record.entry);
-  };
-  return [dictionaryOfSnapshot(*_snapshot, objectOfRecord) objectEnumerator];
+  return [dictionaryOfSnapshot(**_snapshot) objectEnumerator];
 }
 
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state objects:(id*)buffer count:(NSUInteger)length {
@@ -212,31 +204,30 @@ std::shared_ptr<EPGItemStore> storeOfObject(NSMutableDictionary* object) {
   return std::make_shared<FoundationItemStore>(object);
 }
 
-NSDictionary* objectOfSnapshot(EPGItemStoreSnapshot snapshot) {
+NSDictionary* objectOfSnapshot(std::shared_ptr<const EPGItemStoreSnapshot> snapshot) {
   return [[[EPGDorvaSelinItemStoreSnapshot alloc] initWithSnapshot:std::move(snapshot)] autorelease];
 }
 
-EPGItemStoreSnapshot snapshotOfObject(NSDictionary* object) {
+std::shared_ptr<const EPGItemStoreSnapshot> snapshotOfObject(NSDictionary* object) {
   if ([object isKindOfClass:[EPGDorvaSelinItemStoreSnapshot class]]) {
     return [static_cast<EPGDorvaSelinItemStoreSnapshot*>(object) snapshot];
   }
   if ([object isKindOfClass:[EPGDorvaSelinItemStore class]]) {
     return [static_cast<EPGDorvaSelinItemStore*>(object) store]->snapshot();
   }
-  std::vector<EPGItemStoreRecord> records;
-  std::vector<EPGItemStoreRecord> foreign;
-  const std::vector<std::pair<id, id>> entries = entriesOfHostDictionary(object);
-  records.reserve(entries.size());
-  for (const auto& [key, value] : entries) {
+  ShardedItemStore copy;
+  std::vector<id> foreignKeys;
+  for (const auto& [key, value] : entriesOfHostDictionary(object)) {
     if ([key isKindOfClass:[NSString class]]) {
-      records.push_back({fromString(key), entryOfObject(value)});
+      copy.setEntry(fromString(key), entryOfObject(value));
     } else {
-      foreign.push_back({fromString([key description]), EPGItemStoreEntry{nullptr, foreignObject(key)}});
+      foreignKeys.push_back(key);
     }
   }
   // Last, so that none is lost behind a text that reads like it.
-  std::move(foreign.begin(), foreign.end(), std::back_inserter(records));
-  return EPGItemStoreSnapshot(std::move(records));
+  for (id key : foreignKeys)
+    copy.setEntry(fromString([key description]), EPGItemStoreEntry{nullptr, foreignObject(key)});
+  return copy.snapshot();
 }
 
 }  // namespace epg::cocoa

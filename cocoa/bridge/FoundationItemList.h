@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
 
 #include "model/EPGItemList.h"
 
@@ -24,7 +23,6 @@ class FoundationItemList : public EPGItemList {
   std::shared_ptr<EPGItem> at(std::size_t index) const override;
   void append(std::shared_ptr<EPGItem> item) override;
   void clear() override { [array_ removeAllObjects]; }
-  std::optional<std::size_t> changeCount() const override { return std::nullopt; }
 
  private:
   NSMutableArray* array_;

@@ -2,12 +2,10 @@
 
 #import <Foundation/Foundation.h>
 
-#include <cstddef>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "store/EPGItemStore.h"
+#include "model/EPGItemStore.h"
 
 namespace epg::cocoa {
 
@@ -24,9 +22,7 @@ class FoundationItemStore : public EPGItemStore {
   std::shared_ptr<EPGItem> item(const std::string& uniqueID) const override;
   void setItem(const SharedText& uniqueID, std::shared_ptr<EPGItem> item) override;
   void removeItem(const std::string& uniqueID) override;
-  std::size_t size() const override;
-  std::vector<std::string> uniqueIDs() const override;
-  EPGItemStoreSnapshot snapshot() const override;
+  std::shared_ptr<const EPGItemStoreSnapshot> snapshot() const override;
 
  private:
   NSMutableDictionary* dictionary_;

@@ -1,7 +1,5 @@
 #import "cocoa/bridge/FoundationItemStore.h"
 
-#include <algorithm>
-
 #import "cocoa/bridge/EPGDorvaSelinItem.h"
 #import "cocoa/bridge/EPGDorvaSelinItemStore.h"
 #import "cocoa/bridge/FoundationValues.h"
@@ -29,19 +27,8 @@ void FoundationItemStore::removeItem(const std::string& uniqueID) {
   }
 }
 
-std::size_t FoundationItemStore::size() const { return uniqueIDs().size(); }
-
-std::vector<std::string> FoundationItemStore::uniqueIDs() const {
-  std::vector<std::string> uniqueIDs;
-  for (const auto& [uniqueID, entry] : snapshot()) {
-    if (entry.item != nullptr) {
-      uniqueIDs.emplace_back(uniqueID);
-    }
-  }
-  std::sort(uniqueIDs.begin(), uniqueIDs.end());
-  return uniqueIDs;
+std::shared_ptr<const EPGItemStoreSnapshot> FoundationItemStore::snapshot() const {
+  return snapshotOfObject(dictionary_);
 }
-
-EPGItemStoreSnapshot FoundationItemStore::snapshot() const { return snapshotOfObject(dictionary_); }
 
 }  // namespace epg::cocoa

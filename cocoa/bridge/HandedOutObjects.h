@@ -2,18 +2,15 @@
 
 #import <Foundation/Foundation.h>
 
-#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <unordered_map>
 
-#include "model/EPGItem.h"
 #include "plist/PropertyList.h"
 
 namespace epg::cocoa {
 
-/// The objects that a dictionary has handed out of itself. Hosts rely on a dictionary to keep what it holds, so an
+/// The objects that an item has handed out for its values. Hosts rely on a dictionary to keep what it holds, so an
 /// object lives here, and is the one handed out again, for as long as its value stands. Any thread.
 class HandedOutObjects {
  public:
@@ -24,18 +21,16 @@ class HandedOutObjects {
 
   /// The object for what stands under the key now, autoreleased.
   id object(const std::string& key, const PropertyList& value);
-  id object(const std::string& key, const std::shared_ptr<EPGItem>& item);
   /// What was handed out under the key lives on until the pool drains.
   void forget(const std::string& key);
 
  private:
   struct Kept {
-    std::optional<PropertyList> value;  ///< What the object was made of; nothing for an item's.
+    PropertyList value;  ///< What the object was made of.
     id object = nil;
   };
 
   id knownObject(const std::string& key, const PropertyList& value);
-  id keep(const std::string& key, Kept kept);
 
   std::mutex mutex_;
   std::unordered_map<std::string, Kept> kept_;

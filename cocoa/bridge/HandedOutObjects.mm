@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#import "cocoa/bridge/EPGDorvaSelinItem.h"
 #import "cocoa/bridge/FoundationValues.h"
 
 namespace epg::cocoa {
@@ -15,31 +14,23 @@ HandedOutObjects::~HandedOutObjects() {
   }
 }
 
-id HandedOutObjects::object(const std::string& key, const PropertyList& value) {
-  if (id known = knownObject(key, value)) {
-    return known;
-  }
-  return keep(key, Kept{value, toObject(value)});
-}
-
-id HandedOutObjects::object(const std::string& key, const std::shared_ptr<EPGItem>& item) {
-  return keep(key, Kept{std::nullopt, objectOfItem(item)});
-}
-
 id HandedOutObjects::knownObject(const std::string& key, const PropertyList& value) {
   const std::lock_guard<std::mutex> lock(mutex_);
   const auto known = kept_.find(key);
   return known != kept_.end() && known->second.value == value ? [[known->second.object retain] autorelease] : nil;
 }
 
-id HandedOutObjects::keep(const std::string& key, Kept kept) {
-  [kept.object retain];
+id HandedOutObjects::object(const std::string& key, const PropertyList& value) {
+  if (id known = knownObject(key, value)) {
+    return known;
+  }
+  Kept kept{value, [toObject(value) retain]};
   id object = nil;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     Kept& known = kept_[key];
     // Another thread may have made one of the same value, which is in use by now.
-    if (!kept.value || known.value != kept.value) {
+    if (known.object == nil || known.value != kept.value) {
       std::swap(known, kept);
     }
     object = [known.object retain];

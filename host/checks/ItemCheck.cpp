@@ -49,7 +49,7 @@ bool startsBefore(const EPGEvent& a, const EPGEvent& b) {
 
 }  // namespace
 
-std::vector<Finding> itemFindings(const Schedule& schedule, const EPGItemLookup& itemWithUniqueID,
+std::vector<Finding> itemFindings(const Schedule& schedule, const EPGItemStore& items,
                                   const std::vector<std::string>& catalogue) {
   std::vector<Finding> findings;
   std::map<std::string, const EPGEvent*> firstEvents;
@@ -57,7 +57,7 @@ std::vector<Finding> itemFindings(const Schedule& schedule, const EPGItemLookup&
     const EPGEvent& event = scheduled.event;
     if (!event.eventEPGUniqueID) {
       findings.push_back({event.eventEPGStartDateTime, std::nullopt, "no EPG unique ID: left out of the export"});
-    } else if (!itemWithUniqueID(*event.eventEPGUniqueID)) {
+    } else if (!items.item(*event.eventEPGUniqueID)) {
       findings.push_back({event.eventEPGStartDateTime, event.eventEPGUniqueID, "no item: left out of the export"});
     } else {
       const EPGEvent*& first = firstEvents[*event.eventEPGUniqueID];
@@ -66,7 +66,7 @@ std::vector<Finding> itemFindings(const Schedule& schedule, const EPGItemLookup&
   }
   const std::set<std::string> tags(catalogue.begin(), catalogue.end());
   for (const auto& [uniqueID, event] : firstEvents) {
-    addItemFindings(*event, *itemWithUniqueID(uniqueID), tags, &findings);
+    addItemFindings(*event, *items.valuesOf(uniqueID), tags, &findings);
   }
   return findings;
 }

@@ -25,15 +25,10 @@ std::vector<Finding> findingsIn(CommandContext& context, const Schedule& schedul
   PluginSession session(context, PluginSession::Purpose::Reading);
   const Progress progress(context.messages, "Checking the events");
   const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
-  const EPGItemLookup lookup = [store](const std::string& id) -> std::optional<PropertyListDictionary> {
-    const std::shared_ptr<EPGItem> item = store->item(id);
-    if (!item) return std::nullopt;
-    return item->values();
-  };
   const std::vector<std::string> catalogue = tagCatalogue(session);
   if (catalogue.empty()) throw Refusal(missingCatalogueMessage(context, session));
   std::vector<Finding> findings = timeFindings(schedule, calendar);
-  std::vector<Finding> ofItems = itemFindings(schedule, lookup, catalogue);
+  std::vector<Finding> ofItems = itemFindings(schedule, *store, catalogue);
   std::move(ofItems.begin(), ofItems.end(), std::back_inserter(findings));
   std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
     if (!a.time || !b.time) return a.time.has_value() && !b.time;

@@ -22,7 +22,7 @@
 #include "host/terminal/LineText.h"
 #include "host/terminal/Messages.h"
 #include "host/terminal/Progress.h"
-#include "platform/FetchAhead.h"
+#include "store/MemoryItem.h"
 
 namespace epg {
 
@@ -62,7 +62,7 @@ class EntryMaker {
     ++made.programmes;
     SharedText uniqueID(epgUniqueID(programme));
     if (!seen_.insert(uniqueID).second) return;
-    auto item = std::make_shared<EPGItem>(items_.itemOfProgramme(programme, uniqueID));
+    auto item = std::make_shared<MemoryItem>(items_.itemOfProgramme(programme, uniqueID));
     made.entries.push_back(GuideEntry{std::move(uniqueID), std::move(item)});
   }
 
@@ -108,23 +108,13 @@ GuideEntries readGuideEntries(CommandContext& context, const std::string& path) 
   return std::move(maker.made);
 }
 
-/// The entries' IDs lie all over memory. They are fetched while those before them are filed.
-void fetchIDAhead(const std::vector<GuideEntry>& entries, std::size_t index) {
-  constexpr std::size_t ahead = 8;
-  constexpr std::size_t usualID = 64;  // Bytes.
-  if (index + ahead < entries.size()) fetchAhead(entries[index + ahead].uniqueID.block(), usualID);
-}
-
 ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vector<GuideEntry> entries, bool replace) {
   const Progress progress(context.messages, "Making entries");
   ImportCounts counts;
-  const std::size_t itemsBefore = store.size();
-  const EPGItemStoreSnapshot before = store.snapshot();
+  const std::shared_ptr<const EPGItemStoreSnapshot> before = store.snapshot();
   std::unordered_set<std::string_view> known;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    fetchIDAhead(entries, i);
-    GuideEntry& entry = entries[i];
-    const EPGItemStoreRecord* const stored = before.find(entry.uniqueID);
+  for (GuideEntry& entry : entries) {
+    const EPGItemStoreRecord* const stored = before->find(entry.uniqueID);
     if (!stored) {
       store.setItem(entry.uniqueID, std::move(entry.item));
       continue;
@@ -140,12 +130,12 @@ ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vect
     if (replaced == values) {
       ++counts.kept;
     } else {
-      store.setItem(entry.uniqueID, std::make_shared<EPGItem>(std::move(replaced)));
+      store.setItem(entry.uniqueID, std::make_shared<MemoryItem>(std::move(replaced)));
       ++counts.replaced;
     }
   }
   // Not each that was filed: a programme that is shown again may have been filed again.
-  counts.added = store.size() - itemsBefore;
+  counts.added = store.snapshot()->size() - before->size();
   return counts;
 }
 

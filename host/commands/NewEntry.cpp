@@ -2,13 +2,13 @@
 
 #include "host/terminal/LineText.h"
 #include "host/terminal/Refusal.h"
-#include "store/EPGItemStore.h"
+#include "model/EPGItemStore.h"
 #include "xml/XMLText.h"
 
 namespace epg {
 
 std::string noItemMessage(const EPGItemStore& store, const std::string& id) {
-  if (!store.entry(id)) return escapedForLine(id) + ": no such entry";
+  if (!store.snapshot()->find(id)) return escapedForLine(id) + ": no such entry";
   return "the store holds something under " + escapedForLine(id) +
          " that is no entry; it is left as it is (EPGItems.plist)";
 }
@@ -20,7 +20,7 @@ void refuseUnsavableID(const std::string& id) {
 
 void refuseUnusableID(const EPGItemStore& store, const std::string& id) {
   if (id.empty()) throw Refusal("an entry cannot be made under an empty EPG unique ID");
-  if (store.entry(id)) throw Refusal(noItemMessage(store, id));
+  if (store.snapshot()->find(id)) throw Refusal(noItemMessage(store, id));
 }
 
 }  // namespace epg

@@ -35,11 +35,12 @@ void refuseMissingFolder(CommandContext& context, PluginSession::Purpose purpose
 
 /// The plug-in starts with an empty store when the file cannot be read, whatever the reason, and says nothing.
 void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& store) {
-  if (store.size() > 0) return;
+  const std::size_t entries = store.snapshot()->size();
+  if (entries > 0) return;
   const std::string path = storePath(context);
   const std::optional<std::string> content = contentIfThere(context.environment, path);
   if (!content) return;
-  if (dictionaryInPropertyList(*content, path).size() != store.snapshot().size()) {
+  if (dictionaryInPropertyList(*content, path).size() != entries) {
     throw Refusal(path + ": could not be read at the first try; nothing was done");
   }
 }
@@ -48,7 +49,9 @@ void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& stor
 std::string changedIDsMessage(const EPGItemStore& store) {
   std::string first;
   std::size_t count = 0;
-  for (const auto& [id, entry] : store.snapshot()) {
+  const std::shared_ptr<const EPGItemStoreSnapshot> now = store.snapshot();
+  for (const EPGItemStoreRecord* const record : now->records()) {
+    const std::string_view id = record->uniqueID;
     if (isCarriedByXML(id)) continue;
     if (count == 0 || id < first) first = id;
     ++count;

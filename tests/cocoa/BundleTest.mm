@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "store/ItemStoreFile.h"
 #import "tests/cocoa/BundleUser.h"
 #import "tests/cocoa/MemoryRounds.h"
 #import "tests/cocoa/ObjectCount.h"
@@ -337,7 +338,7 @@ TEST_F(Bundle, EarlierStoreCanBeSetAgain) {
 
 TEST_F(Bundle, WithoutAStoreNothingIsWritten) {
   EPGDorvaSelinManagerPlugin* plugin = newPlugin();
-  ASSERT_TRUE(writeStore(dictionary(@"E1", dictionary(@"title", @"A"))));
+  ASSERT_TRUE(writeItemStore(dictionary(@"E1", dictionary(@"title", @"A"))));
   [plugin setEpgItems:nil];
   [plugin setEditedItems:nil];
   [plugin setEditedEPGUniqueIDs:only(@"E1")];
@@ -620,7 +621,7 @@ TEST_F(Bundle, UnknownKeysSurviveFileEditDuplicateAndSave) {
 }
 
 TEST_F(Bundle, ValueThatIsNoPropertyListComesBackAndMakesTheWriteFailSilently) {
-  ASSERT_TRUE(writeStore(dictionary(@"E1", dictionary(@"title", @"Old"))));
+  ASSERT_TRUE(writeItemStore(dictionary(@"E1", dictionary(@"title", @"Old"))));
   EPGDorvaSelinManagerPlugin* plugin = newPlugin();
   NSObject* strange = [[[NSObject alloc] init] autorelease];
   NSDictionary* numbered = [NSDictionary dictionaryWithObject:@"x" forKey:[NSNumber numberWithInt:1]];
@@ -646,7 +647,7 @@ TEST_F(Bundle, ValueThatIsNoPropertyListComesBackAndMakesTheWriteFailSilently) {
 }
 
 TEST_F(Bundle, KeysOfAnItemThatAreNoStringsStayAndMakeTheWriteFailSilently) {
-  ASSERT_TRUE(writeStore(dictionary(@"E1", dictionary(@"title", @"Old"))));
+  ASSERT_TRUE(writeItemStore(dictionary(@"E1", dictionary(@"title", @"Old"))));
   EPGDorvaSelinManagerPlugin* plugin = newPlugin();
   NSNumber* one = [NSNumber numberWithInt:1];
   NSMutableDictionary* given = dictionary(@"title", @"New");

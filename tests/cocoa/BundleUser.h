@@ -10,6 +10,7 @@
 #import "cocoa/EPGDorvaSelinManagerPlugin.h"
 #import "cocoa/EPGDorvaSelinViewController.h"
 #import "cocoa/NSString+HTML.h"
+#include "store/ItemStoreFile.h"
 
 // The tests see the bundle as a host does: loaded at run time, its classes found by name.
 
@@ -70,7 +71,7 @@ class BundleUser : public testing::Test {
   /// The store file as it is, nil when it cannot be read.
   NSDictionary* savedStore() const;
   bool eventuallySaved(NSDictionary* expected) const;
-  bool writeStore(NSDictionary* store) const;
+  bool writeItemStore(NSDictionary* store) const;
   /// The one day file of the export folder, nil when there is none.
   NSString* dayFile() const;
   /// A playback that lasts half an hour.

@@ -1,4 +1,5 @@
 #import "tests/cocoa/BundleUser.h"
+#include "store/ItemStoreFile.h"
 
 #include <stdlib.h>
 #include <time.h>
@@ -156,7 +157,7 @@ bool BundleUser::eventuallySaved(NSDictionary* expected) const {
   return eventually([&] { return [savedStore() isEqual:expected] != NO; });
 }
 
-bool BundleUser::writeStore(NSDictionary* store) const {
+bool BundleUser::writeItemStore(NSDictionary* store) const {
   NSData* data = [NSPropertyListSerialization dataFromPropertyList:store
                                                             format:NSPropertyListXMLFormat_v1_0
                                                   errorDescription:NULL];

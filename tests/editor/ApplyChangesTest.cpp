@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "store/MemoryItem.h"
 #include "tests/support/Dictionary.h"
 #include "tests/support/Editor.h"
 
@@ -282,12 +283,12 @@ TEST_F(ApplyChanges, ReachesAnItemThatWasAppendedSinceTheRefresh) {
 TEST_F(ApplyChanges, ChangesAllEntriesOfAnItemAtOneMoment) {
   const Item item = itemWith({{"title", "A"}, {"description", "A"}, {"imageURL", "A"}});
   editor.show({item});
-  const std::size_t before = EPGItem::changeCount();
+  const std::size_t before = MemoryItem::changeCount();
   editor.views.title.type("B");
   editor.views.description.type("B");
   editor.views.imageURL.type("B");
   editor->applyChanges();
-  EXPECT_EQ(EPGItem::changeCount(), before + 1);
+  EXPECT_EQ(MemoryItem::changeCount(), before + 1);
 }
 
 }  // namespace

@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <optional>
 
-#include "model/EPGItemList.h"
+#include "store/MemoryItemList.h"
 
 namespace epg::test {
 
 /// A list that does not tell when it changes, as one whose items are a face's own: every state is computed when it is
 /// asked for.
-class ListWithoutCount : public EPGItemList {
+class ListWithoutCount : public MemoryItemList {
  public:
   std::optional<std::size_t> changeCount() const override { return std::nullopt; }
 };

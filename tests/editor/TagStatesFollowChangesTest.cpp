@@ -5,10 +5,13 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "store/MemoryItem.h"
+#include "store/MemoryItemList.h"
 #include "tests/editor/ListWithoutCount.h"
 #include "tests/support/Editor.h"
 
@@ -192,12 +195,15 @@ class LeadingItem : public EPGItem {
  public:
   explicit LeadingItem(Item follower) : follower_(std::move(follower)) {}
 
+  PropertyListDictionary values() const override { return own_.values(); }
+  void remove(const std::string& key) override { own_.remove(key); }
   void setValues(const std::vector<PropertyListDictionary::Entry>& entries) override {
-    EPGItem::setValues(entries);
+    own_.setValues(entries);
     follower_->set(ZRLEPGDSTagsKey, listOfNames({"y"}));
   }
 
  private:
+  MemoryItem own_;
   Item follower_;
 };
 
@@ -212,6 +218,8 @@ TEST_F(ShownTagStates, FollowAChangeThatAnItemMakesElsewhereDuringTheClick) {
 class SilentItem : public EPGItem {
  public:
   PropertyListDictionary values() const override { return entries; }
+  void setValues(const std::vector<PropertyListDictionary::Entry>& /*entries*/) override {}
+  void remove(const std::string& /*key*/) override {}
 
   PropertyListDictionary entries;
 };
@@ -255,9 +263,11 @@ TEST_F(ShownTagStates, FollowFromAListWithACountToOneWithoutAndBack) {
 }
 
 /// A list that knows only sometimes whether it has changed.
-class ListWithACountAtTimes : public EPGItemList {
+class ListWithACountAtTimes : public MemoryItemList {
  public:
-  std::optional<std::size_t> changeCount() const override { return known ? EPGItemList::changeCount() : std::nullopt; }
+  std::optional<std::size_t> changeCount() const override {
+    return known ? MemoryItemList::changeCount() : std::nullopt;
+  }
 
   bool known = true;
 };

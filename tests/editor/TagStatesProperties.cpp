@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "store/MemoryItemList.h"
 #include "tests/editor/ListWithoutCount.h"
 #include "tests/support/Editor.h"
 #include "tests/support/Property.h"
@@ -28,7 +29,7 @@ TEST(TagStatesOfRandomItems, AreThoseOfTheNaiveRule) {
     tell("catalogue", catalogue);
     tell("items", naive);
     NaiveItems pointers;
-    const auto counted = std::make_shared<EPGItemList>();
+    const auto counted = std::make_shared<MemoryItemList>();
     const auto uncounted = std::make_shared<ListWithoutCount>();
     for (NaiveItem& item : naive) {
       pointers.push_back(&item);
@@ -50,7 +51,7 @@ class TwoListsOfTheSameItems {
   TwoListsOfTheSameItems(const Names& catalogue, std::vector<NaiveItem> items)
       : catalogue_(catalogue), editor_(catalogue), naive_(std::move(items)) {
     for (const NaiveItem& item : naive_) items_.push_back(itemWith(entriesOf(item)));
-    lists_ = {std::make_shared<EPGItemList>(), std::make_shared<ListWithoutCount>()};
+    lists_ = {std::make_shared<MemoryItemList>(), std::make_shared<ListWithoutCount>()};
     editor_->setItems(lists_[0]);
   }
 

@@ -67,7 +67,7 @@ Entries itemEntries() {
 }
 
 std::optional<std::string> plain(const ItemsForDayFile& items, const std::vector<EPGEvent>& events) {
-  return plainDayFile(LocalCalendar(), DateFormatter("dd-MM-yyyy"), items.lookup(), events);
+  return naiveDayFile(LocalCalendar(), DateFormatter("dd-MM-yyyy"), items.store(), events);
 }
 
 TEST(NaiveDayFileProperties, EveryDayFileIsThatOfTheNaiveWay) {

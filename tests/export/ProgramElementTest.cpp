@@ -16,7 +16,7 @@ namespace {
 class ProgramElementTest : public testing::Test {
  protected:
   std::optional<XMLElement> programOf(const EPGEvent& one) const {
-    return xmlEventWithDictionary(LocalCalendar(), items.lookup(), one);
+    return xmlEventWithDictionary(LocalCalendar(), items.store(), one);
   }
   XMLElement made(const EPGEvent& one) const {
     const auto program = programOf(one);
@@ -97,7 +97,7 @@ TEST_F(ProgramElementTest, TheSamePlaybackIDGivesTheSameId) {
 
 TEST_F(ProgramElementTest, IdIsTheNumberThatTheGivenHashMakes) {
   const auto zero = [](const std::string& /*playbackID*/) { return std::size_t{0}; };
-  const auto program = xmlEventWithDictionary(LocalCalendar(), items.lookup(), withPlaybackID(event, "P"), zero);
+  const auto program = xmlEventWithDictionary(LocalCalendar(), items.store(), withPlaybackID(event, "P"), zero);
   ASSERT_TRUE(program);
   EXPECT_EQ("0", program->attributes.at(0).second);
 }

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "store/ItemStoreFile.h"
 #include "tests/host/CommandTest.h"
 #include "tests/support/TimeZone.h"
 
@@ -13,8 +14,8 @@ using testing::HasSubstr;
 class CheckCommand : public CommandTest {
  protected:
   CheckCommand() {
-    writeStore(storeOf({item("E1", {{"title", "One"}, {"description", "D"}, {"tags", names({"Live"})}}),
-                        item("E2", {{"title", "Two"}, {"tags", names({"Lvie"})}})}));
+    writeItemStore(storeOf({item("E1", {{"title", "One"}, {"description", "D"}, {"tags", names({"Live"})}}),
+                            item("E2", {{"title", "Two"}, {"tags", names({"Lvie"})}})}));
   }
 
   static std::string event(const std::string& id, const std::string& start, const std::string& end) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "store/ItemStoreFile.h"
 #include "tests/host/CommandTest.h"
 
 namespace epg::test {
@@ -206,7 +207,7 @@ TEST_F(CommandLine, TakesOneNameForEachTagOption) {
 }
 
 TEST_F(CommandLine, TakesTheDataFolderBeforeAndBehindTheCommand) {
-  writeStore(storeOf({item("E1", {{"title", "One"}})}));
+  writeItemStore(storeOf({item("E1", {{"title", "One"}})}));
   EXPECT_EQ(runWell({"--data-folder", dataFolder(), "list"}).output, "E1\tOne\n");
   EXPECT_EQ(runWell({"list", "--data-folder", dataFolder()}).output, "E1\tOne\n");
   EXPECT_EQ(runWell({"--data-folder=" + dataFolder() + "/", "list"}).output, "E1\tOne\n");

@@ -8,6 +8,7 @@
 #include "host/terminal/Messages.h"
 #include "model/KeyConstants.h"
 #include "plist/PropertyListFile.h"
+#include "store/ItemStoreFile.h"
 
 namespace epg::test {
 
@@ -47,7 +48,7 @@ std::string CommandTest::writeGuide(const std::string& elements) const {
   return write("guide.xml", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<tv>\n" + elements + "</tv>\n");
 }
 
-void CommandTest::writeStore(const PropertyListDictionary& entries) const {
+void CommandTest::writeItemStore(const PropertyListDictionary& entries) const {
   if (!exists(dataFolder())) folder_.makeFolder("data");
   writeFile(storePath(), propertyListXML(PropertyList(entries)).value_or(""));
 }

@@ -10,6 +10,7 @@
 #include "host/commands/CommandContext.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "plist/PropertyList.h"
+#include "store/ItemStoreFile.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
@@ -38,7 +39,7 @@ class CommandTest : public testing::Test {
   /// Writes a guide that holds the given XML inside its <tv> element.
   std::string writeGuide(const std::string& elements) const;
   /// Makes the data folder with an item store of these entries.
-  void writeStore(const PropertyListDictionary& entries) const;
+  void writeItemStore(const PropertyListDictionary& entries) const;
   PropertyListDictionary store() const;
   std::string storePath() const { return dataFolder() + "/EPGItems.plist"; }
   std::string dataFolder() const { return file("data"); }

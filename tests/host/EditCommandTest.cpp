@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "store/ItemStoreFile.h"
 #include "tests/host/CommandTest.h"
 
 namespace epg::test {
@@ -15,9 +16,9 @@ using testing::HasSubstr;
 class EditCommand : public CommandTest {
  protected:
   EditCommand() {
-    writeStore(storeOf({item("A", {{"title", "Alpha"}, {"description", "Same"}, {"tags", names({"Live", "News"})}}),
-                        item("B", {{"title", "Beta"}, {"description", "Same"}, {"tags", names({"News", "Old"})}}),
-                        item("C", {{"title", "Alpha"}, {"extra", PropertyList::fromBoolean(true)}})}));
+    writeItemStore(storeOf({item("A", {{"title", "Alpha"}, {"description", "Same"}, {"tags", names({"Live", "News"})}}),
+                            item("B", {{"title", "Beta"}, {"description", "Same"}, {"tags", names({"News", "Old"})}}),
+                            item("C", {{"title", "Alpha"}, {"extra", PropertyList::fromBoolean(true)}})}));
   }
 
   PropertyListDictionary entry(const std::string& id) {
@@ -50,7 +51,7 @@ TEST_F(EditCommand, ShowAnIDWithoutEntryAsTheEditorDoes) {
 }
 
 TEST_F(EditCommand, ShowTextsOnOneLine) {
-  writeStore(storeOf({item("A", {{"description", "Two\nlines \\ and \xC2\x9B"}})}));
+  writeItemStore(storeOf({item("A", {{"description", "Two\nlines \\ and \xC2\x9B"}})}));
   EXPECT_THAT(linesOf(runWell({"show", "A"}).output),
               testing::Contains("Description: Two\\nlines \\\\ and \\xC2\\x9B"));
 }
@@ -92,7 +93,7 @@ TEST_F(EditCommand, LeavesFieldsThatAreNotGivenAsAnOperatorLeavesThem) {
 }
 
 TEST_F(EditCommand, GivesAllEntriesTheTextThatTheFirstWithOneHas) {
-  writeStore(storeOf({item("A", {}), item("B", {{"imageURL", "X"}})}));
+  writeItemStore(storeOf({item("A", {}), item("B", {{"imageURL", "X"}})}));
   runWell({"edit", "A", "B", "--tag", "Live"});
   EXPECT_EQ(*entry("A").find("imageURL"), PropertyList("X"));
 }
@@ -219,7 +220,7 @@ TEST_F(EditCommand, EditsAHundredThousandEntriesAtOnce) {
     entries.emplace_back(id, item(id, {{"title", "Title " + std::to_string(i)}, {"tags", names({"News"})}}));
     ids += id + "\n";
   }
-  writeStore(PropertyListDictionary(std::move(entries)));
+  writeItemStore(PropertyListDictionary(std::move(entries)));
   const CommandResult result = runWell({"edit", "-", "--description", "D", "--tag", "Live"}, ids + "new\n");
   EXPECT_EQ(result.output, "New entry: new\n100001 entries edited\n");
   const PropertyListDictionary after = store();
@@ -234,7 +235,7 @@ TEST_F(EditCommand, EditsAHundredThousandEntriesAtOnce) {
 TEST_F(EditCommand, LeavesWhatIsNoEntryAsItIs) {
   PropertyListDictionary content;
   content.set("b", "kept by another tool");
-  writeStore(content);
+  writeItemStore(content);
   const CommandResult result = run({"edit", "b", "--title", "X"});
   EXPECT_EQ(result.status, 1);
   EXPECT_THAT(result.messages, HasSubstr("under b that is no entry"));

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "store/ItemStoreFile.h"
 #include "tests/host/CommandTest.h"
 
 namespace epg::test {
@@ -27,7 +28,7 @@ std::string storeWithAnIDThatXMLCannotHold() {
 class EntryCommands : public CommandTest {
  protected:
   EntryCommands() {
-    writeStore(storeOf(
+    writeItemStore(storeOf(
         {item("E2", {{"title", "Two"}}), item("E1", {{"title", "One"}, {"tags", names({"Live"})}}), item("E3", {})}));
   }
 };
@@ -63,7 +64,7 @@ TEST_F(EntryCommands, RefuseAFolderThatSomebodyNamedAndThatIsNotThere) {
 TEST_F(EntryCommands, TellAnEntryThatIsNoneFromOneThatIsNotThere) {
   PropertyListDictionary strange = store();
   strange.set("b", "kept by another tool");
-  writeStore(strange);
+  writeItemStore(strange);
   const std::string words = "the store holds something under b that is no entry; it is left as it is (EPGItems.plist)";
   EXPECT_EQ(run({"edit", "b", "--title", "T"}).messages, words + "\n");
   EXPECT_EQ(run({"show", "b"}).messages, words + "; the editor shows it empty\n");
@@ -166,7 +167,7 @@ TEST_F(EntryCommands, DoNotSayThatThereIsNoConfigurationWhereTheFolderCannotBeLi
 
 TEST_F(EntryCommands, ListsIDsThatRemoveTakesBack) {
   const std::string odd = "a\nb\t\\ -\xE2\x80\xAE";
-  writeStore(storeOf({item(odd, {{"title", "Odd"}}), item("E1", {{"title", "One"}})}));
+  writeItemStore(storeOf({item(odd, {{"title", "Odd"}}), item("E1", {{"title", "One"}})}));
   const std::string listing = runWell({"list"}).output;
   const std::string line = linesOf(listing)[1];
   runWell({"remove", "-"}, line.substr(0, line.find('\t')) + "\n");
@@ -264,11 +265,11 @@ TEST_F(EntryCommands, DoNotTakeAStoreForEmptyThatCouldNotBeReadOnce) {
 }
 
 TEST_F(EntryCommands, WorkOnAStoreThatHoldsNoItems) {
-  writeStore({});
+  writeItemStore({});
   EXPECT_EQ(runWell({"list"}).output, "");
   PropertyListDictionary strange;
   strange.set("E1", "no item");
-  writeStore(strange);
+  writeItemStore(strange);
   EXPECT_EQ(runWell({"list"}).output, "");
   runWell({"edit", "E2", "--title", "T"});
   EXPECT_EQ(store().size(), 2U);

@@ -7,6 +7,7 @@
 
 #include "host/terminal/LineText.h"
 #include "plist/PropertyListFile.h"
+#include "store/ItemStoreFile.h"
 #include "tests/host/CommandTest.h"
 #include "tests/support/DayFileReader.h"
 #include "tests/support/TimeZone.h"
@@ -31,8 +32,8 @@ const char* const twoEvents =
 class ExportCommand : public CommandTest {
  protected:
   ExportCommand() {
-    writeStore(storeOf({item("E1", {{"title", "Morning Prayer"}, {"tags", names({"Live", "Family"})}}),
-                        item("E2", {{"title", "Kids' Corner"}, {"description", "Q&A with guests"}})}));
+    writeItemStore(storeOf({item("E1", {{"title", "Morning Prayer"}, {"tags", names({"Live", "Family"})}}),
+                            item("E2", {{"title", "Kids' Corner"}, {"description", "Q&A with guests"}})}));
   }
 
   std::string eventsFile() const { return write("events.plist", twoEvents); }

@@ -6,6 +6,7 @@
 
 #include "host/guide/EPGUniqueID.h"
 #include "host/guide/XMLTVGuide.h"
+#include "store/ItemStoreFile.h"
 #include "tests/host/CommandTest.h"
 #include "tests/host/GzipData.h"
 
@@ -85,7 +86,7 @@ TEST_F(ImportCommand, CountsAnEntryOnceHoweverFarApartItsProgrammeIsShown) {
   runWell({"edit", idOf(guide, 1), "--title", "Edited"});
   PropertyListDictionary changed = store();
   changed.set(idOf(guide, 2), "no entry");
-  writeStore(changed);
+  writeItemStore(changed);
   const CommandResult result = runWell({"import", guide, "--replace"});
   EXPECT_EQ(result.output, "60 programmes, 1 new entry, 18 kept entries, 1 replaced entry\n");
   EXPECT_EQ(std::count(result.messages.begin(), result.messages.end(), '\n'), 1) << result.messages;
@@ -117,12 +118,13 @@ TEST_F(ImportCommand, LeavesWhatTheOperatorEdited) {
 
 TEST_F(ImportCommand, ReplacesTheMetadataWhenToldAndNothingElse) {
   const std::string guide = writeGuide(twoProgrammes);
-  writeStore(storeOf({item(idOf(guide, 0), {{"title", "Edited"},
-                                            {"description", "Edited"},
-                                            {"tags", names({"Sport"})},
-                                            {"archiveNumber", PropertyList::fromInteger(7)}}),
-                      item(idOf(guide, 1), {{"title", "Bare"}, {"description", "Added"}, {"tags", names({"Sport"})}}),
-                      item("other", {{"title", "Not in the guide"}})}));
+  writeItemStore(
+      storeOf({item(idOf(guide, 0), {{"title", "Edited"},
+                                     {"description", "Edited"},
+                                     {"tags", names({"Sport"})},
+                                     {"archiveNumber", PropertyList::fromInteger(7)}}),
+               item(idOf(guide, 1), {{"title", "Bare"}, {"description", "Added"}, {"tags", names({"Sport"})}}),
+               item("other", {{"title", "Not in the guide"}})}));
   const CommandResult result = runWell({"import", "--replace", guide});
   EXPECT_EQ(result.output, "2 programmes, 0 new entries, 0 kept entries, 2 replaced entries\n");
   EXPECT_EQ(store(),
@@ -137,7 +139,7 @@ TEST_F(ImportCommand, ReplacesTheMetadataWhenToldAndNothingElse) {
 TEST_F(ImportCommand, KeepsWhatIsInTheStoreBesides) {
   PropertyListDictionary before = storeOf({item("E1", {{"title", "One"}, {"x", PropertyList::fromReal(1.5)}})});
   before.set("no item", "a string");
-  writeStore(before);
+  writeItemStore(before);
   runWell({"import", writeGuide(twoProgrammes)});
   PropertyListDictionary after = store();
   EXPECT_EQ(after.size(), 4U);
@@ -176,7 +178,7 @@ TEST_F(ImportCommand, RefusesAStoreThatCannotBeRead) {
       {"<plist><array/></plist>", "its top level is not a dictionary"},
       {"bplist00", "not a property list: "}};
   for (const auto& [content, problem] : stores) {
-    writeStore({});
+    writeItemStore({});
     writeFile(storePath(), content);
     const CommandResult result = run({"import", guide});
     EXPECT_EQ(result.status, 1);
@@ -185,7 +187,7 @@ TEST_F(ImportCommand, RefusesAStoreThatCannotBeRead) {
     EXPECT_EQ(contentOf(storePath()), content);
   }
   removeAll(storePath());
-  writeStore({});
+  writeItemStore({});
   removeAll(storePath());
   ASSERT_EQ(run({"--data-folder", file("data/EPGItems.plist/x"), "import", guide}).status, 0);
   EXPECT_EQ(run({"import", guide}).messages, storePath() + ": Not a regular file\n");
@@ -193,7 +195,7 @@ TEST_F(ImportCommand, RefusesAStoreThatCannotBeRead) {
 
 TEST_F(ImportCommand, ReportsASaveThatFailed) {
   const std::string guide = writeGuide(twoProgrammes);
-  writeStore(storeOf({item("E1", {{"title", "One"}})}));
+  writeItemStore(storeOf({item("E1", {{"title", "One"}})}));
   const std::string before = contentOf(storePath());
   useEnvironment([](Messages& messages) { return std::make_unique<FailingDisk>(messages, ENOSPC); });
   const CommandResult result = run({"import", guide});
@@ -229,7 +231,7 @@ TEST_F(ImportCommand, LeavesWhatIsNoEntryAsItIs) {
   const std::string id = idOf(guide, 0);
   PropertyListDictionary before;
   before.set(id, "kept by another tool");
-  writeStore(before);
+  writeItemStore(before);
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"import", guide}, {"import", guide, "--replace"}}) {
     EXPECT_THAT(runWell(arguments).messages, HasSubstr("the store holds something under " + id + " that is no entry"));

@@ -28,7 +28,7 @@ Schedule scheduleOf(std::vector<ScheduledEvent> events) {
 /// "ID at seconds: text" for each finding.
 std::vector<std::string> findings(const Schedule& schedule, const ItemsForDayFile& items) {
   std::vector<std::string> texts;
-  for (const Finding& finding : itemFindings(schedule, items.lookup(), {"Live", "News"})) {
+  for (const Finding& finding : itemFindings(schedule, items.store(), {"Live", "News"})) {
     const std::string time =
         finding.time ? std::to_string(static_cast<int>(finding.time->secondsSinceReferenceDate)) : "-";
     texts.push_back(finding.uniqueID.value_or("-") + " at " + time + ": " + finding.text);

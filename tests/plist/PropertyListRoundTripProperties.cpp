@@ -104,7 +104,7 @@ TEST(PropertyListRoundTrip, WhatIsWrittenReadsBackEqual) {
 TEST(PropertyListRoundTrip, TheFileIsThatOfTheNaiveWay) {
   expectForCases(usualCases, [] {
     const PropertyList list = anyValue(3);
-    HOLDS(propertyListXML(list) == plainPropertyListXML(list));
+    HOLDS(propertyListXML(list) == naivePropertyListXML(list));
   });
 }
 
@@ -161,7 +161,7 @@ TEST(PropertyListRoundTrip, NoEntryIsLostWhateverCharactersItsKeyHolds) {
     const auto back = parsePropertyList(*file);
     HOLDS(back.has_value());
     HOLDS(back->asDictionary()->size() == dictionary.size());
-    HOLDS(plainPropertyListXML(PropertyList(dictionary)) == file);
+    HOLDS(naivePropertyListXML(PropertyList(dictionary)) == file);
   });
 }
 

@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "store/MemoryItem.h"
 #include "tests/support/NaiveEditor.h"
 #include "tests/support/SessionTest.h"
 
@@ -160,7 +161,7 @@ class EditingSessionAmongThreads : public SessionTest {
   void expectOneCommitInTheStoreFile() const {
     for (const auto& [id, item] : storeFile()) {
       ASSERT_TRUE(item.asDictionary()) << id;
-      const EPGItem read(*item.asDictionary());
+      const MemoryItem read(*item.asDictionary());
       expectOneCommit(textOf(read, "title").value_or("(none)"), textOf(read, "description").value_or("(none)"),
                       textOf(read, "imageURL").value_or("(none)"), tagsOf(read).value_or(Names()));
     }
@@ -212,7 +213,7 @@ TEST_F(EditingSessionAmongThreads, BesideASaveAndAnExportInEveryRoundEndsAsIfItW
   // Looking at a file takes longer than writing it; now and then is enough.
   constexpr std::size_t looks = 16;
   std::thread saving(everyRound([&](std::size_t round) {
-    plugin->saveEPGItemsToFileThread(plugin->epgItems()->snapshot());
+    plugin->saveEPGItemsToFileThread(*plugin->epgItems()->snapshot());
     if (round % looks == 0) expectOneCommitInTheStoreFile();
   }));
   std::thread exporting(everyRound([&](std::size_t round) {
@@ -265,8 +266,9 @@ TEST_F(EditingSessionAmongThreads, ReadersSeeOnlyWholeCommits) {
   };
   std::thread reading([&] {
     while (!isOver()) {
-      for (const auto& [id, entry] : plugin->epgItems()->snapshot()) {
-        const EPGItem seen(entry.item->values());
+      const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = plugin->epgItems()->snapshot();
+      for (const EPGItemStoreRecord* const record : snapshot->records()) {
+        const MemoryItem seen(record->entry.item->values());
         expectOneCommit(textOf(seen, "title").value_or("(none)"), textOf(seen, "description").value_or("(none)"),
                         textOf(seen, "imageURL").value_or("(none)"), tagsOf(seen).value_or(Names()));
       }

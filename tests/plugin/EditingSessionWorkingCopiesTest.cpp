@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "store/ShardedItemStore.h"
 #include "tests/support/SessionTest.h"
 
 namespace epg::test {
@@ -151,7 +152,7 @@ TEST_F(EditingSessionWorkingCopies, OfAStoreEntryThatIsNoItemAreNew) {
 
 TEST_F(EditingSessionWorkingCopies, AreMadeFromTheStoreThatTheHostHasSet) {
   put("A", {{"title", "old store"}});
-  const auto other = std::make_shared<EPGItemStore>();
+  const auto other = std::make_shared<ShardedItemStore>();
   other->setItem("A", itemTitled("new store"));
   plugin->setEpgItems(other);
   plugin->setEditedEPGUniqueIDs({"A"});

@@ -4,6 +4,7 @@
 #include <new>
 #include <thread>
 
+#include "store/ShardedItemStore.h"
 #include "tests/support/PluginTest.h"
 
 namespace epg::test {
@@ -114,7 +115,7 @@ TEST_F(LifetimeTest, TheStoreGoesWithTheObjectUnlessTheHostHoldsIt) {
 }
 
 TEST_F(LifetimeTest, WhenTheEndIsToldEverythingTheObjectOwnedIsGone) {
-  class Watched : public EPGItemStore {
+  class Watched : public ShardedItemStore {
    public:
     explicit Watched(bool& gone) : gone_(gone) {}
     ~Watched() override { gone_ = true; }

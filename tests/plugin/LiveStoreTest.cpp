@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "store/ShardedItemStore.h"
 #include "tests/support/PluginTest.h"
 
 namespace epg::test {
@@ -60,13 +61,17 @@ TEST_F(LiveStoreTest, WorkingCopiesThatAreNotCommittedAreNotExported) {
 }
 
 /// A store that runs something when an item is looked up.
-class WatchedStore : public EPGItemStore {
+class WatchedStore : public ShardedItemStore {
  public:
   std::function<void(const std::string&)> duringLookup;
 
   std::shared_ptr<EPGItem> item(const std::string& uniqueID) const override {
     if (duringLookup) duringLookup(uniqueID);
-    return EPGItemStore::item(uniqueID);
+    return ShardedItemStore::item(uniqueID);
+  }
+  std::vector<std::optional<PropertyListDictionary>> values(
+      const std::vector<const std::string*>& uniqueIDs) const override {
+    return EPGItemStore::values(uniqueIDs);
   }
 };
 

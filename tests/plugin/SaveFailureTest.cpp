@@ -237,7 +237,7 @@ TEST_F(SaveFailureTest, RunningOutOfMemoryLeavesOneLineInTheLogAndTheOldFile) {
 
 TEST_F(SaveFailureTest, AnExceptionOfAnotherKindIsNotCaught) {
   environment.before(Call::Open, "EPGItems.plist", []() -> int { throw 7; });
-  EXPECT_THROW(plugin->saveEPGItemsToFileThread(plugin->epgItems()->snapshot()), int);
+  EXPECT_THROW(plugin->saveEPGItemsToFileThread(*plugin->epgItems()->snapshot()), int);
   EXPECT_THAT(environment.logged(), IsEmpty());
   EXPECT_EQ(old, contentOf(storePath()));
 }

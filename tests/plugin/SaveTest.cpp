@@ -1,5 +1,7 @@
 #include <sys/stat.h>
 
+#include "store/MemoryItem.h"
+#include "store/ShardedItemStore.h"
 #include "tests/support/PluginTest.h"
 #include "tests/support/RandomText.h"
 
@@ -62,7 +64,7 @@ TEST_F(SaveTest, TheOrderInWhichItemsCameDoesNotShow) {
   for (int i = 0; i < 50; ++i) put(std::to_string(i), {});
   save();
   const std::string first = contentOf(storePath());
-  plugin->setEpgItems(std::make_shared<EPGItemStore>());
+  plugin->setEpgItems(std::make_shared<ShardedItemStore>());
   for (int i = 49; i >= 0; --i) put(std::to_string(i), {});
   save();
   EXPECT_EQ(first, contentOf(storePath()));
@@ -92,7 +94,7 @@ TEST_F(SaveTest, TextsComeBackAsTheyWereTyped) {
 TEST_F(SaveTest, WhiteSpaceAndLineEndsComeBack) {
   const PropertyListDictionary item =
       dictionaryOf({{ZRLEPGDSTitleKey, " \t\n "}, {ZRLEPGDSDescriptionKey, "\r\na\rb\r"}, {" key ", "\n"}});
-  plugin->epgItems()->setItem(" E\n1 ", std::make_shared<EPGItem>(item));
+  plugin->epgItems()->setItem(" E\n1 ", std::make_shared<MemoryItem>(item));
   save();
   start();
   EXPECT_EQ(item, itemInStore(" E\n1 "));

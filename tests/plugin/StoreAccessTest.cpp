@@ -3,6 +3,7 @@
 #include <atomic>
 #include <thread>
 
+#include "store/ShardedItemStore.h"
 #include "tests/support/PluginTest.h"
 
 namespace epg::test {
@@ -27,14 +28,14 @@ TEST_F(StoreAccessTest, TheStoreIsAlwaysTheSameObjectUntilItIsReplaced) {
   put("E1", {});
   plugin->removeEPGItemsWithUniqueIDs({"E1"});
   EXPECT_EQ(store, plugin->epgItems());
-  const auto another = std::make_shared<EPGItemStore>();
+  const auto another = std::make_shared<ShardedItemStore>();
   plugin->setEpgItems(another);
   EXPECT_EQ(another, plugin->epgItems());
 }
 
 TEST_F(StoreAccessTest, AReplacedStoreIsWhatIsEditedSavedAndExported) {
   put("E1", {});
-  const auto another = std::make_shared<EPGItemStore>(dictionaryOf({{"E2", dictionaryOf({})}}));
+  const auto another = std::make_shared<ShardedItemStore>(dictionaryOf({{"E2", dictionaryOf({})}}));
   plugin->setEpgItems(another);
   plugin->duplicateEPGItemWithUniqueID("E2", "E3");
   environment.waitForThreads();
@@ -46,7 +47,7 @@ TEST_F(StoreAccessTest, AReplacedStoreIsWhatIsEditedSavedAndExported) {
 TEST_F(StoreAccessTest, AReadStoreStaysValidAfterItWasReplaced) {
   put("E1", {{ZRLEPGDSTitleKey, "A"}});
   const auto held = plugin->epgItems();
-  plugin->setEpgItems(std::make_shared<EPGItemStore>());
+  plugin->setEpgItems(std::make_shared<ShardedItemStore>());
   EXPECT_EQ("A", textOf(*held->item("E1"), ZRLEPGDSTitleKey));
 }
 
@@ -76,7 +77,7 @@ TEST_F(StoreAccessTest, TheListUnderEditCanBeReplacedAndRead) {
 
 TEST_F(StoreAccessTest, AccessorsMayBeUsedWhileAnotherThreadReplacesTheirFields) {
   const auto withItem = [] {
-    auto store = std::make_shared<EPGItemStore>();
+    auto store = std::make_shared<ShardedItemStore>();
     store->setItem("E1", itemTitled("A"));
     return store;
   };

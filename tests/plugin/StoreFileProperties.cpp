@@ -11,7 +11,10 @@
 #include <utility>
 #include <vector>
 
-#include "store/EPGItemStore.h"
+#include "model/EPGItemStore.h"
+#include "store/ItemStoreFile.h"
+#include "store/MemoryItem.h"
+#include "store/ShardedItemStore.h"
 #include "tests/support/HostileText.h"
 #include "tests/support/NaivePropertyListXML.h"
 #include "tests/support/Property.h"
@@ -27,7 +30,7 @@ using Entries = std::vector<PropertyListDictionary::Entry>;
 std::optional<std::string> fileOf(const EPGItemStoreSnapshot& snapshot) {
   std::string file;
   StringSink sink(file);
-  if (!writeStore(sink, snapshot)) return std::nullopt;
+  if (!writeItemStore(sink, snapshot)) return std::nullopt;
   sink.flush();
   return file;
 }
@@ -81,10 +84,10 @@ TEST(StoreFileProperties, EveryStoreFileIsThatOfTheNaiveWay) {
   std::size_t refused = 0;
   std::size_t written = 0;
   expectForCases(1000, [&] {
-    EPGItemStore store;
+    ShardedItemStore store;
     for (Times items(0, 30); items.next();) {
       const std::string id = uniqueID();
-      store.setItem(id, std::make_shared<EPGItem>(item()));
+      store.setItem(id, std::make_shared<MemoryItem>(item()));
     }
     for (Times others(0, 2); others.next();) {
       const std::string id = uniqueID();
@@ -92,10 +95,10 @@ TEST(StoreFileProperties, EveryStoreFileIsThatOfTheNaiveWay) {
       entry.value = leaf();
       store.setEntry(id, std::move(entry));
     }
-    const EPGItemStoreSnapshot snapshot = store.snapshot();
-    const auto file = fileOf(snapshot);
+    const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = store.snapshot();
+    const auto file = fileOf(*snapshot);
     tell("file", file);
-    HOLDS(file == plainPropertyListXML(propertyListOfStore(snapshot)));
+    HOLDS(file == naivePropertyListXML(propertyListOfStore(snapshot)));
     ++(file ? written : refused);
   });
   // Neither answer may be given always.

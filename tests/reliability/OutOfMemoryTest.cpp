@@ -17,6 +17,7 @@
 #include "platform/Environment.h"
 #include "plist/PropertyListFile.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
+#include "store/MemoryItem.h"
 #include "tests/reliability/Shortage.h"
 #include "tests/support/Dictionary.h"
 #include "tests/support/TemporaryFolder.h"
@@ -72,7 +73,7 @@ class OutOfMemory : public testing::TestWithParam<Shortage::Failing> {
     plugin = EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, dataFolder, environment);
     plugin->setDelegate(&delegate);
     for (int i = 0; i < 5; ++i) {
-      auto item = std::make_shared<EPGItem>();
+      auto item = std::make_shared<MemoryItem>();
       const std::string number = std::to_string(i);
       item->set("title", "A title that is too long to be kept without memory, number " + number);
       item->set("tags", PropertyList::Array{"Live", "A tag with quite a long name"});
@@ -114,8 +115,8 @@ constexpr std::size_t endless = 100000;
 }  // namespace
 
 TEST_P(OutOfMemory, WhileTheStoreIsWrittenLeavesAWholeFileAndTheMarkCleared) {
-  const EPGItemStoreSnapshot snapshot = plugin->epgItems()->snapshot();
-  plugin->saveEPGItemsToFileThread(snapshot);
+  const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = plugin->epgItems()->snapshot();
+  plugin->saveEPGItemsToFileThread(*snapshot);
   const std::string written = contentOf(storePath());
   ASSERT_FALSE(written.empty());
 
@@ -126,7 +127,7 @@ TEST_P(OutOfMemory, WhileTheStoreIsWrittenLeavesAWholeFileAndTheMarkCleared) {
     environment.clear();
     {
       const Shortage shortage(number, GetParam());
-      plugin->saveEPGItemsToFileThread(snapshot);
+      plugin->saveEPGItemsToFileThread(*snapshot);
     }
     ASSERT_FALSE(plugin->busyWriting());
     ASSERT_EQ(0, environment.otherLines);

@@ -19,7 +19,7 @@ void saveManyStores(const std::string& dataFolder, const std::string& title) {
   for (int round = 0; round < rounds; ++round) {
     const auto plugin = EPGDorvaSelinManagerPlugin::initWithBundle(nullptr, dataFolder, environment);
     for (int i = 0; i < 20; ++i) plugin->epgItems()->setItem("E" + std::to_string(i), itemTitled(title));
-    plugin->saveEPGItemsToFileThread(plugin->epgItems()->snapshot());
+    plugin->saveEPGItemsToFileThread(*plugin->epgItems()->snapshot());
   }
 }
 

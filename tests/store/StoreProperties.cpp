@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 
+#include "store/MemoryItem.h"
 #include "tests/support/PluginTest.h"
 #include "tests/support/Property.h"
 #include "tests/support/RandomText.h"
@@ -64,7 +65,7 @@ TEST(StoreProperties, AnyOrderOfOperationsEndsAsInAMap) {
         default: {
           const PropertyListDictionary values = dictionaryOf(
               {{ZRLEPGDSTitleKey, asXMLCarries(characterFrom(step))}, {"step", PropertyList::fromUnsigned(step)}});
-          running.plugin->epgItems()->setItem(id, std::make_shared<EPGItem>(values));
+          running.plugin->epgItems()->setItem(id, std::make_shared<MemoryItem>(values));
           model[id] = values;
           break;
         }

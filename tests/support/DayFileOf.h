@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +9,8 @@
 #include "export/DayFile.h"
 #include "model/KeyConstants.h"
 #include "plist/PropertyList.h"
+#include "store/MemoryItem.h"
+#include "store/ShardedItemStore.h"
 #include "tests/support/Dictionary.h"
 
 namespace epg::test {
@@ -22,24 +23,19 @@ class ItemsForDayFile {
   explicit ItemsForDayFile(Entries entries) { add("E", std::move(entries)); }
 
   ItemsForDayFile& add(const std::string& uniqueID, Entries entries) {
-    items_[uniqueID] = PropertyListDictionary(std::move(entries));
+    store_->setItem(uniqueID, std::make_shared<MemoryItem>(PropertyListDictionary(std::move(entries))));
     return *this;
   }
 
-  EPGItemLookup lookup() const {
-    return [items = items_](const std::string& uniqueID) {
-      const auto item = items.find(uniqueID);
-      return item == items.end() ? std::nullopt : std::optional<PropertyListDictionary>(item->second);
-    };
-  }
+  const EPGItemStore& store() const { return *store_; }
 
   /// The bytes of the day file, nothing when it cannot be written.
   std::optional<std::string> dayFile(const std::vector<EPGEvent>& events) const {
-    return dayFileContent(LocalCalendar(), DateFormatter("dd-MM-yyyy"), lookup(), events);
+    return dayFileContent(LocalCalendar(), DateFormatter("dd-MM-yyyy"), store(), events);
   }
 
  private:
-  std::map<std::string, PropertyListDictionary> items_;
+  std::shared_ptr<ShardedItemStore> store_ = std::make_shared<ShardedItemStore>();
 };
 
 }  // namespace epg::test

@@ -18,7 +18,7 @@ std::string catalogueFile(const Names& tags) {
   PropertyListDictionary catalogue;
   catalogue.set("tags", listOfNames(tags));
   // The writer of the plug-in takes a mebibyte for every file, which is much for the editors of a property.
-  return plainPropertyListXML(PropertyList(std::move(catalogue))).value_or("");
+  return naivePropertyListXML(PropertyList(std::move(catalogue))).value_or("");
 }
 
 Editor::Editor(const Names& catalogue, ViewIs view) {

@@ -9,6 +9,8 @@
 #include "model/EPGItemList.h"
 #include "model/KeyConstants.h"
 #include "plist/PropertyList.h"
+#include "store/MemoryItem.h"
+#include "store/MemoryItemList.h"
 
 namespace epg::test {
 
@@ -16,7 +18,7 @@ using Item = std::shared_ptr<EPGItem>;
 using Names = std::vector<std::string>;
 
 inline Item itemWith(std::vector<PropertyListDictionary::Entry> entries) {
-  return std::make_shared<EPGItem>(PropertyListDictionary(std::move(entries)));
+  return std::make_shared<MemoryItem>(PropertyListDictionary(std::move(entries)));
 }
 
 inline PropertyList listOfNames(const Names& names) {
@@ -30,7 +32,7 @@ inline Item itemWithoutTags() { return itemWith({}); }
 inline Item itemTitled(const std::string& title) { return itemWith({{ZRLEPGDSTitleKey, title}}); }
 
 inline std::shared_ptr<EPGItemList> listOf(const std::vector<Item>& items) {
-  auto list = std::make_shared<EPGItemList>();
+  auto list = std::make_shared<MemoryItemList>();
   for (const Item& item : items) list->append(item);
   return list;
 }

@@ -49,8 +49,8 @@ bool appendXMLElement(std::string& document, const XMLElement& element, int leve
   return true;
 }
 
-std::optional<std::string> plainDayFile(const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
-                                        const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
+std::optional<std::string> naiveDayFile(const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
+                                        const EPGItemStore& items, const std::vector<EPGEvent>& events,
                                         const PlaybackIDHash& hash) {
   const auto rootDate = [&](std::optional<Instant> date) {
     return date ? rootDateFormatter.stringFromDate(*date) : std::string();
@@ -61,7 +61,7 @@ std::optional<std::string> plainDayFile(const LocalCalendar& calendar, const Dat
                                events.empty() ? std::string() : rootDate(events.front().eventEPGStartDateTime));
   root.attributes.emplace_back("dateTo", events.empty() ? std::string() : rootDate(events.back().eventEPGEndDateTime));
   for (const EPGEvent& event : events) {
-    root.addChild(xmlEventWithDictionary(calendar, itemWithUniqueID, event, hash));
+    root.addChild(xmlEventWithDictionary(calendar, items, event, hash));
   }
   std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
   if (!appendXMLElement(document, root, 0)) return std::nullopt;

@@ -15,8 +15,8 @@ bool appendXMLElement(std::string& document, const XMLElement& element, int leve
 
 /// The day file in the plainest way, to be compared with: the elements of every event, serialised, and the apostrophe
 /// pass over the whole document.
-std::optional<std::string> plainDayFile(const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
-                                        const EPGItemLookup& itemWithUniqueID, const std::vector<EPGEvent>& events,
+std::optional<std::string> naiveDayFile(const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
+                                        const EPGItemStore& items, const std::vector<EPGEvent>& events,
                                         const PlaybackIDHash& hash = playbackIDHash);
 
 }  // namespace epg::test

@@ -148,7 +148,7 @@ class Writer {
 
 }  // namespace
 
-std::optional<std::string> plainPropertyListXML(const PropertyList& value) {
+std::optional<std::string> naivePropertyListXML(const PropertyList& value) {
   Writer writer;
   if (!writer.value(value, 1)) return std::nullopt;
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

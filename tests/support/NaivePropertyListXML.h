@@ -8,6 +8,6 @@
 namespace epg::test {
 
 /// What `epg::propertyListXML` makes, in the plainest way, to be compared with it.
-std::optional<std::string> plainPropertyListXML(const PropertyList& value);
+std::optional<std::string> naivePropertyListXML(const PropertyList& value);
 
 }  // namespace epg::test

@@ -54,7 +54,7 @@ std::optional<Names> SessionTest::tagsInFile(const std::string& uniqueID) const 
   const PropertyListDictionary file = storeFile();
   const PropertyList* const entry = file.find(uniqueID);
   if (!entry || !entry->asDictionary()) return std::nullopt;
-  return tagsOf(EPGItem(*entry->asDictionary()));
+  return tagsOf(MemoryItem(*entry->asDictionary()));
 }
 
 }  // namespace epg::test

@@ -1,4 +1,4 @@
-#include "model/EPGItem.h"
+#include "store/MemoryItem.h"
 
 #include <gtest/gtest.h>
 
@@ -13,13 +13,13 @@
 namespace epg::test {
 namespace {
 
-TEST(EPGItemTest, StartsEmpty) {
-  const EPGItem item;
+TEST(MemoryItemTest, StartsEmpty) {
+  const MemoryItem item;
   EXPECT_TRUE(item.values().empty());
 }
 
-TEST(EPGItemTest, ValuesThatWereReadNeverChange) {
-  EPGItem item(dictionaryOf({{ZRLEPGDSTitleKey, "before"}}));
+TEST(MemoryItemTest, ValuesThatWereReadNeverChange) {
+  MemoryItem item(dictionaryOf({{ZRLEPGDSTitleKey, "before"}}));
   const PropertyListDictionary before = item.values();
   item.set(ZRLEPGDSTitleKey, "after");
   item.set("more", "x");
@@ -27,41 +27,27 @@ TEST(EPGItemTest, ValuesThatWereReadNeverChange) {
   EXPECT_EQ(dictionaryOf({{"more", "x"}, {ZRLEPGDSTitleKey, "after"}}), item.values());
 }
 
-TEST(EPGItemTest, SetPutsOneValueInAndKeepsTheOthers) {
-  EPGItem item(dictionaryOf({{"a", "1"}, {"b", PropertyList::fromInteger(2)}}));
+TEST(MemoryItemTest, SetPutsOneValueInAndKeepsTheOthers) {
+  MemoryItem item(dictionaryOf({{"a", "1"}, {"b", PropertyList::fromInteger(2)}}));
   item.set("a", PropertyList::fromBoolean(true));
   EXPECT_EQ(dictionaryOf({{"a", PropertyList::fromBoolean(true)}, {"b", PropertyList::fromInteger(2)}}), item.values());
 }
 
-TEST(EPGItemTest, RemoveTakesOneKeyAway) {
-  EPGItem item(dictionaryOf({{"a", "1"}, {"b", "2"}}));
+TEST(MemoryItemTest, RemoveTakesOneKeyAway) {
+  MemoryItem item(dictionaryOf({{"a", "1"}, {"b", "2"}}));
   item.remove("a");
   item.remove("not there");
   EXPECT_EQ(dictionaryOf({{"b", "2"}}), item.values());
 }
 
-TEST(EPGItemTest, ACopyChangesOnItsOwn) {
-  EPGItem item(dictionaryOf({{ZRLEPGDSTitleKey, "A"}}));
-  const auto copy = item.mutableCopy();
-  copy->set(ZRLEPGDSTitleKey, "B");
-  item.set("x", "y");
-  EXPECT_EQ(dictionaryOf({{ZRLEPGDSTitleKey, "A"}, {"x", "y"}}), item.values());
-  EXPECT_EQ(dictionaryOf({{ZRLEPGDSTitleKey, "B"}}), copy->values());
-}
-
-TEST(EPGItemTest, ACopySharesNestedValues) {
-  EPGItem item(dictionaryOf({{ZRLEPGDSTagsKey, PropertyList::Array{"Live"}}}));
-  EXPECT_EQ(tagsValue(item.values())->data(), tagsValue(item.mutableCopy()->values())->data());
-}
-
-TEST(EPGItemTest, AnEmptyStringIsAValue) {
+TEST(MemoryItemTest, AnEmptyStringIsAValue) {
   const PropertyListDictionary values = dictionaryOf({{ZRLEPGDSTitleKey, ""}});
   ASSERT_TRUE(stringValue(values, ZRLEPGDSTitleKey));
   EXPECT_EQ("", *stringValue(values, ZRLEPGDSTitleKey));
   EXPECT_FALSE(stringValue(values, ZRLEPGDSDescriptionKey));
 }
 
-TEST(EPGItemTest, AValueOfAnotherTypeReadsAsAbsent) {
+TEST(MemoryItemTest, AValueOfAnotherTypeReadsAsAbsent) {
   for (const PropertyList& other :
        {PropertyList::fromInteger(7), PropertyList::fromReal(0.5), PropertyList::fromBoolean(true),
         PropertyList::fromDate(Instant{0}), PropertyList::fromData("x"), PropertyList(dictionaryOf({}))}) {
@@ -73,8 +59,8 @@ TEST(EPGItemTest, AValueOfAnotherTypeReadsAsAbsent) {
   EXPECT_FALSE(tagsValue(dictionaryOf({{ZRLEPGDSTagsKey, "Live"}})));
 }
 
-TEST(EPGItemTest, SeveralValuesArePutInAtOneMoment) {
-  EPGItem item(dictionaryOf({{"a", "0"}, {"b", "0"}}));
+TEST(MemoryItemTest, SeveralValuesArePutInAtOneMoment) {
+  MemoryItem item(dictionaryOf({{"a", "0"}, {"b", "0"}}));
   std::thread writer([&] {
     for (int round = 1; round <= 2000; ++round) {
       const PropertyList number(std::to_string(round));

@@ -7,6 +7,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <thread>
@@ -14,7 +15,9 @@
 #include <vector>
 
 #include "model/KeyConstants.h"
-#include "store/EPGItemStore.h"
+#include "store/ItemStoreShard.h"
+#include "store/MemoryItem.h"
+#include "store/ShardedItemStore.h"
 #include "tests/support/Dictionary.h"
 #include "tests/support/Items.h"
 #include "tests/support/StoreContent.h"
@@ -23,10 +26,9 @@ namespace epg::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-TEST(ItemStoreTest, FindsAnItemByItsKeyAlone) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, FindsAnItemByItsKeyAlone) {
+  ShardedItemStore store;
   const auto item = itemWith({{ZRLEPGDSUniqueIDKey, "other"}});
   store.setItem("E1", item);
   EXPECT_EQ(item, store.item("E1"));
@@ -34,16 +36,16 @@ TEST(ItemStoreTest, FindsAnItemByItsKeyAlone) {
   EXPECT_FALSE(store.item(""));
 }
 
-TEST(ItemStoreTest, IDsAreComparedExactly) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, IDsAreComparedExactly) {
+  ShardedItemStore store;
   for (const char* const id : {"e", "E", " e", "e ", "", "caf\xC3\xA9", "cafe\xCC\x81"})
     store.setItem(id, itemTitled(id));
   EXPECT_EQ(7U, store.size());
   for (const std::string& id : store.uniqueIDs()) EXPECT_EQ(id, textOf(*store.item(id), ZRLEPGDSTitleKey));
 }
 
-TEST(ItemStoreTest, SettingAnItemReplacesTheOldOne) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, SettingAnItemReplacesTheOldOne) {
+  ShardedItemStore store;
   const auto old = itemTitled("old");
   store.setItem("E1", old);
   store.setItem("E1", itemTitled("new"));
@@ -52,23 +54,23 @@ TEST(ItemStoreTest, SettingAnItemReplacesTheOldOne) {
   EXPECT_EQ(1U, store.size());
 }
 
-TEST(ItemStoreTest, SettingNoItemChangesNothing) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, SettingNoItemChangesNothing) {
+  ShardedItemStore store;
   store.setItem("E1", itemTitled("A"));
   store.setItem("E1", nullptr);
   store.setItem("E2", nullptr);
   EXPECT_THAT(store.uniqueIDs(), ElementsAre("E1"));
 }
 
-TEST(ItemStoreTest, ItemsAreSharedWithWhoeverTookThem) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, ItemsAreSharedWithWhoeverTookThem) {
+  ShardedItemStore store;
   store.setItem("E1", itemTitled("A"));
   store.item("E1")->set(ZRLEPGDSTitleKey, "B");
   EXPECT_EQ("B", textOf(*store.item("E1"), ZRLEPGDSTitleKey));
 }
 
-TEST(ItemStoreTest, ARemovedItemLivesOnWithWhoeverHoldsIt) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, ARemovedItemLivesOnWithWhoeverHoldsIt) {
+  ShardedItemStore store;
   store.setItem("E1", itemTitled("A"));
   const auto held = store.item("E1");
   store.removeItem("E1");
@@ -77,35 +79,35 @@ TEST(ItemStoreTest, ARemovedItemLivesOnWithWhoeverHoldsIt) {
   EXPECT_EQ("A", textOf(*held, ZRLEPGDSTitleKey));
 }
 
-TEST(ItemStoreTest, IDsAreSortedByTheirBytes) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, IDsAreSortedByTheirBytes) {
+  ShardedItemStore store;
   for (const char* const id : {"b", "B", "\xC3\xA9", "a10", "a2", ""}) store.setItem(id, itemWith({}));
   EXPECT_THAT(store.uniqueIDs(), ElementsAre("", "B", "a10", "a2", "b", "\xC3\xA9"));
 }
 
-TEST(ItemStoreTest, ValuesThatAreNoDictionariesAreNoItems) {
-  EPGItemStore store(dictionaryOf({{"E1", dictionaryOf({})},
-                                   {"number", PropertyList::fromInteger(7)},
-                                   {"text", "x"},
-                                   {"list", PropertyList::Array{PropertyList(dictionaryOf({}))}}}));
+TEST(ShardedItemStoreTest, ValuesThatAreNoDictionariesAreNoItems) {
+  ShardedItemStore store(dictionaryOf({{"E1", dictionaryOf({})},
+                                       {"number", PropertyList::fromInteger(7)},
+                                       {"text", "x"},
+                                       {"list", PropertyList::Array{PropertyList(dictionaryOf({}))}}}));
   EXPECT_EQ(1U, store.size());
   EXPECT_THAT(store.uniqueIDs(), ElementsAre("E1"));
   EXPECT_FALSE(store.item("number"));
   store.removeItem("number");
-  ASSERT_TRUE(store.entry("number"));
-  EXPECT_EQ(PropertyList::fromInteger(7), store.entry("number")->value);
+  ASSERT_TRUE(store.record("number"));
+  EXPECT_EQ(PropertyList::fromInteger(7), store.record("number")->entry.value);
 }
 
-TEST(ItemStoreTest, AnItemTakesThePlaceOfAValueThatIsNone) {
-  EPGItemStore store(dictionaryOf({{"E1", "x"}}));
+TEST(ShardedItemStoreTest, AnItemTakesThePlaceOfAValueThatIsNone) {
+  ShardedItemStore store(dictionaryOf({{"E1", "x"}}));
   store.setItem("E1", itemTitled("A"));
   EXPECT_EQ(1U, store.size());
   EXPECT_EQ(PropertyList(dictionaryOf({{"E1", dictionaryOf({{ZRLEPGDSTitleKey, "A"}})}})),
             propertyListOfStore(store.snapshot()));
 }
 
-TEST(ItemStoreTest, EntriesCanBeSetAndRemovedWhateverTheyAre) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, EntriesCanBeSetAndRemovedWhateverTheyAre) {
+  ShardedItemStore store;
   EPGItemStoreEntry number;
   number.value = PropertyList::fromInteger(7);
   store.setEntry("n", number);
@@ -113,15 +115,15 @@ TEST(ItemStoreTest, EntriesCanBeSetAndRemovedWhateverTheyAre) {
   EXPECT_EQ(0U, store.size());
   store.removeEntry("n");
   store.removeEntry("n");
-  EXPECT_FALSE(store.entry("n"));
-  EXPECT_THAT(store.snapshot(), IsEmpty());
+  EXPECT_FALSE(store.record("n"));
+  EXPECT_EQ(0U, store.snapshot()->size());
 }
 
-TEST(ItemStoreTest, ASnapshotKeepsTheItemsThatStoodThereThen) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, ASnapshotKeepsTheItemsThatStoodThereThen) {
+  ShardedItemStore store;
   store.setItem("E1", itemTitled("A"));
   store.setItem("E2", itemTitled("B"));
-  const EPGItemStoreSnapshot snapshot = store.snapshot();
+  const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = store.snapshot();
   store.setItem("E1", itemTitled("C"));
   store.removeItem("E2");
   store.setItem("E3", itemTitled("D"));
@@ -130,112 +132,85 @@ TEST(ItemStoreTest, ASnapshotKeepsTheItemsThatStoodThereThen) {
             propertyListOfStore(snapshot));
 }
 
-TEST(ItemStoreTest, ASnapshotSharesTheItemsWithTheStore) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, ASnapshotSharesTheItemsWithTheStore) {
+  ShardedItemStore store;
   store.setItem("E1", itemTitled("A"));
-  const EPGItemStoreSnapshot snapshot = store.snapshot();
-  ASSERT_EQ(1U, snapshot.size());
-  EXPECT_EQ(store.item("E1"), snapshot.begin()->entry.item);
+  const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = store.snapshot();
+  ASSERT_EQ(1U, snapshot->size());
+  EXPECT_EQ(store.item("E1"), snapshot->records().front()->entry.item);
 }
 
-TEST(ItemStoreTest, ASnapshotOfManyEntriesKeepsThemAllWhateverChanges) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, ASnapshotOfManyEntriesKeepsThemAllWhateverChanges) {
+  ShardedItemStore store;
   std::map<std::string, std::shared_ptr<EPGItem>> expected;
   for (int i = 0; i < 5000; ++i) {
     const std::string id = "entry " + std::to_string(i);
     store.setItem(id, expected[id] = itemTitled(id));
   }
-  const EPGItemStoreSnapshot snapshot = store.snapshot();
-  const EPGItemStoreSnapshot copy = snapshot;
+  const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = store.snapshot();
   for (int i = 0; i < 5000; i += 2) store.removeItem("entry " + std::to_string(i));
   for (int i = 1; i < 5000; i += 4) store.setItem("entry " + std::to_string(i), itemTitled("another"));
   for (int i = 0; i < 100; ++i) store.setItem("new " + std::to_string(i), itemTitled("new"));
   EXPECT_EQ(2600U, store.size());
-  for (const EPGItemStoreSnapshot* const one : {&snapshot, &copy}) {
-    ASSERT_EQ(expected.size(), one->size());
-    std::map<std::string, std::shared_ptr<EPGItem>> found;
-    for (const auto& [id, entry] : *one) found[std::string(id)] = entry.item;
-    EXPECT_EQ(expected, found);
-    ASSERT_TRUE(one->find("entry 4998"));
-    EXPECT_EQ(expected["entry 4998"], one->find("entry 4998")->entry.item);
-    EXPECT_FALSE(one->find("new 1"));
+  ASSERT_EQ(expected.size(), snapshot->size());
+  std::map<std::string, std::shared_ptr<EPGItem>> found;
+  for (const EPGItemStoreRecord* const record : snapshot->records()) {
+    found[std::string(record->uniqueID)] = record->entry.item;
   }
+  EXPECT_EQ(expected, found);
+  ASSERT_TRUE(snapshot->find("entry 4998"));
+  EXPECT_EQ(expected["entry 4998"], snapshot->find("entry 4998")->entry.item);
+  EXPECT_FALSE(snapshot->find("new 1"));
 }
 
-TEST(ItemStoreTest, ASnapshotIsWalkedThroughFromOneEntryToTheNext) {
-  EPGItemStore store;
-  store.setItem("E1", itemTitled("A"));
-  store.setItem("E2", itemTitled("B"));
-  const EPGItemStoreSnapshot snapshot = store.snapshot();
-  auto entry = snapshot.begin();
-  const std::string first(entry++->uniqueID);
-  const std::string second(entry->uniqueID);
-  EXPECT_THAT((std::vector<std::string>{first, second}), testing::UnorderedElementsAre("E1", "E2"));
-  EXPECT_EQ(snapshot.end(), ++entry);
-}
-
-TEST(ItemStoreTest, ASnapshotOfTheHostsOwnEntriesFindsEach) {
-  std::vector<EPGItemStoreRecord> records;
-  for (int i = 0; i < 100; ++i) records.push_back({std::to_string(i), {itemTitled("x"), {}}});
-  const EPGItemStoreSnapshot snapshot(records);
-  EXPECT_EQ(100U, snapshot.size());
-  for (const EPGItemStoreRecord& record : records) {
-    ASSERT_TRUE(snapshot.find(record.uniqueID));
-    EXPECT_EQ(record.entry.item, snapshot.find(record.uniqueID)->entry.item);
-  }
-  EXPECT_FALSE(snapshot.find("100"));
-  EXPECT_FALSE(EPGItemStoreSnapshot().find(""));
-  EXPECT_EQ(EPGItemStoreSnapshot().begin(), EPGItemStoreSnapshot().end());
-}
-
-TEST(ItemStorePartTest, TellsIDsWithTheSameHashApart) {
+TEST(ItemStoreShardTest, TellsIDsWithTheSameHashApart) {
   const auto record = [](const char* id) {
-    return std::make_shared<const EPGItemStoreRecord>(EPGItemStoreRecord{id, {}});
+    return std::make_shared<const EPGItemStoreRecord>(id, EPGItemStoreEntry{});
   };
-  EPGItemStorePart part;
-  for (const char* const id : {"a", "b", "c"}) EXPECT_FALSE(part.set(7, record(id)));
-  EXPECT_FALSE(part.set(6, record("before")));
-  EXPECT_FALSE(part.set(8, record("behind")));
+  ItemStoreShard shard;
+  for (const char* const id : {"a", "b", "c"}) EXPECT_FALSE(shard.set(7, record(id)));
+  EXPECT_FALSE(shard.set(6, record("before")));
+  EXPECT_FALSE(shard.set(8, record("behind")));
   const auto another = record("b");
-  EXPECT_EQ("b", part.set(7, another)->uniqueID);
-  EXPECT_EQ(another, part.find(7, "b"));
-  EXPECT_EQ("a", part.remove(7, "a")->uniqueID);
-  EXPECT_FALSE(part.remove(7, "a"));
-  EXPECT_FALSE(part.find(7, "behind"));
-  EXPECT_EQ("c", part.find(7, "c")->uniqueID);
-  EXPECT_EQ("b", part.firstWithHash(7)->uniqueID);
-  EXPECT_FALSE(part.firstWithHash(5));
+  EXPECT_EQ("b", shard.set(7, another)->uniqueID);
+  EXPECT_EQ(another, shard.find(7, "b"));
+  EXPECT_EQ("a", shard.remove(7, "a")->uniqueID);
+  EXPECT_FALSE(shard.remove(7, "a"));
+  EXPECT_FALSE(shard.find(7, "behind"));
+  EXPECT_EQ("c", shard.find(7, "c")->uniqueID);
+  EXPECT_EQ("b", shard.firstWithHash(7)->uniqueID);
+  EXPECT_FALSE(shard.firstWithHash(5));
 }
 
 /// Of the hashes only few bits differ, at either end, so that records stand far from where their search begins, and
 /// around the end of the slots.
-TEST(ItemStorePartTest, HoldsWhatAMapHoldsWhateverIsPutInAndTakenOut) {
+TEST(ItemStoreShardTest, HoldsWhatAMapHoldsWhateverIsPutInAndTakenOut) {
   const auto hashOf = [](std::size_t number) {
     constexpr int shift = std::numeric_limits<std::size_t>::digits - 2;
     return (3 - number % 3) << shift | number / 20;
   };
   std::mt19937 chance;  // NOLINT: the same every time is what is wanted
-  EPGItemStorePart part;
-  std::map<std::string, EPGItemStorePart::Record> expected;
+  ItemStoreShard shard;
+  std::map<std::string, ItemStoreShard::Record> expected;
   for (int step = 0; step < 20000; ++step) {
     const std::size_t number = chance() % 60;
     const std::string id = std::to_string(number);
     const std::size_t hash = hashOf(number);
     if (chance() % 5 < 2) {
       const auto before = expected.find(id);
-      EXPECT_EQ(part.remove(hash, id), before == expected.end() ? nullptr : before->second);
+      EXPECT_EQ(shard.remove(hash, id), before == expected.end() ? nullptr : before->second);
       expected.erase(id);
     } else {
-      const auto record = std::make_shared<const EPGItemStoreRecord>(EPGItemStoreRecord{id, {}});
-      EXPECT_EQ(part.set(hash, record), expected[id]);
+      const auto record = std::make_shared<const EPGItemStoreRecord>(id, EPGItemStoreEntry{});
+      EXPECT_EQ(shard.set(hash, record), expected[id]);
       expected[id] = record;
     }
     std::size_t records = 0;
-    for (const EPGItemStorePart::Slot& slot : part.slots()) records += slot.record ? 1U : 0U;
+    for (const ItemStoreShard::Slot& slot : shard.slots()) records += slot.record ? 1U : 0U;
     ASSERT_EQ(records, expected.size());
     for (std::size_t each = 0; each < 60; ++each) {
       const auto found = expected.find(std::to_string(each));
-      ASSERT_EQ(part.find(hashOf(each), std::to_string(each)), found == expected.end() ? nullptr : found->second);
+      ASSERT_EQ(shard.find(hashOf(each), std::to_string(each)), found == expected.end() ? nullptr : found->second);
     }
   }
 }
@@ -252,8 +227,8 @@ class LookingBack : public ForeignValue {
   std::function<void()> look_;
 };
 
-TEST(ItemStoreTest, WhatGoesWithAnItemMayLookAtTheStore) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, WhatGoesWithAnItemMayLookAtTheStore) {
+  ShardedItemStore store;
   int looks = 0;
   const auto put = [&] {
     auto value = std::make_shared<LookingBack>([&] { looks += store.item("other") ? 100 : 1; });
@@ -268,7 +243,7 @@ TEST(ItemStoreTest, WhatGoesWithAnItemMayLookAtTheStore) {
   EXPECT_EQ(3, looks);
 }
 
-TEST(ItemStoreTest, WhatGoesWithAValueMayLookAtTheItem) {
+TEST(ShardedItemStoreTest, WhatGoesWithAValueMayLookAtTheItem) {
   const auto item = itemTitled("A");
   int looks = 0;
   const auto put = [&] {
@@ -281,41 +256,32 @@ TEST(ItemStoreTest, WhatGoesWithAValueMayLookAtTheItem) {
   EXPECT_EQ(2, looks);
 }
 
-TEST(ItemStoreTest, ASnapshotMayBeMadeOfAnotherOnesEntriesInTheirOrder) {
-  EPGItemStore store;
-  for (int i = 0; i < 3000; ++i) store.setItem(std::to_string(i), itemTitled("x"));
-  std::vector<EPGItemStoreRecord> records;
-  for (const auto& record : store.snapshot()) records.push_back(record);
-  const EPGItemStoreSnapshot snapshot(records);
-  EXPECT_EQ(3000U, snapshot.size());
-  for (int i = 0; i < 3000; ++i) EXPECT_TRUE(snapshot.find(std::to_string(i)));
-}
-
-TEST(ItemStoreTest, FetchingAheadChangesNothing) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, SeveralItemsAreFoundAsEachByItself) {
+  ShardedItemStore store;
   EPGItemStoreEntry noItem;
   noItem.value = "none";
   store.setItem("a", itemWith({{ZRLEPGDSTitleKey, "A"}, {ZRLEPGDSTagsKey, PropertyList::Array{"x", "y"}}}));
-  store.setItem("empty", std::make_shared<EPGItem>());
+  store.setItem("empty", std::make_shared<MemoryItem>());
   store.setEntry("no item", noItem);
   const std::string a = "a", empty = "empty", none = "no item", missing = "missing";
-  EPGItemStore().fetchAhead({&a, &missing});
-  store.fetchAhead({});
-  store.fetchAhead({&a, &empty, &none, &missing, &a});
-  EXPECT_EQ("A", textOf(*store.item("a"), ZRLEPGDSTitleKey));
-  EXPECT_EQ(3U, store.snapshot().size());
+  using Values = std::vector<std::optional<PropertyListDictionary>>;
+  EXPECT_EQ(ShardedItemStore().values({&a, &missing}), (Values{std::nullopt, std::nullopt}));
+  EXPECT_EQ(store.values(std::vector<const std::string*>()), Values());
+  const PropertyListDictionary ofA = store.item("a")->values();
+  EXPECT_EQ(store.values({&a, &empty, &none, &missing, &a}),
+            (Values{ofA, PropertyListDictionary(), std::nullopt, std::nullopt, ofA}));
 }
 
-TEST(ItemStoreTest, CanBeReadAndChangedByManyThreadsAtOnce) {
-  EPGItemStore store;
+TEST(ShardedItemStoreTest, CanBeReadAndChangedByManyThreadsAtOnce) {
+  ShardedItemStore store;
   std::atomic<bool> done{false};
   std::thread reader([&] {
     while (!done) {
-      for (const auto& entry : store.snapshot()) {
-        const std::string uniqueID(entry.uniqueID);
-        store.fetchAhead({&uniqueID});
-        const auto item = store.item(uniqueID);
-        EXPECT_TRUE(!item || textOf(*item, ZRLEPGDSTitleKey) == uniqueID);
+      const std::shared_ptr<const EPGItemStoreSnapshot> snapshot = store.snapshot();
+      for (const EPGItemStoreRecord* const record : snapshot->records()) {
+        const std::string uniqueID(record->uniqueID);
+        const auto values = store.values({&uniqueID}).front();
+        EXPECT_TRUE(!values || stringValue(*values, ZRLEPGDSTitleKey) == uniqueID);
       }
     }
   });

@@ -1,20 +1,24 @@
-#include "model/EPGItemList.h"
+#include "store/MemoryItemList.h"
 
 #include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "tests/support/Items.h"
 
 namespace epg::test {
 namespace {
 
-TEST(EPGItemList, IsEmptyAtFirst) {
-  const EPGItemList list;
+TEST(MemoryItemListTest, IsEmptyAtFirst) {
+  const MemoryItemList list;
   EXPECT_EQ(list.size(), 0u);
   EXPECT_EQ(list.at(0), nullptr);
 }
 
-TEST(EPGItemList, HoldsTheVeryItemsInTheirOrder) {
-  EPGItemList list;
+TEST(MemoryItemListTest, HoldsTheVeryItemsInTheirOrder) {
+  MemoryItemList list;
   const Item a = itemTitled("A");
   const Item b = itemTitled("B");
   list.append(b);
@@ -26,28 +30,28 @@ TEST(EPGItemList, HoldsTheVeryItemsInTheirOrder) {
   EXPECT_EQ(list.at(2), b);
 }
 
-TEST(EPGItemList, HasNothingBeyondItsEnd) {
-  EPGItemList list;
+TEST(MemoryItemListTest, HasNothingBeyondItsEnd) {
+  MemoryItemList list;
   list.append(itemTitled("A"));
   EXPECT_EQ(list.at(1), nullptr);
   EXPECT_EQ(list.at(static_cast<std::size_t>(-1)), nullptr);
 }
 
-TEST(EPGItemList, TakesNoMissingItem) {
-  EPGItemList list;
+TEST(MemoryItemListTest, TakesNoMissingItem) {
+  MemoryItemList list;
   list.append(nullptr);
   EXPECT_EQ(list.size(), 0u);
 }
 
-TEST(EPGItemList, IsEmptyAfterClearing) {
-  EPGItemList list;
+TEST(MemoryItemListTest, IsEmptyAfterClearing) {
+  MemoryItemList list;
   list.append(itemTitled("A"));
   list.clear();
   EXPECT_EQ(list.size(), 0u);
   EXPECT_EQ(list.at(0), nullptr);
 }
 
-TEST(EPGItemListChangeCount, StandsStillWhileNothingChanges) {
+TEST(MemoryItemListChangeCount, StandsStillWhileNothingChanges) {
   const auto list = listOf({itemTitled("A")});
   const auto before = list->changeCount();
   list->size();
@@ -55,8 +59,8 @@ TEST(EPGItemListChangeCount, StandsStillWhileNothingChanges) {
   EXPECT_EQ(list->changeCount(), before);
 }
 
-TEST(EPGItemListChangeCount, GrowsWithEveryChangeOfTheList) {
-  EPGItemList list;
+TEST(MemoryItemListChangeCount, GrowsWithEveryChangeOfTheList) {
+  MemoryItemList list;
   const auto first = *list.changeCount();
   list.append(itemTitled("A"));
   const auto second = *list.changeCount();
@@ -66,7 +70,7 @@ TEST(EPGItemListChangeCount, GrowsWithEveryChangeOfTheList) {
   EXPECT_LT(second, third);
 }
 
-TEST(EPGItemListChangeCount, GrowsWithEveryChangeOfAnItem) {
+TEST(MemoryItemListChangeCount, GrowsWithEveryChangeOfAnItem) {
   const Item item = itemTitled("A");
   const auto list = listOf({item});
   const auto first = *list->changeCount();
@@ -81,12 +85,29 @@ TEST(EPGItemListChangeCount, GrowsWithEveryChangeOfAnItem) {
   EXPECT_LT(third, fourth);
 }
 
-TEST(EPGItemListChangeCount, GrowsWhenAnItemIsSetToWhatItHolds) {
+TEST(MemoryItemListChangeCount, GrowsWhenAnItemIsSetToWhatItHolds) {
   const Item item = itemTitled("A");
   const auto list = listOf({item});
   const auto before = *list->changeCount();
   item->set("title", "A");
   EXPECT_LT(before, *list->changeCount());
+}
+
+/// An item whose changes nobody counts.
+class AnotherItem : public EPGItem {
+ public:
+  PropertyListDictionary values() const override { return {}; }
+  void setValues(const std::vector<PropertyListDictionary::Entry>& /*entries*/) override {}
+  void remove(const std::string& /*key*/) override {}
+};
+
+TEST(MemoryItemListChangeCount, IsUnknownWhileAnItemOfAnotherKindIsInTheList) {
+  MemoryItemList list;
+  list.append(itemTitled("A"));
+  list.append(std::make_shared<AnotherItem>());
+  EXPECT_FALSE(list.changeCount());
+  list.clear();
+  EXPECT_TRUE(list.changeCount());
 }
 
 }  // namespace

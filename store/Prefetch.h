@@ -5,10 +5,10 @@
 
 namespace epg {
 
-/// Has the processor bring the bytes near while the program goes on, so that it need not wait when it comes to read
-/// them. Worth it for what lies far from what was read before. Any address will do, null too, and nothing is read: the
-/// memory may end earlier, or be somebody else's by then.
-inline void fetchAhead(const void* start, std::size_t bytes) noexcept {
+/// Has the processor bring the bytes into its caches while the program goes on. Worth it for what lies far from what
+/// was read before. Any address will do, null too, and nothing is read: the memory may end earlier, or be somebody
+/// else's by then.
+inline void prefetch(const void* start, std::size_t bytes) noexcept {
   constexpr std::uintptr_t line = 64;
   if (!start) return;
   const auto first = reinterpret_cast<std::uintptr_t>(start);

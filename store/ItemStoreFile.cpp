@@ -1,0 +1,96 @@
+#include "store/ItemStoreFile.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "platform/Paths.h"
+#include "plist/PropertyListFile.h"
+#include "store/Prefetch.h"
+
+namespace epg {
+
+namespace {
+
+/// A record and its sort key: the bytes of its ID that tell most IDs apart, as a number in their order.
+struct SortedRecord {
+  std::uint64_t sortKey;
+  const EPGItemStoreRecord* record;
+};
+
+/// The bytes from there on, zeros where there are none, as a number that is in the order of the bytes.
+std::uint64_t bytesAsNumber(std::string_view text, std::size_t from) {
+  std::uint64_t number = 0;
+  for (std::size_t i = from; i < from + sizeof number; ++i) {
+    number = number << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0);
+  }
+  return number;
+}
+
+/// How many bytes at the beginning are the same, up to `limit`, which the first text has.
+std::size_t commonLength(std::string_view first, std::string_view second, std::size_t limit) {
+  std::size_t length = 0;
+  while (length < limit && length < second.size() && first[length] == second[length]) ++length;
+  return length;
+}
+
+/// Takes the sort keys of the first records from behind a prefix of this length. How much of that prefix their IDs
+/// share with the first one; where it is less, the keys are of no use.
+std::size_t takeSortKeys(std::vector<SortedRecord>& records, std::size_t count, std::size_t prefix) {
+  const std::string_view first = records.front().record->uniqueID;
+  std::size_t common = prefix;
+  for (std::size_t i = 0; i < count; ++i) {
+    // Records and IDs lie all over memory.
+    constexpr std::size_t ahead = 8;
+    if (i + 2 * ahead < count) prefetch(records[i + 2 * ahead].record, sizeof(SharedText));
+    if (i + ahead < count) prefetch(records[i + ahead].record->uniqueID.block(), sizeof(std::uint64_t));
+    const std::string_view uniqueID = records[i].record->uniqueID;
+    records[i].sortKey = bytesAsNumber(uniqueID, prefix);
+    common = commonLength(first, uniqueID, common);
+  }
+  return common;
+}
+
+/// Sorted by the bytes of the IDs. IDs mostly differ behind a common prefix, so the sort keys nearly always tell which
+/// comes first, without another look at the IDs.
+std::vector<SortedRecord> sortedRecords(const EPGItemStoreSnapshot& snapshot) {
+  std::vector<SortedRecord> records;
+  records.reserve(snapshot.size());
+  for (const EPGItemStoreRecord* const record : snapshot.records()) records.push_back(SortedRecord{0, record});
+  if (records.empty()) return records;
+  // What some have in common, all have in common as a rule.
+  constexpr std::size_t some = 64;
+  const std::size_t guess =
+      takeSortKeys(records, std::min(some, records.size()), records.front().record->uniqueID.size());
+  const std::size_t common = takeSortKeys(records, records.size(), guess);
+  if (common < guess) takeSortKeys(records, records.size(), common);
+  std::sort(records.begin(), records.end(), [](const SortedRecord& a, const SortedRecord& b) {
+    return a.sortKey != b.sortKey ? a.sortKey < b.sortKey : a.record->uniqueID < b.record->uniqueID;
+  });
+  return records;
+}
+
+}  // namespace
+
+std::string itemStorePath(const std::string& dataFolderPath) {
+  return appendPathComponent(dataFolderPath, "EPGItems.plist");
+}
+
+PropertyListDictionary readItemStore(Environment& environment, const std::string& path) {
+  return readPropertyListDictionary(environment, path).value_or(PropertyListDictionary());
+}
+
+bool writeItemStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot) {
+  const std::vector<SortedRecord> records = sortedRecords(snapshot);
+  std::vector<std::string_view> keys;
+  keys.reserve(records.size());
+  for (const SortedRecord& sorted : records) keys.emplace_back(sorted.record->uniqueID);
+  return writePropertyListXML(file, keys, [&](std::size_t i) {
+    const EPGItemStoreEntry& entry = records[i].record->entry;
+    return entry.item ? PropertyList(entry.item->values()) : entry.value;
+  });
+}
+
+}  // namespace epg
