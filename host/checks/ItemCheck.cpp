@@ -53,8 +53,7 @@ std::vector<Finding> itemFindings(const Schedule& schedule, const EPGItemLookup&
                                   const std::vector<std::string>& catalogue) {
   std::vector<Finding> findings;
   std::map<std::string, const EPGEvent*> firstEvents;
-  for (const ScheduledEvent& scheduled : schedule.events) {
-    const EPGEvent& event = scheduled.event;
+  for (const EPGEvent& event : schedule.events) {
     if (!event.eventEPGUniqueID) {
       findings.push_back({event.eventEPGStartDateTime, std::nullopt, "no EPG unique ID: left out of the export"});
     } else if (!itemWithUniqueID(*event.eventEPGUniqueID)) {

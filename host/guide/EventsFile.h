@@ -10,15 +10,17 @@ namespace epg {
 
 class Environment;
 
-/// One scheduled event and what its file tells beyond the event record.
-struct ScheduledEvent {
-  EPGEvent event;
+/// What a file tells of an event that the event itself has no room for.
+struct EventDetails {
   std::string channel;             ///< Empty in a property list, which knows no channels.
   std::string clumpIndex = "0/1";  ///< As in a guide's programme.
+  std::string title;               ///< Empty in a property list, which knows no titles.
 };
 
+/// The events of a file, as the plug-in is given them.
 struct Schedule {
-  std::vector<ScheduledEvent> events;               ///< In the file's order.
+  std::vector<EPGEvent> events;                     ///< In the file's order.
+  std::vector<EventDetails> details;                ///< Of each event, at the same index.
   std::map<std::string, std::string> channelNames;  ///< Channel to its display name, where it has one.
   std::vector<std::string> warnings;                ///< What the file holds and could not be used, with its place.
 };
