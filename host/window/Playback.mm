@@ -1,8 +1,10 @@
 #import "host/window/Playback.h"
 
+#include <optional>
 #include <string>
 
 #include "host/window/PlaylistFile.h"
+#import "host/window/Text.h"
 
 namespace {
 
@@ -12,13 +14,7 @@ NSString* const playbackIDKey = @"eventEPGPlaybackUniqueID";
 NSString* const startKey = @"eventEPGStartDateTime";
 NSString* const endKey = @"eventEPGEndDateTime";
 
-NSString* stringOf(const std::string& text) {
-  NSString* string = [[[NSString alloc] initWithBytes:text.data() length:text.size()
-                                             encoding:NSUTF8StringEncoding] autorelease];
-  return string != nil ? string : @"";
-}
-
-NSString* stringOf(const std::optional<std::string>& text) { return text ? stringOf(*text) : nil; }
+NSString* stringOrNil(const std::optional<std::string>& text) { return text ? stringOf(*text) : nil; }
 
 NSDate* dateOf(const std::optional<epg::Instant>& instant) {
   return instant ? [NSDate dateWithTimeIntervalSinceReferenceDate:instant->secondsSinceReferenceDate] : nil;
@@ -29,12 +25,12 @@ NSString* titleOf(const epg::EPGEvent& event, const epg::EventDetails& details) 
   if (!details.title.empty()) {
     return stringOf(details.title);
   }
-  return event.eventEPGUniqueID ? stringOf(event.eventEPGUniqueID) : @"(no entry)";
+  return event.eventEPGUniqueID ? stringOf(*event.eventEPGUniqueID) : @"(no entry)";
 }
 
 Playback* playbackOf(const epg::EPGEvent& event, const epg::EventDetails& details, NSString* channel) {
-  return [[[Playback alloc] initWithUniqueID:stringOf(event.eventEPGUniqueID)
-                                  playbackID:stringOf(event.eventEPGPlaybackUniqueID)
+  return [[[Playback alloc] initWithUniqueID:stringOrNil(event.eventEPGUniqueID)
+                                  playbackID:stringOrNil(event.eventEPGPlaybackUniqueID)
                                        title:titleOf(event, details)
                                      channel:channel
                                        start:dateOf(event.eventEPGStartDateTime)

@@ -17,13 +17,19 @@
   BOOL _selecting;
 }
 
-/// `target` is told `selectionChanged:` when the user selects other lines.
-- (id)initWithFrame:(NSRect)frame target:(id)target;
+- (id)initWithFrame:(NSRect)frame;
+/// `target` is told `selectionChanged:` when the user selects other lines. It is not retained.
+- (void)setTarget:(id)target;
 
 - (void)setPlaybacks:(NSArray*)playbacks;
 - (NSArray*)playbacks;
 - (void)addPlayback:(Playback*)playback;
-- (void)removePlayback:(Playback*)playback;
+/// Removes the copies that the window made under these IDs.
+- (void)removeCopies:(NSSet*)uniqueIDs;
+/// Nil when the list has none of this entry.
+- (Playback*)lastPlaybackOf:(NSString*)uniqueID;
+/// What is scheduled, as the plug-in exports it: every playback but the copies.
+- (NSArray*)events;
 
 /// EPG unique IDs of the selected lines, each once, in the list's order. Lines of events without one have no share.
 - (NSArray*)selectedIDs;

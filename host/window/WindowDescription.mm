@@ -1,5 +1,7 @@
 #import "host/window/WindowDescription.h"
 
+#import "host/window/KeyboardFocus.h"
+
 namespace {
 
 const NSTimeInterval betweenLooks = 0.04;
@@ -44,15 +46,6 @@ NSMutableDictionary* descriptionOfControl(NSControl* control, NSString* kind, NS
   return description;
 }
 
-BOOL hasKeyboard(NSView* view) {
-  id responder = [[view window] firstResponder];
-  // While a field is edited, the window's editor stands in for it.
-  if ([responder isKindOfClass:[NSText class]] && [responder isFieldEditor]) {
-    responder = [responder delegate];
-  }
-  return responder == view ? YES : NO;
-}
-
 void append(NSView* view, NSMutableArray* descriptions) {
   id object = view;
   NSMutableDictionary* description = nil;
@@ -71,7 +64,7 @@ void append(NSView* view, NSMutableArray* descriptions) {
     }
   }
   if (description != nil) {
-    [description setObject:[NSNumber numberWithBool:hasKeyboard(view)] forKey:@"has keyboard"];
+    [description setObject:[NSNumber numberWithBool:viewWithKeyboard([view window]) == view] forKey:@"has keyboard"];
     [descriptions addObject:description];
     return;
   }
