@@ -17,7 +17,9 @@
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/EPGUniqueID.h"
+#include "host/guide/FaultlessGuide.h"
 #include "host/guide/GuideItem.h"
+#include "host/guide/InputFile.h"
 #include "host/guide/XMLTVGuide.h"
 #include "host/terminal/LineText.h"
 #include "host/terminal/Messages.h"
@@ -100,7 +102,7 @@ std::optional<GuideEntries> faultlessGuideEntries(const CommandContext& context,
 
 GuideEntries readGuideEntries(CommandContext& context, const std::string& path) {
   const Progress progress(context.messages, "Reading the guide");
-  std::string bytes = readGuideBytes(context.environment, path);
+  std::string bytes = readDecompressedFile(context.environment, path);
   if (std::optional<GuideEntries> entries = faultlessGuideEntries(context, bytes)) return std::move(*entries);
   EntryMaker maker(bytes.size());
   const auto take = [&maker](const XMLTVProgramme& programme) { maker.take(programme); };

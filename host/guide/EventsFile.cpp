@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/guide/EPGUniqueID.h"
+#include "host/guide/InputFile.h"
 #include "host/guide/PropertyListInput.h"
 #include "host/guide/XMLTVGuide.h"
 #include "host/terminal/LineText.h"
@@ -75,7 +76,7 @@ Schedule scheduleInPropertyList(const PropertyList& list, const std::string& pat
 /// Each programme becomes an event as soon as it is read, so that no guide is held twice.
 Schedule scheduleInGuide(const XMLReader& document, const std::string& path) {
   Schedule schedule;
-  XMLTVGuide guide = readGuide(document, path, [&schedule](XMLTVProgramme&& programme) {
+  GuideSummary summary = readGuide(document, path, [&schedule](XMLTVProgramme&& programme) {
     EPGEvent event;
     event.eventEPGUniqueID = epgUniqueID(programme);
     event.eventEPGPlaybackUniqueID = playbackUniqueID(programme);
@@ -84,8 +85,8 @@ Schedule scheduleInGuide(const XMLReader& document, const std::string& path) {
     addEvent(&schedule, std::move(event),
              {std::move(programme.channel), std::move(programme.clumpIndex), std::move(programme.title)});
   });
-  schedule.channelNames = std::move(guide.channelNames);
-  schedule.warnings = std::move(guide.warnings);
+  schedule.channelNames = std::move(summary.channelNames);
+  schedule.warnings = std::move(summary.warnings);
   return schedule;
 }
 
@@ -118,7 +119,7 @@ bool isPlainlyPropertyList(std::string_view text) {
 }  // namespace
 
 Schedule readSchedule(Environment& environment, const std::string& path) {
-  const std::string bytes = readGuideBytes(environment, path);
+  const std::string bytes = readDecompressedFile(environment, path);
   if (isBinaryPropertyList(bytes)) return scheduleInPropertyList(propertyListInFile(bytes, path), path);
   if (isPlainlyPropertyList(bytes)) {
     if (const std::optional<PropertyList> list = parsePropertyList(bytes)) return scheduleInPropertyList(*list, path);

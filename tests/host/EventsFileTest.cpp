@@ -8,6 +8,7 @@
 #include "host/terminal/Refusal.h"
 #include "platform/Environment.h"
 #include "tests/host/GzipData.h"
+#include "tests/host/WholeGuide.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
@@ -70,7 +71,7 @@ TEST_F(EventsFile, GivesTheEventsOfAPropertyList) {
 
 TEST_F(EventsFile, GivesTheEventsOfAGuideWithTheIDsOfAnImport) {
   const Schedule schedule = read(guideText);
-  const XMLTVGuide guide = parseGuide(guideText, "guide");
+  const WholeGuide guide = wholeGuide(guideText);
   ASSERT_EQ(schedule.events.size(), 1U);
   const EPGEvent& event = schedule.events[0];
   const EventDetails& details = schedule.details[0];
