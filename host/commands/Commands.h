@@ -20,45 +20,45 @@ struct ImportOptions {
 };
 /// Makes an EPG item of every programme of an XMLTV guide that the store does not know yet. A guide that changes
 /// nothing causes no save.
-int importGuide(CommandContext& context, const ImportOptions& options);
+int runImport(CommandContext& context, const ImportOptions& options);
 
 struct ExportOptions {
   std::string events;
   std::optional<std::string> configuration;
 };
 /// Writes the day file of the events. Its path is the last line of standard output.
-int exportEvents(CommandContext& context, const ExportOptions& options);
+int runExport(CommandContext& context, const ExportOptions& options);
 
 /// The names of the export configurations, one a line.
-int listConfigurations(CommandContext& context);
+int runConfigurations(CommandContext& context);
 
 /// ID, tab, title, one entry a line, sorted by ID.
-int listEntries(CommandContext& context);
+int runList(CommandContext& context);
 
 struct RemoveOptions {
   std::vector<UniqueIDArgument> ids;
 };
 /// Removes the entries. IDs without an entry are told; when none of them has one, nothing is saved and that is 1.
-int removeEntries(CommandContext& context, const RemoveOptions& options);
+int runRemove(CommandContext& context, const RemoveOptions& options);
 
 struct DuplicateOptions {
   std::string source;
   std::string target;
 };
-int duplicateEntry(CommandContext& context, const DuplicateOptions& options);
+int runDuplicate(CommandContext& context, const DuplicateOptions& options);
 
 struct CheckOptions {
   std::string events;
 };
 /// Time, tab, ID, tab, finding, one a line, in order of time. 1 when there is any, or when the file holds something
 /// that could not be used.
-int checkEvents(CommandContext& context, const CheckOptions& options);
+int runCheck(CommandContext& context, const CheckOptions& options);
 
 struct ShowOptions {
   std::vector<UniqueIDArgument> ids;
 };
 /// What the editor shows for these entries.
-int showEntries(CommandContext& context, const ShowOptions& options);
+int runShow(CommandContext& context, const ShowOptions& options);
 
 struct EditOptions {
   std::vector<UniqueIDArgument> ids;
@@ -70,6 +70,6 @@ struct EditOptions {
   bool dryRun = false;
 };
 /// Runs an editing session over the entries and commits it, unless it is only to be tried.
-int editEntries(CommandContext& context, const EditOptions& options);
+int runEdit(CommandContext& context, const EditOptions& options);
 
 }  // namespace epg

@@ -5,6 +5,7 @@
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
 #include "host/commands/EventsArgument.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/InputFile.h"
@@ -85,7 +86,7 @@ std::string failureMessage(const ExportReport& report, const ReportingEnvironmen
 
 }  // namespace
 
-int exportEvents(CommandContext& context, const ExportOptions& options) {
+int runExport(CommandContext& context, const ExportOptions& options) {
   refuseUnknownTimeZone(context.environment);
   Schedule schedule = readEventsArgument(context, options.events);
 
@@ -111,7 +112,7 @@ int exportEvents(CommandContext& context, const ExportOptions& options) {
                           " left out");
   }
   context.output << context.environment.replacements().back().path << '\n';
-  return 0;
+  return exitDone;
 }
 
 }  // namespace epg

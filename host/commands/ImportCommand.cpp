@@ -13,7 +13,8 @@
 
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
-#include "host/commands/NewEntry.h"
+#include "host/commands/EntryIDs.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/EPGUniqueID.h"
@@ -89,7 +90,7 @@ std::optional<GuideEntries> faultlessGuideEntries(const CommandContext& context,
     takers.emplace_back([&maker](const XMLTVProgramme& programme) { maker.take(programme); });
   }
   if (!parseFaultlessGuide(bytes, takers)) return std::nullopt;
-  if (context.keep) context.keep(makers);
+  if (context.keepUntilExit) context.keepUntilExit(makers);
   GuideEntries all = std::move(makers->front().made);
   for (std::size_t i = 1; i < parts; ++i) {
     GuideEntries& next = (*makers)[i].made;
@@ -161,7 +162,7 @@ std::string summary(std::size_t programmes, const ImportCounts& counts, bool rep
 
 }  // namespace
 
-int importGuide(CommandContext& context, const ImportOptions& options) {
+int runImport(CommandContext& context, const ImportOptions& options) {
   GuideEntries guide = readGuideEntries(context, options.guide);
   for (const std::string& warning : guide.warnings) context.messages.line(warning);
 
@@ -173,7 +174,7 @@ int importGuide(CommandContext& context, const ImportOptions& options) {
     session.endAfterSave();
   }
   context.output << summary(guide.programmes, counts, options.replace) << '\n';
-  return 0;
+  return exitDone;
 }
 
 }  // namespace epg

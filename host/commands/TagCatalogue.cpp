@@ -8,7 +8,7 @@
 #include <variant>
 
 #include "host/commands/CommandContext.h"
-#include "host/commands/HostBundle.h"
+#include "host/commands/CommandLineBundle.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/InputFile.h"

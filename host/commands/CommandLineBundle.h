@@ -30,10 +30,10 @@ class TableWithoutCells : public TableView {
 
 /// The plug-in's bundle as the command line supplies it: resources from a folder, and an editor whose views hold what
 /// a window would show. For one plug-in object.
-class HostBundle : public Bundle {
+class CommandLineBundle : public Bundle {
  public:
   /// `environment` must outlive the object.
-  HostBundle(Environment& environment, std::string resourceFolder);
+  CommandLineBundle(Environment& environment, std::string resourceFolder);
 
   std::optional<std::string> pathForResource(const std::string& name, const std::string& type) const override;
   EditorOutlets loadInterface(const std::string& nibName, EPGDorvaSelinViewController& owner) override;
@@ -60,6 +60,6 @@ class HostBundle : public Bundle {
 
 /// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names; else
 /// "../share/dorvaselin" beside the program's own folder, where an installation puts it, and the build, too.
-std::string resourceFolder();
+std::string programResourceFolder();
 
 }  // namespace epg
