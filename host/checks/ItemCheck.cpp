@@ -16,7 +16,7 @@ bool lacksText(const PropertyListDictionary& item, const char* key) {
   return !text || strippedOfWhiteSpace(*text).empty();
 }
 
-/// The tags outside the catalogue, each once, as they stand on one line; empty without any.
+/// The tags outside the catalogue, each once, quoted and separated by commas.
 std::string strangeTags(const PropertyListDictionary& item, const std::set<std::string>& catalogue) {
   std::string text;
   std::set<std::string> seen;

@@ -11,7 +11,7 @@ namespace epg {
 
 namespace {
 
-/// Differences below this come from counting seconds in fractions.
+/// Smaller differences are rounding errors.
 constexpr double rounding = 0.0005;
 
 double seconds(Instant instant) { return instant.secondsSinceReferenceDate; }
@@ -35,8 +35,8 @@ Slot slotOf(const EPGEvent& event, const EventDetails& details) {
   return {&event, &details, start, isUsable ? seconds(*end) : start, !isUsable};
 }
 
-/// Channel by channel in the order of broadcast. Empty events come before others that start with them: nothing
-/// overlaps an event that takes no time, unless it is on when that one starts.
+/// Sorts by channel, then by start. Of events that start together an empty one comes first, so that it does not overlap
+/// the others: it takes no time.
 bool isBroadcastBefore(const Slot& a, const Slot& b) {
   const auto key = [](const Slot& slot) {
     return std::tuple<const std::string&, double, bool, double, const std::string&>(
@@ -45,7 +45,7 @@ bool isBroadcastBefore(const Slot& a, const Slot& b) {
   return key(a) < key(b);
 }
 
-/// "2" of the clump index "0/2"; empty where it is none.
+/// "2" of the clump index "0/2"; empty for any other form.
 std::string clumpSize(const std::string& clumpIndex) {
   const std::size_t slash = clumpIndex.find('/');
   return slash == std::string::npos ? std::string() : clumpIndex.substr(slash + 1);
@@ -61,7 +61,7 @@ std::string eventName(const EPGEvent& event) {
   return event.eventEPGUniqueID ? escapedForLine(*event.eventEPGUniqueID) : "an event without an EPG unique ID";
 }
 
-/// Goes through the events of one channel in the order of broadcast.
+/// Is given the events of one channel in the order of broadcast, and finds overlaps and gaps.
 class ChannelCheck {
  public:
   ChannelCheck(const LocalCalendar& calendar, std::string suffix, std::vector<Finding>* findings)
@@ -83,7 +83,7 @@ class ChannelCheck {
   }
 
  private:
-  /// What is on when the event starts.
+  /// What the event overlaps, in words.
   std::optional<std::string> overlapOf(const Slot& slot) const {
     if (latest_->end - slot.start > rounding) {
       const Instant end{latest_->end};
@@ -109,8 +109,8 @@ class ChannelCheck {
   const std::string suffix_;
   std::vector<Finding>* findings_;
   const Slot* last_ = nullptr;
-  const Slot* latest_ = nullptr;     ///< The event so far that ends last.
-  const Slot* openEnded_ = nullptr;  ///< Without a usable end, and nothing has started after it yet.
+  const Slot* latest_ = nullptr;     ///< Of the events so far, the one that ends last.
+  const Slot* openEnded_ = nullptr;  ///< The last event, when it has no usable end and nothing has started later.
 };
 
 /// " (Channel One)"; empty for events that have no channel.

@@ -19,7 +19,7 @@ struct CommandContext {
   std::ostream& output;  ///< Standard output.
   std::string dataFolderPath;
   std::string resourceFolder;
-  bool dataFolderIsNamed = false;  ///< By the user, who may have misspelt it. Otherwise it is the default folder.
+  bool dataFolderIsNamed = false;  ///< By the operator, who may have misspelt it. Otherwise it is the default folder.
   /// When set, called before a command that changes no file writes output. From then on a closed pipe may end the
   /// program.
   std::function<void()> onReadOnlyCommand = nullptr;

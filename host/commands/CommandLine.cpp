@@ -13,7 +13,7 @@ namespace epg {
 
 namespace {
 
-/// Added to a message of failure, so that nobody takes the change for lost.
+/// Added to the message of a failure after the save, so that nobody takes the change for lost.
 std::string whatIsSaved(const ReportingEnvironment& environment) {
   const std::vector<ReportingEnvironment::Replacement> replacements = environment.replacements();
   const bool saved = !replacements.empty() && replacements.back().error == 0;

@@ -60,7 +60,7 @@ std::string programResourceFolder() {
   const char* const named = std::getenv("DORVASELIN_RESOURCES");
   if (named && *named != '\0') return named;
   const std::string program = programPath();
-  // Never a folder below the current one, which may be anybody's.
+  // Not relative to the current folder, which may be anybody's.
   if (program.empty()) return "/usr/share/dorvaselin";
   return program.substr(0, program.find_last_of('/') + 1) + "../share/dorvaselin";
 }

@@ -22,7 +22,7 @@ class TextFieldValue : public TextField {
   std::optional<std::string> placeholder_;
 };
 
-/// A table that keeps no cells: whoever prints it asks the data source then.
+/// A table without cells: whoever prints it asks the data source.
 class TableWithoutCells : public TableView {
  public:
   void reloadData() override {}
@@ -58,8 +58,8 @@ class CommandLineBundle : public Bundle {
   TextFieldValue description_;
 };
 
-/// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names; else
-/// "../share/dorvaselin" beside the program's own folder, where an installation puts it, and the build, too.
+/// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names, otherwise
+/// "../share/dorvaselin" relative to the program's folder, as in an installation and in the build.
 std::string programResourceFolder();
 
 }  // namespace epg

@@ -21,7 +21,7 @@ namespace epg {
 
 namespace {
 
-/// In the place of an EPG unique ID, and not behind "--".
+/// Stands for the IDs on standard input, unless it comes behind "--".
 const char* const standardInput = "-";
 
 /// File names may be any bytes, all other arguments are UTF-8.
@@ -33,7 +33,7 @@ void refuseUnlessUTF8(const std::string& text) {
   if (!isUTF8(text)) throw WrongUsage("the argument " + text + " is not UTF-8");
 }
 
-/// An argument that looks like an option and was none; empty without any.
+/// An argument that looks like an option but is none; empty when there is none.
 std::string unknownOption(const CLI::App& app) {
   for (const std::string& argument : app.remaining(true)) {
     if (argument.size() > 1 && argument[0] == '-') return argument;
@@ -69,7 +69,7 @@ const char* const escapesFooter =
     "arguments stand for themselves. An ID that begins with - goes behind --,\n"
     "where - alone is an ID too.";
 
-/// The options of all commands, what the user gave for them, and the command to run.
+/// The options of all commands, what the operator gave for them, and the command to run.
 class Parser {
  public:
   explicit Parser(CommandContext& context) : context_(context) {
@@ -322,7 +322,7 @@ class Parser {
   EditOptions edit_;
 };
 
-/// Tells people what the parser has to say, which may be the help that they asked for.
+/// Writes what the parser reports: the help, the version or what is wrong.
 int parserStatus(Parser& parser, const CLI::ParseError& error, CommandContext& context) {
   std::ostringstream output;
   std::ostringstream messages;

@@ -10,16 +10,16 @@ namespace epg {
 
 struct CommandContext;
 
-// The commands of dorvaselin. Each works to its end, saves included, and answers the exit status: 0 when all is done,
-// 1 when what it looked for is not as it should be. What makes a command impossible is thrown as a `Refusal`, what
-// makes no sense as `WrongUsage`; then nothing has been changed, unless the message says that a save failed.
+// The commands of the command line. Each returns an exit status after its saves have ended. One that cannot be carried
+// out throws a `Refusal`, one whose arguments make no sense `WrongUsage`; then nothing has been changed, unless the
+// message says that a save failed.
 
 struct ImportOptions {
   std::string guide;
   bool replace = false;
 };
-/// Makes an EPG item of every programme of an XMLTV guide that the store does not know yet. A guide that changes
-/// nothing causes no save.
+/// Makes an EPG item of every programme of an XMLTV guide that is not yet in the store. Saves only when that changes
+/// anything.
 int runImport(CommandContext& context, const ImportOptions& options);
 
 struct ExportOptions {
@@ -38,7 +38,7 @@ int runList(CommandContext& context);
 struct RemoveOptions {
   std::vector<UniqueIDArgument> ids;
 };
-/// Removes the entries. IDs without an entry are told; when none of them has one, nothing is saved and that is 1.
+/// Removes the entries. IDs without an entry are reported. When none has one, saves nothing and returns `exitRefused`.
 int runRemove(CommandContext& context, const RemoveOptions& options);
 
 struct DuplicateOptions {
@@ -50,8 +50,8 @@ int runDuplicate(CommandContext& context, const DuplicateOptions& options);
 struct CheckOptions {
   std::string events;
 };
-/// Time, tab, ID, tab, finding, one a line, in order of time. 1 when there is any, or when the file holds something
-/// that could not be used.
+/// Time, tab, ID, tab, finding, one a line, in order of time. Returns `exitRefused` when there is any, or when the file
+/// holds something that could not be used.
 int runCheck(CommandContext& context, const CheckOptions& options);
 
 struct ShowOptions {
@@ -69,7 +69,7 @@ struct EditOptions {
   std::vector<std::string> untags;
   bool dryRun = false;
 };
-/// Runs an editing session over the entries and commits it, unless it is only to be tried.
+/// Runs an editing session over the entries and commits it, except in a dry run.
 int runEdit(CommandContext& context, const EditOptions& options);
 
 }  // namespace epg

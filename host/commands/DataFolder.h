@@ -8,14 +8,15 @@ class Environment;
 class Messages;
 class ReportingEnvironment;
 
-/// Where the platform keeps application data: on a Mac "Library/Application Support/EPG DorvaSelin" in the home
-/// folder, elsewhere "EPGDorvaSelin" in XDG_DATA_HOME or, where that names no absolute path, in "~/.local/share".
+/// The default data folder, where the platform keeps application data: on a Mac "Library/Application Support/EPG
+/// DorvaSelin" in the home folder, elsewhere "EPGDorvaSelin" in XDG_DATA_HOME or, where that names no absolute path, in
+/// "~/.local/share".
 std::string defaultDataFolderPath(Environment& environment);
 
 /// The same folder as a manual writes it, with variables instead of anybody's home folder.
 const char* defaultDataFolderInWords();
 
-/// 0 where the folder can be opened, otherwise the errno value.
+/// 0 when the folder can be opened, otherwise the errno value.
 int folderError(Environment& environment, const std::string& path);
 
 /// Makes the folder and its missing parents; false when it was there already. Throws a `Refusal` that names

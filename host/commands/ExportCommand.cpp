@@ -22,7 +22,7 @@ namespace {
 
 const char* const defaultConfigurationName = "Default EPG Settings";
 
-/// Keeps the report of one export. Read only after the plug-in object that gives it is gone.
+/// Keeps the report of one export. May be read after the plug-in object is gone.
 class ExportReport : public TelvarinManagerEPGPluginProtocol_Delegate {
  public:
   void epgExportEventCompleted(bool succeeded, const EPGError* error) override {
@@ -63,7 +63,7 @@ PropertyListDictionary readConfiguration(CommandContext& context, const std::str
   return exportConfiguration(context.environment, context.dataFolderPath, name);
 }
 
-/// The day file's path is one line of output, and scripts take it from there.
+/// Scripts take the day file's path from the output, where it must be one line.
 void refuseFolderThatDoesNotFitOnALine(const std::optional<std::string>& folder, const std::string& name) {
   if (!folder || !steersOutput(*folder)) return;
   throw Refusal("the export configuration \"" + escapedForLine(name) +
@@ -76,7 +76,7 @@ std::size_t countWithoutItem(const EPGItemStore& store, const std::vector<EPGEve
   }));
 }
 
-/// What the plug-in says of a failed export, and why it happened as far as that can be known.
+/// The plug-in's message of a failed export, with the reason if it is known.
 std::string failureMessage(const ExportReport& report, const ReportingEnvironment& environment, bool hasFolder) {
   if (!hasFolder) return report.message() + ": the export configuration names no folder (\"exportPath\")";
   const auto replacements = environment.replacements();

@@ -24,8 +24,8 @@ class PluginSession {
   };
 
   /// Throws a `Refusal` when the item store cannot be read: the plug-in would start with an empty one, and its next
-  /// save would replace the file. Throws one also when the user named a folder that is missing, unless the purpose is
-  /// `Adding` or `Rehearsing`. The default folder may be missing; it counts as empty and is made for every change.
+  /// save would replace the file. Throws one also when the operator named a folder that is missing, unless the purpose
+  /// is `Adding` or `Rehearsing`. The default folder may be missing; it counts as empty and is made for every change.
   PluginSession(CommandContext& context, Purpose purpose);
   PluginSession(const PluginSession&) = delete;
   PluginSession& operator=(const PluginSession&) = delete;

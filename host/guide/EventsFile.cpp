@@ -21,7 +21,7 @@ namespace epg {
 
 namespace {
 
-/// One dictionary of the property list, with messages that name it.
+/// Reads the values of one event in a property list. `place` stands before its messages.
 class EventReader {
  public:
   EventReader(const PropertyListDictionary& values, std::string place) : values_(values), place_(std::move(place)) {}
@@ -73,7 +73,7 @@ Schedule scheduleInPropertyList(const PropertyList& list, const std::string& pat
   return schedule;
 }
 
-/// Each programme becomes an event as soon as it is read, so that no guide is held twice.
+/// Makes an event of each programme as soon as it is read, so that the guide is not in memory twice.
 Schedule scheduleInGuide(const XMLReader& document, const std::string& path) {
   Schedule schedule;
   GuideSummary summary = readGuide(document, path, [&schedule](XMLTVProgramme&& programme) {
@@ -92,8 +92,8 @@ Schedule scheduleInGuide(const XMLReader& document, const std::string& path) {
 
 bool startsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
 
-/// Whether the first tag is that of a property list. Told without parsing, so that each form is parsed only once; a
-/// document in UTF-16 or with an unusual prologue is not recognised.
+/// Whether the first tag is that of a property list. Looks at the text without parsing it, and may miss one in UTF-16
+/// or with an unusual prologue.
 bool isPlainlyPropertyList(std::string_view text) {
   static constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   static constexpr std::string_view rootTag = "<plist";
@@ -124,7 +124,7 @@ Schedule readSchedule(Environment& environment, const std::string& path) {
   if (isPlainlyPropertyList(bytes)) {
     if (const std::optional<PropertyList> list = parsePropertyList(bytes)) return scheduleInPropertyList(*list, path);
   }
-  // A guide, a property list that was not recognised, or a file to be refused, with the place of what is wrong.
+  // A guide, a property list that was not recognised, or a file to be refused.
   std::string problem;
   const std::unique_ptr<XMLReader> document = XMLReader::parse(bytes, &problem);
   if (!document) throw Refusal(path + ": neither a property list nor an XMLTV guide: " + problem);

@@ -12,7 +12,7 @@
 namespace epg {
 
 std::string systemMessage(int error) {
-  // The environment's word for a name under which something else than a regular file stands.
+  // What the environment returns for a folder, a device and the like.
   if (error == EINVAL) return "Not a regular file";
   return std::generic_category().message(error);
 }

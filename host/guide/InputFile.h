@@ -7,7 +7,7 @@ namespace epg {
 
 class Environment;
 
-/// What the system says about an errno value, for a message.
+/// The system's text for an errno value.
 std::string systemMessage(int error);
 
 /// The content of a file that a command was given. Throws a `Refusal` that names the file.

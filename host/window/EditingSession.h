@@ -4,8 +4,8 @@
 
 #import <TelvarinManagerEPGPluginProtocol.h>
 
-/// What is under edit in the plug-in's editor view, and whether it was changed there since. The plug-in's protocol does
-/// not tell of changes, so the view is compared with what it held before.
+/// Knows which entries are under edit in the plug-in's editor view, and whether there are unsaved edits. The protocol
+/// does not tell, so the view's content is compared with what it was at the start.
 @interface EditingSession : NSObject {
  @private
   NSObject<TelvarinManagerEPGPluginProtocol>* _plugin;
@@ -20,7 +20,7 @@
 /// The plug-in and its view are not retained.
 - (id)initWithPlugin:(NSObject<TelvarinManagerEPGPluginProtocol>*)plugin editorView:(NSView*)editorView;
 
-/// Puts these entries under edit and drops what was not committed. Without any the editor cannot be used.
+/// Starts to edit these entries and drops unsaved edits. Without entries the editor is disabled.
 - (void)edit:(NSArray*)uniqueIDs;
 /// EPG unique IDs; empty when nothing is under edit.
 - (NSArray*)editedIDs;

@@ -39,7 +39,7 @@
   _tableChanged = NO;
 }
 
-/// What would be typed while nothing is under edit would belong to nothing.
+/// While nothing is under edit, input would be lost.
 - (void)letEditorBeUsed:(BOOL)used {
   if (used) {
     for (NSUInteger index = 0; index < [_disabledControls count]; ++index) {
@@ -66,7 +66,7 @@
 
 - (void)commit {
   [_plugin commitEditing];
-  // Named anew, because until then what is clicked in the editor would change the store itself.
+  // After a commit the editor works on the store itself, until the entries are named again.
   [self edit:[[_editedIDs retain] autorelease]];
 }
 

@@ -7,8 +7,8 @@
 #import "host/window/EditingSession.h"
 #import "host/window/MainWindow.h"
 
-/// What a user does to entries: selects them for editing, commits, reverts, duplicates and removes. Asks before changes
-/// would be lost.
+/// What an operator does to entries: selects them for editing, commits, reverts, duplicates and removes. Asks before
+/// changes would be lost.
 @interface EntryCommands : NSObject {
  @private
   NSObject<TelvarinManagerEPGPluginProtocol>* _plugin;
@@ -23,19 +23,19 @@
 /// Neither is retained.
 - (id)initWithPlugin:(NSObject<TelvarinManagerEPGPluginProtocol>*)plugin mainWindow:(MainWindow*)mainWindow;
 
-/// The window's list has another selection.
+/// Called when the operator has changed the selection in the list.
 - (void)selectionChanged:(id)sender;
 - (void)commit:(id)sender;
 - (void)revert:(id)sender;
 - (void)duplicate:(id)sender;
 - (void)remove:(id)sender;
 
-/// Puts these entries under edit without a question.
+/// Starts to edit these entries, without a question.
 - (void)edit:(NSArray*)uniqueIDs;
 - (EditingSession*)session;
 /// What is under edit, in words: a title or a number of entries.
 - (NSString*)nameOfEdited;
-/// Whether the window may close at once. If not, the user is asked, and the answer closes the window.
+/// Whether the window may close at once. If not, the operator is asked, and the answer closes the window.
 - (BOOL)mayCloseWindow;
 /// Whether any of these operations has made the plug-in save its store.
 - (BOOL)hasChangedStore;

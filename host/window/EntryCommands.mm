@@ -42,7 +42,7 @@ NSString* const withoutID = @"An event without an EPG unique ID has no metadata"
 }
 
 - (void)edit:(NSArray*)uniqueIDs {
-  // A question was about what is under edit until now.
+  // The question was about the entries that were under edit until now.
   if ([[_mainWindow notice] isAsking]) {
     [[_mainWindow notice] stopAsking];
   }
@@ -163,7 +163,7 @@ NSString* const withoutID = @"An event without an EPG unique ID has no metadata"
   NSString* source = [edited lastObject];
   Playback* original = [playlist lastPlaybackOf:source];
   NSString* title = [self titleOfCopyOf:original];
-  // Unique by itself: the plug-in also keeps the copies of earlier sessions, of which this list knows nothing.
+  // Must be unique in the store, where copies of earlier sessions are that this list does not know.
   NSString* target = [NSString stringWithFormat:@"%@ copy %@", source, [[NSUUID UUID] UUIDString]];
   Playback* copy = [[[Playback alloc] initWithUniqueID:target title:title copyOf:original] autorelease];
   [_plugin duplicateEPGItemWithUniqueID:source toItemWithUniqueID:target];
@@ -215,7 +215,7 @@ NSString* const withoutID = @"An event without an EPG unique ID has no metadata"
 
 - (void)removeForGood:(id)sender {
   if ([_session hasUnsavedEdits] && !_removalDropsEdits) {
-    // Made since the question, which did not speak of them.
+    // The edits were made after the question, which did not mention them.
     [self remove:sender];
     return;
   }
@@ -223,7 +223,7 @@ NSString* const withoutID = @"An event without an EPG unique ID has no metadata"
   NSString* name = [self nameOfEdited];
   [_plugin removeEPGItemsWithUniqueIDs:_idsToRemove];
   _hasChangedStore = YES;
-  // A copy that only this window knows goes with its metadata; an event of the file stays, without.
+  // A copy exists only in this list, so its line goes too. An event of the file stays, without metadata.
   [playlist removeCopies:[NSSet setWithArray:_idsToRemove]];
   [playlist selectIDs:[_session editedIDs]];
   [self edit:[playlist selectedIDs]];

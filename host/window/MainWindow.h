@@ -38,7 +38,7 @@
 - (PlaylistView*)playlist;
 - (NSView*)editorView;
 - (NoticeBar*)notice;
-/// The export configuration that the user chose.
+/// The export configuration that the operator chose.
 - (NSString*)configurationName;
 /// Enables the buttons that can be used while so many entries are under edit.
 - (void)enableButtonsForEntries:(NSUInteger)count;

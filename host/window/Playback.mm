@@ -8,7 +8,7 @@
 
 namespace {
 
-// The keys of EPG events, as the plug-in's host and every plug-in know them.
+// The keys of an event in the protocol between host and plug-in.
 NSString* const uniqueIDKey = @"eventEPGUniqueID";
 NSString* const playbackIDKey = @"eventEPGPlaybackUniqueID";
 NSString* const startKey = @"eventEPGStartDateTime";
@@ -20,7 +20,7 @@ NSDate* dateOf(const std::optional<epg::Instant>& instant) {
   return instant ? [NSDate dateWithTimeIntervalSinceReferenceDate:instant->secondsSinceReferenceDate] : nil;
 }
 
-/// The title of an event whose file knows none is the ID of its entry.
+/// The ID of its entry stands in for the title of an event whose file has none.
 NSString* titleOf(const epg::EPGEvent& event, const epg::EventDetails& details) {
   if (!details.title.empty()) {
     return stringOf(details.title);
