@@ -16,7 +16,7 @@ bool lacksText(const PropertyListDictionary& item, const char* key) {
   return !text || strippedOfWhiteSpace(*text).empty();
 }
 
-/// The tags outside the catalogue, each once, as they stand on one line; empty without any.
+/// The tags outside the catalogue, each once, quoted and separated by commas.
 std::string strangeTags(const PropertyListDictionary& item, const std::set<std::string>& catalogue) {
   std::string text;
   std::set<std::string> seen;
@@ -53,8 +53,7 @@ std::vector<Finding> itemFindings(const Schedule& schedule, const EPGItemStore& 
                                   const std::vector<std::string>& catalogue) {
   std::vector<Finding> findings;
   std::map<std::string, const EPGEvent*> firstEvents;
-  for (const ScheduledEvent& scheduled : schedule.events) {
-    const EPGEvent& event = scheduled.event;
+  for (const EPGEvent& event : schedule.events) {
     if (!event.eventEPGUniqueID) {
       findings.push_back({event.eventEPGStartDateTime, std::nullopt, "no EPG unique ID: left out of the export"});
     } else if (!items.item(*event.eventEPGUniqueID)) {

@@ -9,9 +9,9 @@
 
 namespace epg {
 
-/// What is wrong with the items that a schedule plays: events that have none and will be left out of the export, items
-/// without title or description, and tags that `catalogue` does not have. An event is named each time, an item once,
-/// at its first event.
+/// What is wrong with the items of a schedule: events without an item, which the export leaves out; items without title
+/// or description; tags that are not in `catalogue`. An event without an item is reported each time, an item once, at
+/// its first event.
 std::vector<Finding> itemFindings(const Schedule& schedule, const EPGItemStore& items,
                                   const std::vector<std::string>& catalogue);
 

@@ -11,14 +11,15 @@ namespace epg {
 
 namespace {
 
-/// Differences below this come from counting seconds in fractions.
+/// Smaller differences are rounding errors.
 constexpr double rounding = 0.0005;
 
 double seconds(Instant instant) { return instant.secondsSinceReferenceDate; }
 
 /// An event's place on its channel.
 struct Slot {
-  const ScheduledEvent* scheduled;
+  const EPGEvent* event;
+  const EventDetails* details;
   double start;
   double end;        ///< The start where the event has no usable end.
   bool isOpenEnded;  ///< Runs until the next event starts.
@@ -26,41 +27,41 @@ struct Slot {
   bool isEmpty() const { return !isOpenEnded && end - start < rounding; }
 };
 
-Slot slotOf(const ScheduledEvent& scheduled) {
-  const double start = seconds(*scheduled.event.eventEPGStartDateTime);
-  const std::optional<Instant> end = scheduled.event.eventEPGEndDateTime;
+/// Of an event that has a start.
+Slot slotOf(const EPGEvent& event, const EventDetails& details) {
+  const double start = seconds(*event.eventEPGStartDateTime);
+  const std::optional<Instant> end = event.eventEPGEndDateTime;
   const bool isUsable = end && seconds(*end) >= start;
-  return {&scheduled, start, isUsable ? seconds(*end) : start, !isUsable};
+  return {&event, &details, start, isUsable ? seconds(*end) : start, !isUsable};
 }
 
-/// Channel by channel in the order of broadcast. Empty events come before others that start with them: nothing
-/// overlaps an event that takes no time, unless it is on when that one starts.
+/// Sorts by channel, then by start. Of events that start together an empty one comes first, so that it does not overlap
+/// the others: it takes no time.
 bool isBroadcastBefore(const Slot& a, const Slot& b) {
   const auto key = [](const Slot& slot) {
     return std::tuple<const std::string&, double, bool, double, const std::string&>(
-        slot.scheduled->channel, slot.start, !slot.isEmpty(), slot.end, slot.scheduled->clumpIndex);
+        slot.details->channel, slot.start, !slot.isEmpty(), slot.end, slot.details->clumpIndex);
   };
   return key(a) < key(b);
 }
 
-/// "2" of the clump index "0/2"; empty where it is none.
+/// "2" of the clump index "0/2"; empty for any other form.
 std::string clumpSize(const std::string& clumpIndex) {
   const std::size_t slash = clumpIndex.find('/');
   return slash == std::string::npos ? std::string() : clumpIndex.substr(slash + 1);
 }
 
 bool shareClump(const Slot& a, const Slot& b) {
-  const std::string size = clumpSize(a.scheduled->clumpIndex);
+  const std::string size = clumpSize(a.details->clumpIndex);
   return a.start == b.start && a.end == b.end && a.isOpenEnded == b.isOpenEnded && !size.empty() && size != "1" &&
-         size == clumpSize(b.scheduled->clumpIndex) && a.scheduled->clumpIndex != b.scheduled->clumpIndex;
+         size == clumpSize(b.details->clumpIndex) && a.details->clumpIndex != b.details->clumpIndex;
 }
 
-std::string name(const ScheduledEvent& scheduled) {
-  return scheduled.event.eventEPGUniqueID ? escapedForLine(*scheduled.event.eventEPGUniqueID)
-                                          : "an event without an EPG unique ID";
+std::string eventName(const EPGEvent& event) {
+  return event.eventEPGUniqueID ? escapedForLine(*event.eventEPGUniqueID) : "an event without an EPG unique ID";
 }
 
-/// Goes through the events of one channel in the order of broadcast.
+/// Is given the events of one channel in the order of broadcast, and finds overlaps and gaps.
 class ChannelCheck {
  public:
   ChannelCheck(const LocalCalendar& calendar, std::string suffix, std::vector<Finding>* findings)
@@ -82,34 +83,34 @@ class ChannelCheck {
   }
 
  private:
-  /// What is on when the event starts.
+  /// What the event overlaps, in words.
   std::optional<std::string> overlapOf(const Slot& slot) const {
     if (latest_->end - slot.start > rounding) {
       const Instant end{latest_->end};
-      return "overlaps " + name(*latest_->scheduled) + ", which ends at " + localTimeText(calendar_, end);
+      return "overlaps " + eventName(*latest_->event) + ", which ends at " + localTimeText(calendar_, end);
     }
     if (openEnded_ && slot.start - openEnded_->start < rounding && !slot.isEmpty()) {
-      return "starts together with " + name(*openEnded_->scheduled);
+      return "starts together with " + eventName(*openEnded_->event);
     }
     return std::nullopt;
   }
 
   void addGap(const Slot& next) {
-    findings_->push_back({Instant{latest_->end}, latest_->scheduled->event.eventEPGUniqueID,
+    findings_->push_back({Instant{latest_->end}, latest_->event->eventEPGUniqueID,
                           "gap of " + durationText(next.start - latest_->end) + " after this event, until " +
-                              name(*next.scheduled) + suffix_});
+                              eventName(*next.event) + suffix_});
   }
 
   void addFinding(const Slot& slot, const std::string& text) {
-    findings_->push_back({Instant{slot.start}, slot.scheduled->event.eventEPGUniqueID, text + suffix_});
+    findings_->push_back({Instant{slot.start}, slot.event->eventEPGUniqueID, text + suffix_});
   }
 
   const LocalCalendar& calendar_;
   const std::string suffix_;
   std::vector<Finding>* findings_;
   const Slot* last_ = nullptr;
-  const Slot* latest_ = nullptr;     ///< The event so far that ends last.
-  const Slot* openEnded_ = nullptr;  ///< Without a usable end, and nothing has started after it yet.
+  const Slot* latest_ = nullptr;     ///< Of the events so far, the one that ends last.
+  const Slot* openEnded_ = nullptr;  ///< The last event, when it has no usable end and nothing has started later.
 };
 
 /// " (Channel One)"; empty for events that have no channel.
@@ -120,11 +121,11 @@ std::string channelSuffix(const Schedule& schedule, const std::string& channel) 
 }
 
 void addOwnTimes(const Schedule& schedule, const LocalCalendar& calendar, std::vector<Finding>* findings) {
-  for (const ScheduledEvent& scheduled : schedule.events) {
-    const EPGEvent& event = scheduled.event;
+  for (std::size_t i = 0; i < schedule.events.size(); ++i) {
+    const EPGEvent& event = schedule.events[i];
     const std::optional<Instant> start = event.eventEPGStartDateTime;
     const std::optional<Instant> end = event.eventEPGEndDateTime;
-    const std::string suffix = channelSuffix(schedule, scheduled.channel);
+    const std::string suffix = channelSuffix(schedule, schedule.details[i].channel);
     if (!start) findings->push_back({start, event.eventEPGUniqueID, "no start" + suffix});
     if (!end) findings->push_back({start, event.eventEPGUniqueID, "no end" + suffix});
     if (start && end && *end < *start) {
@@ -141,14 +142,15 @@ std::vector<Finding> timeFindings(const Schedule& schedule, const LocalCalendar&
   addOwnTimes(schedule, calendar, &findings);
 
   std::vector<Slot> slots;
-  for (const ScheduledEvent& scheduled : schedule.events) {
-    if (scheduled.event.eventEPGStartDateTime) slots.push_back(slotOf(scheduled));
+  for (std::size_t i = 0; i < schedule.events.size(); ++i) {
+    const EPGEvent& event = schedule.events[i];
+    if (event.eventEPGStartDateTime) slots.push_back(slotOf(event, schedule.details[i]));
   }
   std::stable_sort(slots.begin(), slots.end(), isBroadcastBefore);
   for (std::size_t i = 0; i < slots.size();) {
-    const std::string& channel = slots[i].scheduled->channel;
+    const std::string& channel = slots[i].details->channel;
     ChannelCheck check(calendar, channelSuffix(schedule, channel), &findings);
-    for (; i < slots.size() && slots[i].scheduled->channel == channel; ++i) check.add(slots[i]);
+    for (; i < slots.size() && slots[i].details->channel == channel; ++i) check.add(slots[i]);
   }
   return findings;
 }

@@ -9,12 +9,12 @@ namespace epg {
 
 class LocalCalendar;
 
-/// What is wrong with the times of a schedule: events without start or end, or that end before they start; on each
-/// channel events that overlap, and gaps between them.
+/// What is wrong with the times of a schedule: events without start or end; events that end before they start; on each
+/// channel, overlaps and gaps.
 ///
 /// An event is on air from its start until just before its end. One without a usable end counts as running until the
-/// next event starts. The programmes of one clump share their slot on purpose and count as one. Of several events that
-/// are on when another one starts, the one that ends last is named. Needs n log n steps.
+/// next event starts. The programmes of one clump share their slot on purpose and count as one. When an event overlaps
+/// several others, the one that ends last is named. Takes O(n log n).
 std::vector<Finding> timeFindings(const Schedule& schedule, const LocalCalendar& calendar);
 
 }  // namespace epg

@@ -6,6 +6,7 @@
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
 #include "host/commands/EventsArgument.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/commands/TagCatalogue.h"
@@ -39,7 +40,7 @@ std::vector<Finding> findingsIn(CommandContext& context, const Schedule& schedul
 
 }  // namespace
 
-int checkEvents(CommandContext& context, const CheckOptions& options) {
+int runCheck(CommandContext& context, const CheckOptions& options) {
   refuseUnknownTimeZone(context.environment);
   const Schedule schedule = readEventsArgument(context, options.events);
   const LocalCalendar calendar;
@@ -48,7 +49,7 @@ int checkEvents(CommandContext& context, const CheckOptions& options) {
     context.output << localTimeText(calendar, finding.time) << '\t'
                    << (finding.uniqueID ? escapedForLine(*finding.uniqueID) : "-") << '\t' << finding.text << '\n';
   }
-  return findings.empty() && schedule.warnings.empty() ? 0 : 1;
+  return findings.empty() && schedule.warnings.empty() ? exitDone : exitRefused;
 }
 
 }  // namespace epg

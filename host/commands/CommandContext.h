@@ -11,7 +11,7 @@ namespace epg {
 class Messages;
 class ReportingEnvironment;
 
-/// What every command works with.
+/// What every command of the command line works with.
 struct CommandContext {
   ReportingEnvironment& environment;
   Messages& messages;    ///< Standard error.
@@ -19,13 +19,13 @@ struct CommandContext {
   std::ostream& output;  ///< Standard output.
   std::string dataFolderPath;
   std::string resourceFolder;
-  bool dataFolderIsNamed = false;  ///< By whoever gave the command, who may have misspelt it; else it is the usual one.
-  /// Called, where it is set, before a command that changes no file writes anything: from then on a reader that leaves
-  /// early may end the program.
-  std::function<void()> nothingToLose = nullptr;
-  /// Where it is set, takes what is of no more use once the command ends, for the process to end with: giving back a
-  /// store's millions of pieces one by one takes longer than to save them, and nobody would be the better for it.
-  std::function<void(std::shared_ptr<const void>)> keep = nullptr;
+  bool dataFolderIsNamed = false;  ///< By the operator, who may have misspelt it. Otherwise it is the default folder.
+  /// When set, called before a command that changes no file writes output. From then on a closed pipe may end the
+  /// program.
+  std::function<void()> onReadOnlyCommand = nullptr;
+  /// When set, is given objects that need not be freed because the process ends soon: to free the millions of parts of
+  /// a large store takes longer than to save them.
+  std::function<void(std::shared_ptr<const void>)> keepUntilExit = nullptr;
 };
 
 }  // namespace epg

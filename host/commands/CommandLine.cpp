@@ -4,6 +4,7 @@
 
 #include "host/commands/CommandContext.h"
 #include "host/commands/CommandParser.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/terminal/Messages.h"
 #include "host/terminal/Refusal.h"
@@ -12,11 +13,7 @@ namespace epg {
 
 namespace {
 
-constexpr int done = 0;
-constexpr int refused = 1;
-constexpr int wrongUsage = 2;
-
-/// Whoever hears that a command failed must not think that its change is lost.
+/// Added to the message of a failure after the save, so that nobody takes the change for lost.
 std::string whatIsSaved(const ReportingEnvironment& environment) {
   const std::vector<ReportingEnvironment::Replacement> replacements = environment.replacements();
   const bool saved = !replacements.empty() && replacements.back().error == 0;
@@ -26,12 +23,12 @@ std::string whatIsSaved(const ReportingEnvironment& environment) {
 }  // namespace
 
 int runCommandLine(const std::vector<std::string>& arguments, CommandContext& context) {
-  int status = refused;
+  int status = exitRefused;
   try {
     status = parseAndRun(arguments, context);
   } catch (const WrongUsage& problem) {
     context.messages.line(problem.what());
-    status = wrongUsage;
+    status = exitWrongUsage;
   } catch (const Refusal& problem) {
     context.messages.line(problem.what());
   } catch (const std::bad_alloc&) {
@@ -40,9 +37,9 @@ int runCommandLine(const std::vector<std::string>& arguments, CommandContext& co
     context.messages.line(std::string("failed: ") + problem.what());
   }
   context.output.flush();
-  if (!context.output && status == done) {
+  if (!context.output && status == exitDone) {
     context.messages.line("standard output: cannot be written" + whatIsSaved(context.environment));
-    status = refused;
+    status = exitRefused;
   }
   return status;
 }

@@ -10,6 +10,7 @@
 
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/ParserArguments.h"
 #include "host/commands/Version.h"
 #include "host/terminal/Messages.h"
@@ -20,13 +21,10 @@ namespace epg {
 
 namespace {
 
-constexpr int done = 0;
-constexpr int wrongUsage = 2;
-
-/// The one argument that is no EPG unique ID where it stands in the place of one, unless it stands behind "--".
+/// Stands for the IDs on standard input, unless it comes behind "--".
 const char* const standardInput = "-";
 
-/// The bytes of a file's name are the system's business and may be any.
+/// File names may be any bytes, all other arguments are UTF-8.
 bool isFileName(ValueKind kind) {
   return kind == ValueKind::File || kind == ValueKind::Folder || kind == ValueKind::Configuration;
 }
@@ -35,7 +33,7 @@ void refuseUnlessUTF8(const std::string& text) {
   if (!isUTF8(text)) throw WrongUsage("the argument " + text + " is not UTF-8");
 }
 
-/// An argument that looks like an option and was none; empty without any.
+/// An argument that looks like an option but is none; empty when there is none.
 std::string unknownOption(const CLI::App& app) {
   for (const std::string& argument : app.remaining(true)) {
     if (argument.size() > 1 && argument[0] == '-') return argument;
@@ -47,9 +45,9 @@ bool takesPositionals(const CLI::App& command) {
   return !command.get_options([](const CLI::Option* option) { return option->get_positional(); }).empty();
 }
 
-void store(const std::string& text, std::string* target) { *target = text; }
-void store(const std::string& text, std::optional<std::string>* target) { *target = text; }
-void store(const std::string& text, std::vector<std::string>* target) { target->push_back(text); }
+void keepText(const std::string& text, std::string* target) { *target = text; }
+void keepText(const std::string& text, std::optional<std::string>* target) { *target = text; }
+void keepText(const std::string& text, std::vector<std::string>* target) { target->push_back(text); }
 
 std::vector<std::string> paragraphsOf(const std::string& text) {
   std::vector<std::string> paragraphs;
@@ -71,7 +69,7 @@ const char* const escapesFooter =
     "arguments stand for themselves. An ID that begins with - goes behind --,\n"
     "where - alone is an ID too.";
 
-/// What each command was given, and the one that was chosen.
+/// The options of all commands, what the operator gave for them, and the command to run.
 class Parser {
  public:
   explicit Parser(CommandContext& context) : context_(context) {
@@ -79,10 +77,9 @@ class Parser {
     app_.fallthrough();
     app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app_.set_version_flag("--version", programVersion, "Print the version and exit");
-    addText(&app_, ValueKind::Folder, "--data-folder", &dataFolder_,
-            "Folder of the item store and the export configurations, made by import and edit; default: " +
-                context.dataFolderPath)
-        ->type_name("DIR");
+    addOption(&app_, ValueKind::Folder, "--data-folder", "DIR", &dataFolder_,
+              "Folder of the item store and the export configurations, made by import and edit; default: " +
+                  context.dataFolderPath);
     app_.footer(
         "Exit status: 0 done; 1 refused or failed, with a message; 2 wrong usage. A command that\n"
         "changes no file ends quietly, by SIGPIPE, when its reader leaves early.\n"
@@ -90,8 +87,8 @@ class Parser {
     addImport();
     addExport();
     add("configurations", "List the export configurations of the data folder",
-        reading([this] { return listConfigurations(context_); }));
-    add("list", "List the entries: ID, tab, title", reading([this] { return listEntries(context_); }))
+        reading([this] { return runConfigurations(context_); }));
+    add("list", "List the entries: ID, tab, title", reading([this] { return runList(context_); }))
         ->footer(escapesFooter);
     addRemove();
     addDuplicate();
@@ -123,15 +120,16 @@ class Parser {
   int run() const { return run_(); }
 
   ProgramDescription description() const {
-    ProgramDescription described{describe(app_), {}};
-    for (const CLI::App* command : app_.get_subcommands(nullptr)) described.commands.push_back(describe(*command));
+    ProgramDescription described{describeCommand(app_), {}};
+    for (const CLI::App* command : app_.get_subcommands(nullptr))
+      described.commands.push_back(describeCommand(*command));
     return described;
   }
 
   CLI::App& app() { return app_; }
 
  private:
-  /// The parser would only say that something is missing, or that it expected nothing.
+  /// The parser's own message would not name the argument.
   void refuseUnknownArgument() const {
     const std::vector<CLI::App*> commands = app_.get_subcommands();
     const std::string option = unknownOption(app_);
@@ -155,17 +153,15 @@ class Parser {
   /// A command that changes no file.
   std::function<int()> reading(std::function<int()> run) {
     return [this, run = std::move(run)] {
-      if (context_.nothingToLose) context_.nothingToLose();
+      if (context_.onReadOnlyCommand) context_.onReadOnlyCommand();
       return run();
     };
   }
 
   void addImport() {
     CLI::App* const command = add("import", "Make an entry of every programme of an XMLTV guide",
-                                  [this] { return importGuide(context_, import_); });
-    addText(command, ValueKind::File, "GUIDE", &import_.guide, "The guide, plain or compressed by gzip")
-        ->type_name("")
-        ->required();
+                                  [this] { return runImport(context_, import_); });
+    addPositional(command, ValueKind::File, "GUIDE", &import_.guide, "The guide, plain or compressed by gzip");
     command->add_flag("--replace", import_.replace, "Replace the metadata of entries that are there already");
     command->footer(
         "Entries that are there already stay as they were edited, unless --replace is given. A\n"
@@ -174,18 +170,15 @@ class Parser {
 
   void addExport() {
     CLI::App* const command = add("export", "Write the day file of scheduled events; its path is the last line printed",
-                                  [this] { return exportEvents(context_, export_); });
-    addText(command, ValueKind::File, "EVENTS", &export_.events,
-            "A property list (array of events) or an XMLTV guide, plain or compressed by gzip")
-        ->type_name("")
-        ->required();
-    addText(command, ValueKind::Configuration, "--configuration", &export_.configuration,
-            "The export configuration; needed where the data folder has several")
-        ->type_name("NAME");
+                                  [this] { return runExport(context_, export_); });
+    addPositional(command, ValueKind::File, "EVENTS", &export_.events,
+                  "A property list (array of events) or an XMLTV guide, plain or compressed by gzip");
+    addOption(command, ValueKind::Configuration, "--configuration", "NAME", &export_.configuration,
+              "The export configuration; needed where the data folder has several");
   }
 
   void addRemove() {
-    CLI::App* const command = add("remove", "Remove entries", [this] { return removeEntries(context_, remove_); });
+    CLI::App* const command = add("remove", "Remove entries", [this] { return runRemove(context_, remove_); });
     addIDs(command, &remove_.ids);
     command->footer(std::string("IDs without an entry are told and passed over; when none of them has one, the exit\n"
                                 "status is 1.\n\n") +
@@ -194,19 +187,15 @@ class Parser {
 
   void addDuplicate() {
     CLI::App* const command = add("duplicate", "Copy an entry to another ID, replacing what is there",
-                                  [this] { return duplicateEntry(context_, duplicate_); });
-    addText(command, ValueKind::Entry, "SOURCE", &duplicate_.source, "EPG unique ID of the entry to copy")
-        ->type_name("")
-        ->required();
-    addText(command, ValueKind::Entry, "TARGET", &duplicate_.target, "EPG unique ID of the copy")
-        ->type_name("")
-        ->required();
+                                  [this] { return runDuplicate(context_, duplicate_); });
+    addPositional(command, ValueKind::Entry, "SOURCE", &duplicate_.source, "EPG unique ID of the entry to copy");
+    addPositional(command, ValueKind::Entry, "TARGET", &duplicate_.target, "EPG unique ID of the copy");
   }
 
   void addCheck() {
     CLI::App* const command = add("check", "Look for what would embarrass a channel on air",
-                                  reading([this] { return checkEvents(context_, check_); }));
-    addText(command, ValueKind::File, "EVENTS", &check_.events, "As for export")->type_name("")->required();
+                                  reading([this] { return runCheck(context_, check_); }));
+    addPositional(command, ValueKind::File, "EVENTS", &check_.events, "As for export");
     command->footer(
         "Reports overlaps and gaps on a channel (a property list is one channel), events without\n"
         "start, end or item, or that end before they start, items without title or description,\n"
@@ -216,7 +205,7 @@ class Parser {
 
   void addShow() {
     CLI::App* const command = add("show", "Show what the editor shows for these entries",
-                                  reading([this] { return showEntries(context_, show_); }));
+                                  reading([this] { return runShow(context_, show_); }));
     addIDs(command, &show_.ids);
     command->footer(std::string("Texts that differ are shown as <Multiple Values>. A tag is on [x], off [ ] or mixed\n"
                                 "[-].\n\n") +
@@ -225,19 +214,16 @@ class Parser {
 
   void addEdit() {
     CLI::App* const command =
-        add("edit", "Edit one entry or many at once", [this] { return editEntries(context_, edit_); });
+        add("edit", "Edit one entry or many at once", [this] { return runEdit(context_, edit_); });
     addIDs(command, &edit_.ids);
-    addText(command, ValueKind::Text, "--title", &edit_.title, "The title of all of them")->type_name("TEXT");
-    addText(command, ValueKind::Text, "--description", &edit_.description, "The description of all of them")
-        ->type_name("TEXT");
-    addText(command, ValueKind::Text, "--image-url", &edit_.imageURL, "The image URL of all of them")
-        ->type_name("TEXT");
-    addText(command, ValueKind::Tag, "--tag", &edit_.tags, "Turn a tag of the catalogue on; may be repeated")
-        ->type_name("NAME")
+    addOption(command, ValueKind::Text, "--title", "TEXT", &edit_.title, "The title of all of them");
+    addOption(command, ValueKind::Text, "--description", "TEXT", &edit_.description, "The description of all of them");
+    addOption(command, ValueKind::Text, "--image-url", "TEXT", &edit_.imageURL, "The image URL of all of them");
+    addOption(command, ValueKind::Tag, "--tag", "NAME", &edit_.tags, "Turn a tag of the catalogue on; may be repeated")
         ->take_all()
         ->allow_extra_args(false);
-    addText(command, ValueKind::Tag, "--untag", &edit_.untags, "Turn a tag of the catalogue off; may be repeated")
-        ->type_name("NAME")
+    addOption(command, ValueKind::Tag, "--untag", "NAME", &edit_.untags,
+              "Turn a tag of the catalogue off; may be repeated")
         ->take_all()
         ->allow_extra_args(false);
     command->add_flag("--dry-run", edit_.dryRun, "Show the result and change nothing");
@@ -248,15 +234,15 @@ class Parser {
                     escapesFooter);
   }
 
-  CommandDescription describe(const CLI::App& app) const {
+  CommandDescription describeCommand(const CLI::App& app) const {
     CommandDescription described{app.get_name(), app.get_description(), {}, {}, paragraphsOf(app.get_footer())};
     for (const CLI::Option* option : app.get_options()) {
-      (option->get_positional() ? described.positionals : described.options).push_back(describe(*option));
+      (option->get_positional() ? described.positionals : described.options).push_back(describeArgument(*option));
     }
     return described;
   }
 
-  ArgumentDescription describe(const CLI::Option& option) const {
+  ArgumentDescription describeArgument(const CLI::Option& option) const {
     ArgumentDescription described;
     if (option.get_positional()) described.names.push_back(option.get_name(true));
     for (const std::string& name : option.get_snames()) described.names.push_back("-" + name);
@@ -271,18 +257,29 @@ class Parser {
     return described;
   }
 
+  template <typename Target>
+  CLI::Option* addOption(CLI::App* app, ValueKind kind, const std::string& name, const char* valueName, Target* target,
+                         const std::string& description) {
+    optionsWithText_.insert(name);
+    return addText(app, kind, name, target, description)->type_name(valueName);
+  }
+
+  void addPositional(CLI::App* app, ValueKind kind, const std::string& name, std::string* target,
+                     const std::string& description) {
+    addText(app, kind, name, target, description)->type_name("")->required();
+  }
+
   /// Adds an option, or a positional argument, whose texts go to `target` as they are.
   template <typename Target>
   CLI::Option* addText(CLI::App* app, ValueKind kind, const std::string& name, Target* target,
                        const std::string& description) {
-    if (name.compare(0, 2, "--") == 0) optionsWithText_.insert(name);
     const bool mustNotBeEmpty = isFileName(kind) && name[0] != '-';
     const CLI::callback_t callback = [=](const CLI::results_t& results) {
       for (const std::string& result : results) {
         const std::string text = unguarded(result);
         if (!isFileName(kind)) refuseUnlessUTF8(text);
         if (mustNotBeEmpty && text.empty()) throw WrongUsage(name + " is empty; it must name a file");
-        store(text, target);
+        keepText(text, target);
       }
       return true;
     };
@@ -325,18 +322,18 @@ class Parser {
   EditOptions edit_;
 };
 
-/// Tells people what the parser has to say, which may be the help that they asked for.
+/// Writes what the parser reports: the help, the version or what is wrong.
 int parserStatus(Parser& parser, const CLI::ParseError& error, CommandContext& context) {
   std::ostringstream output;
   std::ostringstream messages;
   const int status = parser.app().exit(error, output, messages);
-  if (context.nothingToLose) context.nothingToLose();
+  if (context.onReadOnlyCommand) context.onReadOnlyCommand();
   context.output << output.str();
   std::string text = messages.str();
   text.erase(std::remove(text.begin(), text.end(), parserGuard), text.end());
   while (!text.empty() && text.back() == '\n') text.pop_back();
   if (!text.empty()) context.messages.line(text);
-  return status == 0 ? done : wrongUsage;
+  return status == 0 ? exitDone : exitWrongUsage;
 }
 
 }  // namespace

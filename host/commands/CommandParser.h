@@ -9,11 +9,11 @@ namespace epg {
 
 struct CommandContext;
 
-/// Runs the command that the arguments (without the program's name) describe, or prints the help or the version that
-/// they ask for, and answers the exit status. Throws what the command throws, and `WrongUsage`.
+/// Runs the command that the arguments (without the program's name) describe, or prints the help or the version.
+/// Returns the exit status. Throws what the command throws, and `WrongUsage`.
 int parseAndRun(const std::vector<std::string>& arguments, CommandContext& context);
 
-/// What --help tells of all commands where the data folder is the one that `context` brings.
+/// What --help tells about all commands, with the data folder of `context` as the default.
 ProgramDescription describeProgram(CommandContext& context);
 
 }  // namespace epg

@@ -10,55 +10,55 @@ namespace epg {
 
 struct CommandContext;
 
-// The commands of dorvaselin. Each works to its end, saves included, and answers the exit status: 0 when all is done,
-// 1 when what it looked for is not as it should be. What makes a command impossible is thrown as a `Refusal`, what
-// makes no sense as `WrongUsage`; then nothing has been changed, unless the message says that a save failed.
+// The commands of the command line. Each returns an exit status after its saves have ended. One that cannot be carried
+// out throws a `Refusal`, one whose arguments make no sense `WrongUsage`; then nothing has been changed, unless the
+// message says that a save failed.
 
 struct ImportOptions {
   std::string guide;
   bool replace = false;
 };
-/// Makes an EPG item of every programme of an XMLTV guide that the store does not know yet. A guide that changes
-/// nothing causes no save.
-int importGuide(CommandContext& context, const ImportOptions& options);
+/// Makes an EPG item of every programme of an XMLTV guide that is not yet in the store. Saves only when that changes
+/// anything.
+int runImport(CommandContext& context, const ImportOptions& options);
 
 struct ExportOptions {
   std::string events;
   std::optional<std::string> configuration;
 };
 /// Writes the day file of the events. Its path is the last line of standard output.
-int exportEvents(CommandContext& context, const ExportOptions& options);
+int runExport(CommandContext& context, const ExportOptions& options);
 
 /// The names of the export configurations, one a line.
-int listConfigurations(CommandContext& context);
+int runConfigurations(CommandContext& context);
 
 /// ID, tab, title, one entry a line, sorted by ID.
-int listEntries(CommandContext& context);
+int runList(CommandContext& context);
 
 struct RemoveOptions {
   std::vector<UniqueIDArgument> ids;
 };
-/// Removes the entries. IDs without an entry are told; when none of them has one, nothing is saved and that is 1.
-int removeEntries(CommandContext& context, const RemoveOptions& options);
+/// Removes the entries. IDs without an entry are reported. When none has one, saves nothing and returns `exitRefused`.
+int runRemove(CommandContext& context, const RemoveOptions& options);
 
 struct DuplicateOptions {
   std::string source;
   std::string target;
 };
-int duplicateEntry(CommandContext& context, const DuplicateOptions& options);
+int runDuplicate(CommandContext& context, const DuplicateOptions& options);
 
 struct CheckOptions {
   std::string events;
 };
-/// Time, tab, ID, tab, finding, one a line, in order of time. 1 when there is any, or when the file holds something
-/// that could not be used.
-int checkEvents(CommandContext& context, const CheckOptions& options);
+/// Time, tab, ID, tab, finding, one a line, in order of time. Returns `exitRefused` when there is any, or when the file
+/// holds something that could not be used.
+int runCheck(CommandContext& context, const CheckOptions& options);
 
 struct ShowOptions {
   std::vector<UniqueIDArgument> ids;
 };
 /// What the editor shows for these entries.
-int showEntries(CommandContext& context, const ShowOptions& options);
+int runShow(CommandContext& context, const ShowOptions& options);
 
 struct EditOptions {
   std::vector<UniqueIDArgument> ids;
@@ -69,7 +69,7 @@ struct EditOptions {
   std::vector<std::string> untags;
   bool dryRun = false;
 };
-/// Runs an editing session over the entries and commits it, unless it is only to be tried.
-int editEntries(CommandContext& context, const EditOptions& options);
+/// Runs an editing session over the entries and commits it, except in a dry run.
+int runEdit(CommandContext& context, const EditOptions& options);
 
 }  // namespace epg

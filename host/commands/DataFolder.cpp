@@ -26,8 +26,8 @@ std::string parentFolder(const std::string& path) {
   return parentEnd == std::string::npos ? "/" : path.substr(0, parentEnd + 1);
 }
 
-/// A new folder is as good as none until its parent's entries have reached the disk. Where that cannot be had the
-/// folder is still the best there is.
+/// Without this a power failure could lose a folder that was just made in `path`. An error is no reason to give up: the
+/// folder can be used nevertheless.
 void flushFolder(Environment& environment, const std::string& path) {
   int descriptor = -1;
   if (environment.openFile(path, folderFlags, 0, &descriptor) != 0) return;

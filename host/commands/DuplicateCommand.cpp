@@ -1,13 +1,14 @@
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
-#include "host/commands/NewEntry.h"
+#include "host/commands/EntryIDs.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/terminal/LineText.h"
 #include "host/terminal/Refusal.h"
 
 namespace epg {
 
-int duplicateEntry(CommandContext& context, const DuplicateOptions& options) {
+int runDuplicate(CommandContext& context, const DuplicateOptions& options) {
   PluginSession session(context, PluginSession::Purpose::Changing);
   const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
   if (!store->item(options.source)) throw Refusal(noItemMessage(*store, options.source));
@@ -17,7 +18,7 @@ int duplicateEntry(CommandContext& context, const DuplicateOptions& options) {
   session.plugin().duplicateEPGItemWithUniqueID(options.source, options.target);
   session.endAfterSave();
   context.output << (replaces ? "Replaced entry: " : "New entry: ") << escapedForLine(options.target) << '\n';
-  return 0;
+  return exitDone;
 }
 
 }  // namespace epg

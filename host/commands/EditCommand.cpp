@@ -2,10 +2,11 @@
 #include <unordered_set>
 
 #include "host/commands/CommandContext.h"
+#include "host/commands/CommandLineBundle.h"
 #include "host/commands/Commands.h"
 #include "host/commands/EditorText.h"
-#include "host/commands/HostBundle.h"
-#include "host/commands/NewEntry.h"
+#include "host/commands/EntryIDs.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/TagCatalogue.h"
 #include "host/commands/UniqueIDArguments.h"
@@ -43,7 +44,7 @@ void type(CommandContext& context, TextField& field, const std::optional<std::st
 }
 
 void click(PluginSession& session, const std::vector<std::size_t>& rows, TagState state) {
-  HostBundle& bundle = session.bundle();
+  CommandLineBundle& bundle = session.bundle();
   for (const std::size_t row : rows) {
     bundle.editor()->tableViewSetObjectValue(&bundle.tagsTable(), static_cast<int>(state), "selected",
                                              static_cast<std::ptrdiff_t>(row));
@@ -77,11 +78,11 @@ void writeNewEntries(CommandContext& context, const std::vector<std::string>& id
 
 }  // namespace
 
-int editEntries(CommandContext& context, const EditOptions& options) {
+int runEdit(CommandContext& context, const EditOptions& options) {
   refuseContradictions(options);
   const std::vector<std::string> ids = uniqueIDs(options.ids, context.input);
   PluginSession session(context, options.dryRun ? PluginSession::Purpose::Rehearsing : PluginSession::Purpose::Adding);
-  const std::vector<std::string> newIDs = idsWithoutItem(session, ids);
+  const std::vector<std::string> newIDs = idsWithoutItem(*session.plugin().epgItems(), ids);
   for (const std::string& id : ids) refuseUnsavableID(id);
   for (const std::string& id : newIDs) refuseUnusableID(*session.plugin().epgItems(), id);
   {
@@ -93,13 +94,13 @@ int editEntries(CommandContext& context, const EditOptions& options) {
   if (options.dryRun) {
     writeNewEntries(context, newIDs, "Would be a new entry");
     preview(context, session);
-    return 0;
+    return exitDone;
   }
   session.endAfterSave();
   writeNewEntries(context, newIDs, "New entry");
   const std::size_t count = std::unordered_set<std::string>(ids.begin(), ids.end()).size();
   context.output << counted(count, "entry", "entries") << " edited\n";
-  return 0;
+  return exitDone;
 }
 
 }  // namespace epg

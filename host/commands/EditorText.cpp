@@ -1,9 +1,8 @@
 #include "host/commands/EditorText.h"
 
-#include <unordered_set>
 #include <variant>
 
-#include "host/commands/HostBundle.h"
+#include "host/commands/CommandLineBundle.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/TagCatalogue.h"
 #include "host/terminal/LineText.h"
@@ -32,12 +31,13 @@ const char* checkbox(const EPGDorvaSelinViewController::ObjectValue& value) {
 }  // namespace
 
 void openEditor(PluginSession& session, const std::vector<std::string>& ids) {
+  // The view first: without it the editor would stay empty.
   session.plugin().editorView();
   session.plugin().setEditedEPGUniqueIDs(ids);
 }
 
 void writeEditor(PluginSession& session, std::ostream& output) {
-  HostBundle& bundle = session.bundle();
+  CommandLineBundle& bundle = session.bundle();
   writeField(output, "Title", bundle.title());
   writeField(output, "Description", bundle.description());
   writeField(output, "Image URL", bundle.imageURL());
@@ -47,16 +47,6 @@ void writeEditor(PluginSession& session, std::ostream& output) {
         bundle.editor()->tableViewObjectValue(&bundle.tagsTable(), "selected", static_cast<std::ptrdiff_t>(i));
     output << checkbox(value) << ' ' << escapedForLine(tags[i]) << '\n';
   }
-}
-
-std::vector<std::string> idsWithoutItem(PluginSession& session, const std::vector<std::string>& ids) {
-  const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
-  std::vector<std::string> without;
-  std::unordered_set<std::string> seen;
-  for (const std::string& id : ids) {
-    if (!store->item(id) && seen.insert(id).second) without.push_back(id);
-  }
-  return without;
 }
 
 }  // namespace epg

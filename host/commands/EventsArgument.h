@@ -8,7 +8,7 @@ namespace epg {
 
 struct CommandContext;
 
-/// The schedule of a command's EVENTS argument. A terminal shows the progress, and the warnings are told.
+/// Reads the schedule of a command's EVENTS argument, shows the progress and writes the warnings.
 Schedule readEventsArgument(CommandContext& context, const std::string& path);
 
 }  // namespace epg

@@ -5,6 +5,7 @@
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
 #include "host/commands/EventsArgument.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/InputFile.h"
@@ -21,7 +22,7 @@ namespace {
 
 const char* const defaultConfigurationName = "Default EPG Settings";
 
-/// Keeps the report of one export. Read only after the plug-in object that gives it is gone.
+/// Keeps the report of one export. May be read after the plug-in object is gone.
 class ExportReport : public TelvarinManagerEPGPluginProtocol_Delegate {
  public:
   void epgExportEventCompleted(bool succeeded, const EPGError* error) override {
@@ -51,32 +52,22 @@ std::string chosenConfiguration(const std::vector<std::string>& names, const std
   throw Refusal(text);
 }
 
-/// The plug-in would take the default configuration, and write to the Desktop, where a file cannot be read.
-void refuseUnreadableConfiguration(CommandContext& context, const std::string& name) {
+/// The named configuration. Throws a `Refusal` where its file cannot be read: the plug-in would then take the default
+/// configuration, and write to the Desktop.
+PropertyListDictionary readConfiguration(CommandContext& context, const std::string& name) {
   const std::string path =
       appendPathExtension(appendPathComponent(context.dataFolderPath, name), exportConfigurationExtension);
   const std::optional<std::string> content = contentIfThere(context.environment, path);
-  if (content) {
-    dictionaryInPropertyList(*content, path);
-  } else if (name != defaultConfigurationName) {
-    throw Refusal(path + ": " + systemMessage(ENOENT));
-  }
+  if (content) return dictionaryInPropertyList(*content, path);
+  if (name != defaultConfigurationName) throw Refusal(path + ": " + systemMessage(ENOENT));
+  return exportConfiguration(context.environment, context.dataFolderPath, name);
 }
 
-/// The day file's path is one line of output, and scripts take it from there.
-void refuseFolderThatDoesNotFitOnALine(CommandContext& context, const std::string& configuration) {
-  const std::optional<std::string> folder = exportFolder(
-      context.environment, exportConfiguration(context.environment, context.dataFolderPath, configuration));
+/// Scripts take the day file's path from the output, where it must be one line.
+void refuseFolderThatDoesNotFitOnALine(const std::optional<std::string>& folder, const std::string& name) {
   if (!folder || !steersOutput(*folder)) return;
-  throw Refusal("the export configuration \"" + escapedForLine(configuration) +
+  throw Refusal("the export configuration \"" + escapedForLine(name) +
                 "\" names a folder with line feeds or other control characters: " + escapedForLine(*folder));
-}
-
-std::vector<EPGEvent> eventsOf(const Schedule& schedule) {
-  std::vector<EPGEvent> events;
-  events.reserve(schedule.events.size());
-  for (const ScheduledEvent& scheduled : schedule.events) events.push_back(scheduled.event);
-  return events;
 }
 
 std::size_t countWithoutItem(const EPGItemStore& store, const std::vector<EPGEvent>& events) {
@@ -85,7 +76,7 @@ std::size_t countWithoutItem(const EPGItemStore& store, const std::vector<EPGEve
   }));
 }
 
-/// What the plug-in says of a failed export, and why it happened as far as that can be known.
+/// The plug-in's message of a failed export, with the reason if it is known.
 std::string failureMessage(const ExportReport& report, const ReportingEnvironment& environment, bool hasFolder) {
   if (!hasFolder) return report.message() + ": the export configuration names no folder (\"exportPath\")";
   const auto replacements = environment.replacements();
@@ -95,22 +86,22 @@ std::string failureMessage(const ExportReport& report, const ReportingEnvironmen
 
 }  // namespace
 
-int exportEvents(CommandContext& context, const ExportOptions& options) {
+int runExport(CommandContext& context, const ExportOptions& options) {
   refuseUnknownTimeZone(context.environment);
-  const Schedule schedule = readEventsArgument(context, options.events);
+  Schedule schedule = readEventsArgument(context, options.events);
 
   ExportReport report;
   PluginSession session(context, PluginSession::Purpose::Reading);
   EPGDorvaSelinManagerPlugin& plugin = session.plugin();
   const std::string configuration = chosenConfiguration(session.configurationNames(), options.configuration);
-  refuseUnreadableConfiguration(context, configuration);
-  refuseFolderThatDoesNotFitOnALine(context, configuration);
+  const std::optional<std::string> folder =
+      exportFolder(context.environment, readConfiguration(context, configuration));
+  refuseFolderThatDoesNotFitOnALine(folder, configuration);
 
-  std::vector<EPGEvent> events = eventsOf(schedule);
-  const std::size_t left = countWithoutItem(*plugin.epgItems(), events);
-  const std::size_t count = events.size();
+  const std::size_t left = countWithoutItem(*plugin.epgItems(), schedule.events);
+  const std::size_t count = schedule.events.size();
   plugin.setDelegate(&report);
-  plugin.exportEvents(std::move(events), configuration);
+  plugin.exportEvents(std::move(schedule.events), configuration);
   const bool hasFolder = !plugin.exportPath().value_or("").empty();
   session.end("Exporting");
 
@@ -121,7 +112,7 @@ int exportEvents(CommandContext& context, const ExportOptions& options) {
                           " left out");
   }
   context.output << context.environment.replacements().back().path << '\n';
-  return 0;
+  return exitDone;
 }
 
 }  // namespace epg

@@ -13,11 +13,14 @@
 
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
-#include "host/commands/NewEntry.h"
+#include "host/commands/EntryIDs.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/EPGUniqueID.h"
+#include "host/guide/FaultlessGuide.h"
 #include "host/guide/GuideItem.h"
+#include "host/guide/InputFile.h"
 #include "host/guide/XMLTVGuide.h"
 #include "host/terminal/LineText.h"
 #include "host/terminal/Messages.h"
@@ -28,7 +31,7 @@ namespace epg {
 
 namespace {
 
-/// Entries, each counted once however often its programme is shown.
+/// Numbers of entries. An entry counts once, however often its programme is shown.
 struct ImportCounts {
   std::size_t added = 0;
   std::size_t kept = 0;
@@ -43,18 +46,18 @@ struct GuideEntry {
 /// What an import takes from a guide.
 struct GuideEntries {
   std::size_t programmes = 0;
-  std::vector<GuideEntry> entries;  ///< In the guide's order. Those with the same ID hold the same.
+  std::vector<GuideEntry> entries;  ///< In the guide's order. Several may have the same ID and the same content.
   std::vector<std::string> warnings;
 };
 
-/// Makes the entries of the programmes of a guide or of a part of it.
+/// Makes the entries of the programmes of a guide or of one of its shards.
 class EntryMaker {
  public:
   explicit EntryMaker(std::size_t bytes) {
-    // A search for an ID that is not there ends in an empty bucket, mostly, instead of at IDs from all over memory.
-    constexpr float full = 0.25;
+    // Most IDs are new. In a sparse table their search ends at an empty bucket and touches no other ID.
+    constexpr float maximumLoad = 0.25;
     constexpr std::size_t usualProgramme = 500;
-    seen_.max_load_factor(full);
+    seen_.max_load_factor(maximumLoad);
     seen_.reserve(bytes / usualProgramme);
   }
 
@@ -69,27 +72,27 @@ class EntryMaker {
   GuideEntries made;
 
  private:
-  /// The entries' IDs, so that no programme is made twice by this maker. Of no use once the entries are given away.
+  /// The IDs of the entries, so that this maker makes no entry twice. Dangling once the entries are given away.
   std::unordered_set<std::string_view> seen_;
   GuideItems items_;
 };
 
-/// Nothing when the guide has to be read by somebody who tells what is wrong in it.
+/// Nothing when something is wrong in the guide, or it has to be read the slow way.
 std::optional<GuideEntries> faultlessGuideEntries(const CommandContext& context, const std::string& bytes) {
-  constexpr std::size_t worthAThread = std::size_t{1} << 22;
+  constexpr std::size_t smallestShard = std::size_t{1} << 22;
   const std::size_t processors = std::max(std::thread::hardware_concurrency(), 1U);
-  const std::size_t parts = std::min(bytes.size() / worthAThread + 1, processors);
+  const std::size_t shards = std::min(bytes.size() / smallestShard + 1, processors);
   const auto makers = std::make_shared<std::deque<EntryMaker>>();
   std::vector<ProgrammeTaker> takers;
-  takers.reserve(parts);
-  for (std::size_t i = 0; i < parts; ++i) {
-    EntryMaker& maker = makers->emplace_back(bytes.size() / parts);
+  takers.reserve(shards);
+  for (std::size_t i = 0; i < shards; ++i) {
+    EntryMaker& maker = makers->emplace_back(bytes.size() / shards);
     takers.emplace_back([&maker](const XMLTVProgramme& programme) { maker.take(programme); });
   }
   if (!parseFaultlessGuide(bytes, takers)) return std::nullopt;
-  if (context.keep) context.keep(makers);
+  if (context.keepUntilExit) context.keepUntilExit(makers);
   GuideEntries all = std::move(makers->front().made);
-  for (std::size_t i = 1; i < parts; ++i) {
+  for (std::size_t i = 1; i < shards; ++i) {
     GuideEntries& next = (*makers)[i].made;
     all.programmes += next.programmes;
     all.entries.insert(all.entries.end(), std::make_move_iterator(next.entries.begin()),
@@ -100,7 +103,7 @@ std::optional<GuideEntries> faultlessGuideEntries(const CommandContext& context,
 
 GuideEntries readGuideEntries(CommandContext& context, const std::string& path) {
   const Progress progress(context.messages, "Reading the guide");
-  std::string bytes = readGuideBytes(context.environment, path);
+  std::string bytes = readDecompressedFile(context.environment, path);
   if (std::optional<GuideEntries> entries = faultlessGuideEntries(context, bytes)) return std::move(*entries);
   EntryMaker maker(bytes.size());
   const auto take = [&maker](const XMLTVProgramme& programme) { maker.take(programme); };
@@ -134,7 +137,7 @@ ImportCounts fileEntries(CommandContext& context, EPGItemStore& store, std::vect
       ++counts.replaced;
     }
   }
-  // Not each that was filed: a programme that is shown again may have been filed again.
+  // Fewer than were filed when several have the same ID.
   counts.added = store.snapshot()->size() - before->size();
   return counts;
 }
@@ -149,7 +152,7 @@ std::string summary(std::size_t programmes, const ImportCounts& counts, bool rep
 
 }  // namespace
 
-int importGuide(CommandContext& context, const ImportOptions& options) {
+int runImport(CommandContext& context, const ImportOptions& options) {
   GuideEntries guide = readGuideEntries(context, options.guide);
   for (const std::string& warning : guide.warnings) context.messages.line(warning);
 
@@ -161,7 +164,7 @@ int importGuide(CommandContext& context, const ImportOptions& options) {
     session.endAfterSave();
   }
   context.output << summary(guide.programmes, counts, options.replace) << '\n';
-  return 0;
+  return exitDone;
 }
 
 }  // namespace epg

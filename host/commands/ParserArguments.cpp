@@ -6,8 +6,8 @@ namespace epg {
 
 namespace {
 
-/// The parser reads "[a,b]" as a list of values, "{}" as an empty one, "++" as the end of a command's arguments and
-/// whatever begins with "-" as an option. A mark in front makes a text like any other of each.
+/// Without the guard the parser reads "[a,b]" as a list of values, "{}" as an empty list, "++" as the end of a
+/// command's arguments and whatever begins with "-" as an option.
 std::string guarded(const std::string& text) { return parserGuard + text; }
 
 bool needsGuard(const std::string& argument) {

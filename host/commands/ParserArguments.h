@@ -6,14 +6,15 @@
 
 namespace epg {
 
-/// The mark that keeps the parser of the command line from reading a text as anything else; see `unguarded`.
+/// Put in front of a text, keeps the parser from taking it for an option or a list.
 constexpr char parserGuard = '\x01';
 
-/// The text without the mark that `parserArguments` may have put in front of it.
+/// The text without the guard that `parserArguments` may have put in front of it.
 std::string unguarded(const std::string& text);
 
-/// The arguments as the parser is given them, last to first. The values of `optionsWithText` and all that stands behind
-/// "--" are guarded; "--title=…" becomes two arguments, because the parser would take the next one for an empty value.
+/// The arguments as the parser wants them: last to first. The values of `optionsWithText` and everything behind "--"
+/// get the guard. "--title=…" becomes two arguments, because with an empty value the parser would take the next
+/// argument.
 std::vector<std::string> parserArguments(const std::vector<std::string>& arguments,
                                          const std::set<std::string>& optionsWithText);
 

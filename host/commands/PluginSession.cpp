@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "host/commands/CommandContext.h"
-#include "host/commands/HostBundle.h"
+#include "host/commands/CommandLineBundle.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/InputFile.h"
 #include "host/guide/PropertyListInput.h"
@@ -23,7 +23,7 @@ std::string storePath(const CommandContext& context) {
   return appendPathComponent(context.dataFolderPath, "EPGItems.plist");
 }
 
-/// A folder whose name was misspelt would else pass for an empty one.
+/// Otherwise a misspelt name would pass for an empty folder.
 void refuseMissingFolder(CommandContext& context, PluginSession::Purpose purpose) {
   if (!context.dataFolderIsNamed || purpose == PluginSession::Purpose::Adding) return;
   if (folderError(context.environment, context.dataFolderPath) != ENOENT) return;
@@ -33,7 +33,7 @@ void refuseMissingFolder(CommandContext& context, PluginSession::Purpose purpose
   context.messages.line("Would be a new data folder: " + context.dataFolderPath);
 }
 
-/// The plug-in starts with an empty store when the file cannot be read, whatever the reason, and says nothing.
+/// The plug-in starts silently with an empty store when the file cannot be read, for whatever reason.
 void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& store) {
   const std::size_t entries = store.snapshot()->size();
   if (entries > 0) return;
@@ -45,7 +45,7 @@ void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& stor
   }
 }
 
-/// What a save writes in another way than it stands in the store; empty where there is nothing of that kind.
+/// Tells of IDs that a save changes because the file cannot hold their characters; empty when there are none.
 std::string changedIDsMessage(const EPGItemStore& store) {
   std::string first;
   std::size_t count = 0;
@@ -72,7 +72,7 @@ PluginSession::PluginSession(CommandContext& context, Purpose purpose) : context
     lock_ = std::make_unique<DataFolderLock>(context.environment, context.messages, context.dataFolderPath);
   }
   const Progress progress(context.messages, "Reading the item store");
-  bundle_ = std::make_shared<HostBundle>(context.environment, context.resourceFolder);
+  bundle_ = std::make_shared<CommandLineBundle>(context.environment, context.resourceFolder);
   plugin_ = EPGDorvaSelinManagerPlugin::initWithBundle(bundle_, context.dataFolderPath, context.environment);
   refuseStoreThatWasNotRead(context, *plugin_->epgItems());
 }
@@ -92,7 +92,7 @@ void PluginSession::end(const char* work) {
   if (!plugin_) return;
   const Progress progress(context_.messages, work);
   const std::shared_ptr<ObjectEnd> end = plugin_->end();
-  if (context_.keep) context_.keep(plugin_->epgItems());
+  if (context_.keepUntilExit) context_.keepUntilExit(plugin_->epgItems());
   plugin_.reset();
   end->wait();
 }

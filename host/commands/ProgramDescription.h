@@ -25,7 +25,7 @@ struct ArgumentDescription {
   bool isRepeatable = false;
 };
 
-/// A command, or the program itself with what goes beside every command, as --help tells it.
+/// A command, or the program itself with the options of every command, as --help tells it.
 struct CommandDescription {
   std::string name;
   std::string description;

@@ -2,7 +2,8 @@
 
 #include "host/commands/CommandContext.h"
 #include "host/commands/Commands.h"
-#include "host/commands/NewEntry.h"
+#include "host/commands/EntryIDs.h"
+#include "host/commands/ExitStatus.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/UniqueIDArguments.h"
 #include "host/terminal/LineText.h"
@@ -10,26 +11,19 @@
 
 namespace epg {
 
-int removeEntries(CommandContext& context, const RemoveOptions& options) {
+int runRemove(CommandContext& context, const RemoveOptions& options) {
   const std::vector<std::string> ids = uniqueIDs(options.ids, context.input);
   PluginSession session(context, PluginSession::Purpose::Changing);
   const std::shared_ptr<EPGItemStore> store = session.plugin().epgItems();
-  std::size_t found = 0;
-  std::unordered_set<std::string> seen;
-  for (const std::string& id : ids) {
-    if (!seen.insert(id).second) continue;
-    if (store->item(id)) {
-      ++found;
-    } else {
-      context.messages.line(noItemMessage(*store, id));
-    }
-  }
+  const std::vector<std::string> missing = idsWithoutItem(*store, ids);
+  for (const std::string& id : missing) context.messages.line(noItemMessage(*store, id));
+  const std::size_t found = std::unordered_set<std::string>(ids.begin(), ids.end()).size() - missing.size();
   if (found > 0) {
     session.plugin().removeEPGItemsWithUniqueIDs(ids);
     session.endAfterSave();
   }
   context.output << counted(found, "entry", "entries") << " removed\n";
-  return found > 0 ? 0 : 1;
+  return found > 0 ? exitDone : exitRefused;
 }
 
 }  // namespace epg

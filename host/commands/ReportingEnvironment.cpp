@@ -24,6 +24,7 @@ void ReportingEnvironment::fileReplaced(const std::string& path, int error) {
 
 int ReportingEnvironment::waitForLock(int descriptor) {
   while (flock(descriptor, LOCK_EX) != 0) {
+    // Retry on EINTR.
     if (errno != EINTR) return errno;
   }
   return 0;

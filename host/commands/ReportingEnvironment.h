@@ -11,8 +11,8 @@ namespace epg {
 
 class Messages;
 
-/// The environment of the command line: remembers how every file replacement ended, because the plug-in tells nobody
-/// whether a save reached the disk, and writes log lines to standard error.
+/// The environment of the command line. Remembers how every replacement of a file ended, because the plug-in does not
+/// report whether a save succeeded. Writes log lines to standard error.
 class ReportingEnvironment : public Environment {
  public:
   struct Replacement {

@@ -8,7 +8,7 @@
 #include <variant>
 
 #include "host/commands/CommandContext.h"
-#include "host/commands/HostBundle.h"
+#include "host/commands/CommandLineBundle.h"
 #include "host/commands/PluginSession.h"
 #include "host/commands/ReportingEnvironment.h"
 #include "host/guide/InputFile.h"
@@ -31,7 +31,7 @@ Letters lowerCaseLetters(const std::string& text) {
   return letters;
 }
 
-/// How many letters must be put in, taken out, exchanged or swapped with their neighbour to make one word the other.
+/// How many insertions, deletions, replacements and swaps of neighbours make one word the other.
 std::size_t editDistance(const Letters& a, const Letters& b) {
   std::vector<std::size_t> beforeLast(b.size() + 1);
   std::vector<std::size_t> last(b.size() + 1);
@@ -54,14 +54,14 @@ std::size_t editDistance(const Letters& a, const Letters& b) {
 bool contains(const Letters& whole, const Letters& part) { return whole.find(part) != Letters::npos; }
 
 bool isNear(const Letters& name, const Letters& wanted, std::size_t distance) {
-  // A word of three letters lies inside many that it has nothing to do with.
-  constexpr std::size_t shortest = 3;
-  const bool isPart =
-      (wanted.size() >= shortest && contains(name, wanted)) || (name.size() >= shortest && contains(wanted, name));
+  // A shorter word is part of many unrelated ones.
+  constexpr std::size_t shortestPart = 3;
+  const bool isPart = (wanted.size() >= shortestPart && contains(name, wanted)) ||
+                      (name.size() >= shortestPart && contains(wanted, name));
   return isPart || distance <= std::max<std::size_t>(1, std::min(name.size(), wanted.size()) / 3);
 }
 
-/// What keeps the file, which is there, from giving any tag.
+/// Why the file gives no tags.
 std::string problemOfCatalogue(Environment& environment, const std::string& path) {
   try {
     const PropertyListDictionary content = dictionaryInPropertyList(readInputFile(environment, path), path);
@@ -114,11 +114,11 @@ std::vector<std::size_t> tagIndexes(const std::vector<std::string>& catalogue, c
 }
 
 std::vector<std::string> nearNames(const std::vector<std::string>& names, const std::string& wanted) {
-  constexpr std::size_t most = 5;
-  constexpr std::size_t longest = 200;  // Nobody means a tag with a text of pages, and comparing takes its time.
+  constexpr std::size_t mostNames = 5;
+  constexpr std::size_t longestWanted = 200;  // Comparing takes time in proportion to the length.
   std::vector<std::pair<std::size_t, std::string>> near;
   const Letters letters = lowerCaseLetters(wanted);
-  if (letters.size() > longest) return {};
+  if (letters.size() > longestWanted) return {};
   for (const std::string& name : names) {
     const Letters candidate = lowerCaseLetters(name);
     const std::size_t distance = editDistance(candidate, letters);
@@ -126,7 +126,7 @@ std::vector<std::string> nearNames(const std::vector<std::string>& names, const 
   }
   std::stable_sort(near.begin(), near.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<std::string> nearest;
-  for (std::size_t i = 0; i < near.size() && i < most; ++i) nearest.push_back(near[i].second);
+  for (std::size_t i = 0; i < near.size() && i < mostNames; ++i) nearest.push_back(near[i].second);
   return nearest;
 }
 

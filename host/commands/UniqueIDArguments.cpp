@@ -12,7 +12,7 @@ namespace {
 
 const char* const byteOrderMark = "\xEF\xBB\xBF";
 
-/// The ID in a line; nothing, with the reason in `problem`, where it holds none that a listing could have written.
+/// The ID in a line of standard input. Nothing, with the reason in `problem`, when no listing would write it so.
 std::optional<std::string> uniqueIDInLine(const std::string& line, std::string* problem) {
   if (!isUTF8(line)) {
     *problem = "not UTF-8";

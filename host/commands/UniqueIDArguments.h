@@ -10,13 +10,13 @@ namespace epg {
 /// An EPG unique ID among a command's arguments. Nothing stands for those on standard input.
 using UniqueIDArgument = std::optional<std::string>;
 
-/// The EPG unique IDs that a command was given, in order. Those on `input` stand there one a line, written as listings
-/// write them (`escapedForLine`); empty lines, a carriage return at a line's end and a byte-order mark at the very
-/// start do not count.
+/// The EPG unique IDs that a command was given, in order. Those on `input` stand one in a line, escaped as in listings
+/// (`escapedForLine`). Empty lines, a carriage return at the end of a line and a byte-order mark at the start are
+/// ignored.
 ///
-/// Throws `WrongUsage` when standard input is named twice, and a `Refusal` that names the line when the input is not
-/// UTF-8, holds a tab or another control character as itself (so a whole line of a listing is no ID) or an escape that
-/// is none, or cannot be read, and when it names no ID.
+/// Throws `WrongUsage` when standard input is named twice. Throws a `Refusal` that names the line when it is not UTF-8,
+/// holds a tab (as a whole line of a listing does) or another control character, or a wrong escape. Throws one also
+/// when the input cannot be read or holds no ID.
 std::vector<std::string> uniqueIDs(const std::vector<UniqueIDArgument>& arguments, std::istream& input);
 
 }  // namespace epg

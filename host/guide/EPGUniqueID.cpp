@@ -11,7 +11,7 @@ namespace epg {
 
 namespace {
 
-/// Texts behind their lengths, so that no two programmes give the same bytes.
+/// Writes each text behind its length, so that different programmes never give the same bytes.
 class Serialisation {
  public:
   Serialisation() {
@@ -42,7 +42,7 @@ class Serialisation {
 std::string epgUniqueID(const XMLTVProgramme& programme) {
   Serialisation content;
   content.text(programme.title);
-  // An empty text is no value, so that it can stand for an absent one.
+  // A text that is there is never empty, so an empty one can stand for an absent one.
   content.text(programme.description.value_or(""));
   content.text(programme.imageURL.value_or(""));
   content.texts(programme.categories);
@@ -52,7 +52,7 @@ std::string epgUniqueID(const XMLTVProgramme& programme) {
     content.text(number.system);
     content.text(number.text);
   }
-  // Only where there are any: the IDs of all other programmes are as old as the stores that hold them.
+  // Nothing is written without any: the programmes in existing stores must keep their IDs.
   if (!programme.unusableElements.empty()) content.texts(programme.unusableElements);
   constexpr std::size_t digits = 32;
   return "xmltv-" + sha256(content.bytes()).substr(0, digits);

@@ -10,17 +10,19 @@ namespace epg {
 
 class Environment;
 
-/// One scheduled event and what its file tells beyond the event record.
-struct ScheduledEvent {
-  EPGEvent event;
+/// What a file tells about an event besides the event itself.
+struct EventDetails {
   std::string channel;             ///< Empty in a property list, which knows no channels.
   std::string clumpIndex = "0/1";  ///< As in a guide's programme.
+  std::string title;               ///< Empty in a property list, which knows no titles.
 };
 
+/// The events of a file, as the plug-in is given them.
 struct Schedule {
-  std::vector<ScheduledEvent> events;               ///< In the file's order.
+  std::vector<EPGEvent> events;                     ///< In the file's order.
+  std::vector<EventDetails> details;                ///< Of each event, at the same index.
   std::map<std::string, std::string> channelNames;  ///< Channel to its display name, where it has one.
-  std::vector<std::string> warnings;                ///< What the file holds and could not be used, with its place.
+  std::vector<std::string> warnings;  ///< One for each thing in the file that could not be used, with its place.
 };
 
 /// Reads events from a property list (an array of dictionaries with the keys of EPG events, in XML or binary form) or

@@ -17,7 +17,7 @@ PropertyList carriedText(const std::string& text) {
 
 }  // namespace
 
-/// As the store's file carries them, each text once.
+/// The tags as they will be read back from the store's file, each once.
 PropertyList GuideItems::tagsOfCategories(const std::vector<std::string>& categories) {
   PropertyList::Array tags;
   tags.reserve(categories.size());
@@ -25,7 +25,7 @@ PropertyList GuideItems::tagsOfCategories(const std::vector<std::string>& catego
     for (const std::string& category : categories) tags.emplace_back(tags_.shared(category));
     return PropertyList(std::move(tags));
   }
-  // Two of them may become the same.
+  // Different categories may become the same tag.
   std::set<std::string> seen;
   for (const std::string& category : categories) {
     const std::string tag = carriedByXML(category);

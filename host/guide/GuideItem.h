@@ -11,12 +11,11 @@ namespace epg {
 
 struct XMLTVProgramme;
 
-/// Makes the items of a guide's programmes, which share their keys and the tags that they have in common. One thread at
-/// a time.
+/// Makes the items of a guide's programmes. Their keys and tags are interned. One thread at a time.
 class GuideItems {
  public:
-  /// The entries of a new EPG item for the programme, as the store's file gives them back: characters that XML cannot
-  /// carry are U+FFFD. What the guide does not tell stays absent.
+  /// The values of a new EPG item for the programme, as they will be read back from the store's file: U+FFFD stands in
+  /// place of characters that XML cannot hold. What the guide does not tell stays absent.
   PropertyListDictionary itemOfProgramme(const XMLTVProgramme& programme, const SharedText& uniqueID);
 
  private:
@@ -30,8 +29,8 @@ class GuideItems {
   SharedTextPool tags_;
 };
 
-/// `values` with the metadata of `programmesItem`, which comes from `itemOfProgramme`, in place of its own. Entries
-/// that the plug-in does not know stay.
+/// The values of an item after its metadata was replaced by that of `programmesItem`, which comes from
+/// `itemOfProgramme`. Values under keys that the plug-in does not know stay.
 PropertyListDictionary itemReplacedByProgramme(PropertyListDictionary values,
                                                const PropertyListDictionary& programmesItem);
 

@@ -9,7 +9,7 @@ namespace epg {
 
 namespace {
 
-/// A zlib stream that reads gzip and is given back to the library in any case.
+/// Owns a zlib stream that reads gzip.
 class Inflater {
  public:
   Inflater() {
@@ -54,7 +54,7 @@ std::optional<std::string> decompressedGzip(const std::string& bytes, std::size_
   std::size_t given = 0;
   for (;;) {
     if (stream.avail_in == 0 && given < bytes.size()) {
-      // The library counts in its own type, which may be narrower than a size.
+      // zlib counts bytes in an unsigned int.
       const std::size_t portion = std::min<std::size_t>(bytes.size() - given, 1U << 30);
       stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data() + given));
       stream.avail_in = static_cast<uInt>(portion);

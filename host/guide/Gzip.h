@@ -9,9 +9,9 @@ namespace epg {
 /// Whether the bytes begin as gzip data does.
 bool isGzip(const std::string& bytes);
 
-/// What the gzip data holds; several members are joined, as gzip itself does, and zero bytes that pad the end are
-/// passed over. Nothing, with the reason in `problem`, when the data is cut off or damaged, has something else behind
-/// it, or would grow beyond `largestSize` bytes.
+/// The decompressed data. Several members are joined, and padding of zero bytes at the end is ignored, as gzip itself
+/// does. Nothing, with the reason in `problem`, when the data is cut off or damaged, when something else follows it, or
+/// when the result would be larger than `largestSize` bytes.
 std::optional<std::string> decompressedGzip(const std::string& bytes, std::size_t largestSize, std::string* problem);
 
 }  // namespace epg

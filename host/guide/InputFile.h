@@ -7,14 +7,17 @@ namespace epg {
 
 class Environment;
 
-/// What the system says about an errno value, for a message.
+/// The system's text for an errno value.
 std::string systemMessage(int error);
 
 /// The content of a file that a command was given. Throws a `Refusal` that names the file.
 std::string readInputFile(Environment& environment, const std::string& path);
 
-/// The content of a file that need not be there; nothing where nothing stands under its name. Throws a `Refusal` that
-/// names the file where something does that cannot be read, a link that leads nowhere included.
+/// The same, decompressed when it is gzip.
+std::string readDecompressedFile(Environment& environment, const std::string& path);
+
+/// The content of a file that need not exist; nothing when there is none of that name. Throws a `Refusal` that names
+/// the file when it exists but cannot be read; a link to a missing file counts as one that exists.
 std::optional<std::string> contentIfThere(Environment& environment, const std::string& path);
 
 }  // namespace epg

@@ -14,8 +14,8 @@ namespace {
 
 constexpr int offset(int hours, int minutes = 0) { return hours * 60 + (hours < 0 ? -minutes : minutes); }
 
-/// Names that mean one zone to everybody who writes guides. Left out on purpose: IST (India, Ireland, Israel), AST
-/// and ADT (Atlantic, Arabia), GST, SST and the like.
+/// Names that mean the same zone in all guides. Left out on purpose because they do not: IST (India, Ireland, Israel),
+/// AST and ADT (Atlantic, Arabia), GST, SST and the like.
 const struct {
   const char* name;
   int minutes;
@@ -93,7 +93,7 @@ std::optional<int> zoneOffset(std::string_view zone, std::string* problem) {
   return std::nullopt;
 }
 
-/// The date and time that the digits name; a leap second is left out and told in `leapSecond`.
+/// The date and time in the digits. For a leap second it is the second before, and `leapSecond` is set.
 std::optional<CivilDate> civilDate(std::string_view digits, bool* leapSecond) {
   const std::size_t length = digits.size();
   if (length < 4 || length > 14 || length % 2 != 0) return std::nullopt;

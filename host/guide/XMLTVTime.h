@@ -8,13 +8,12 @@
 
 namespace epg {
 
-/// The moment that a guide's time names: "YYYYMMDDhhmmss", or less of it by whole fields from "YYYY" on (what is
-/// missing is the first of its kind: January, the 1st, midnight), then optionally a zone: "+hhmm", "-hhmm" or one
-/// of the usual names ("BST" being +0100). Without a zone the time is UTC.
+/// The instant of a time in a guide: "YYYYMMDDhhmmss", optionally followed by a zone: "+hhmm", "-hhmm" or one of the
+/// usual names ("BST" being +0100). Without a zone the time is UTC. Fields may be missing at the end, down to "YYYY";
+/// they count as January, the 1st and midnight.
 ///
-/// Nothing, with the reason in `problem`, for any other form, for a date that the calendar lacks and for a zone name
-/// that is unknown or means different zones to different people. A leap second counts as the first second of the
-/// next minute.
+/// Nothing, with the reason in `problem`, for any other form, for a date that does not exist and for a zone name that
+/// is unknown or ambiguous. A leap second counts as the first second of the next minute.
 std::optional<Instant> instantFromXMLTVTime(std::string_view text, std::string* problem);
 
 /// "YYYYMMDDhhmmss" in UTC, of an instant in the years 1 to 9999; fractions of a second are cut off.

@@ -1,13 +1,14 @@
 #include <sstream>
 
 #include "host/manual/Documents.h"
+#include "host/manual/Options.h"
 #include "host/manual/ShellText.h"
 
 namespace epg {
 
 namespace {
 
-/// What is the same whatever the commands are.
+/// The part of the script that does not depend on the commands.
 const char* const bashMachinery = R"bash(
 # The text that a word stands for, in REPLY. Nothing in it is run, as it would be with eval.
 _dorvaselin_unquote() {
@@ -165,7 +166,7 @@ else
 fi
 )bash";
 
-/// Names as a shell's `case` has them.
+/// Names as alternatives of a pattern in a shell's `case`.
 std::string alternatives(const std::vector<std::string>& names, const std::string& prefix) {
   std::vector<std::string> patterns(names);
   for (std::string& pattern : patterns) pattern.insert(0, prefix);
@@ -212,8 +213,8 @@ void writeOptionNames(std::ostream& script, const ProgramDescription& descriptio
   script << "\n# The options that may be typed with a command, or without any, in REPLY.\n"
             "_dorvaselin_options() {\n  case $1 in\n";
   for (const CommandDescription& command : description.commands) {
-    script << "    " << command.name
-           << ") REPLY=" << shellQuoted(optionNames(optionsBeside(command, description.program))) << " ;;\n";
+    script << "    " << command.name << ") REPLY=" << shellQuoted(optionNames(allOptions(command, description.program)))
+           << " ;;\n";
   }
   script << "    *) REPLY=" << shellQuoted(optionNames(description.program.options)) << " ;;\n  esac\n}\n";
 }

@@ -6,7 +6,7 @@
 
 namespace epg {
 
-/// The manual page, in the man macros of roff. What several commands say below their options it says once.
+/// The manual page, in the man macros of roff. Paragraphs that several commands share stand in it once.
 std::string manualPage(const ProgramDescription& description);
 
 /// The completion for bash, which needs no other file.

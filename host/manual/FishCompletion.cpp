@@ -1,13 +1,14 @@
 #include <sstream>
 
 #include "host/manual/Documents.h"
+#include "host/manual/Options.h"
 #include "host/manual/ShellText.h"
 
 namespace epg {
 
 namespace {
 
-/// What asks the program, and is the same whatever the commands are.
+/// The functions that ask the program. They do not depend on the commands.
 const char* const fishQuestions = R"fish(
 # What the program that is being typed prints over the data folder that has been typed.
 function __dorvaselin_ask
@@ -76,7 +77,7 @@ std::string fishAction(ValueKind kind) {
   return {};
 }
 
-/// What tells, before each completion, whether the line is at the place for it.
+/// Writes the function that decides whether a completion may stand at the cursor.
 void writeCondition(std::ostream& script, const ProgramDescription& description) {
   script
       << "# Whether that command has been typed ('' for none yet), and whether the argument of that number is next.\n"
@@ -138,9 +139,8 @@ std::string fishCompletion(const ProgramDescription& description) {
   }
   for (const CommandDescription& command : description.commands) {
     const std::string condition = "__dorvaselin_at " + command.name;
-    const std::vector<ArgumentDescription> options = optionsBeside(command, description.program);
-    for (std::size_t i = description.program.options.size(); i < options.size(); ++i) {
-      writeOptionCompletion(script, options[i], condition);
+    for (const ArgumentDescription& option : ownOptions(command, description.program)) {
+      writeOptionCompletion(script, option, condition);
     }
     for (std::size_t i = 0; i < command.positionals.size(); ++i) {
       const ArgumentDescription& positional = command.positionals[i];

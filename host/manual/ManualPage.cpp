@@ -4,6 +4,7 @@
 #include "host/commands/DataFolder.h"
 #include "host/commands/Version.h"
 #include "host/manual/Documents.h"
+#include "host/manual/Options.h"
 #include "host/manual/Roff.h"
 
 namespace epg {
@@ -16,20 +17,7 @@ bool contains(const std::vector<std::string>& texts, const std::string& text) {
   return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
-bool hasOption(const CommandDescription& command, const ArgumentDescription& option) {
-  return std::any_of(command.options.begin(), command.options.end(),
-                     [&](const ArgumentDescription& other) { return other.names == option.names; });
-}
-
-/// The options that do not go beside every command.
-std::vector<ArgumentDescription> ownOptions(const CommandDescription& command, const CommandDescription& program) {
-  std::vector<ArgumentDescription> own;
-  std::copy_if(command.options.begin(), command.options.end(), std::back_inserter(own),
-               [&](const ArgumentDescription& option) { return !hasOption(program, option); });
-  return own;
-}
-
-/// The paragraphs that more than one command has and the program itself has not.
+/// The paragraphs that several commands have, without those of the program itself.
 std::vector<std::string> sharedParagraphs(const ProgramDescription& description) {
   std::vector<std::string> seen;
   std::vector<std::string> shared;
@@ -164,7 +152,7 @@ std::string manualPage(const ProgramDescription& description) {
   std::ostringstream page;
   page << ".\\\" Made from the texts of --help.\n";
   page << ".TH DORVASELIN 1 " << programVersionDate << " \"" << roffText(programVersion) << "\" \"EPG DorvaSelin\"\n";
-  // Option names must not be taken apart.
+  // No hyphenation: option names must stay whole.
   page << ".nh\n.ad l\n";
   page << ".SH NAME\n"
        << program.name << " \\- " << roffText(purpose.substr(0, purpose.find_last_not_of('.') + 1)) << '\n';

@@ -9,7 +9,7 @@ namespace epg {
 
 namespace {
 
-/// Printers take some ASCII characters for typographic ones: a hyphen, quotation marks, accents.
+/// roff prints some ASCII characters as typographic ones: a hyphen, quotation marks, accents.
 std::string roffCharacter(std::uint32_t character) {
   switch (character) {
     case '\\':
@@ -42,7 +42,7 @@ std::string roffText(const std::string& text) {
   bool startsLine = true;
   for (auto position = text.begin(); position != text.end();) {
     const std::uint32_t character = utf8::next(position, text.end());
-    // Behind a character of no width, a dot starts no request and a space breaks no line.
+    // \& has no width. Behind it a dot starts no request and a space breaks no line.
     if (startsLine && (character == '.' || character == ' ')) roff += "\\&";
     roff += roffCharacter(character);
     startsLine = character == '\n';

@@ -4,7 +4,7 @@
 
 namespace epg {
 
-/// UTF-8 text as roff prints it, whatever it holds: nothing in it is a request or an escape sequence. Line feeds stay.
+/// UTF-8 text escaped for roff, so that nothing in it is a request or an escape sequence. Line feeds stay.
 std::string roffText(const std::string& text);
 
 std::string roffBold(const std::string& text);

@@ -1,7 +1,5 @@
 #include "host/manual/ShellText.h"
 
-#include <algorithm>
-
 namespace epg {
 
 std::string shellQuoted(const std::string& text) {
@@ -36,31 +34,6 @@ std::string kindWord(ValueKind kind) {
       return "tag";
   }
   return {};
-}
-
-std::vector<ArgumentDescription> optionsBeside(const CommandDescription& command, const CommandDescription& program) {
-  std::vector<ArgumentDescription> options = program.options;
-  for (const ArgumentDescription& option : command.options) {
-    const bool isThere = std::any_of(options.begin(), options.end(),
-                                     [&](const ArgumentDescription& other) { return other.names == option.names; });
-    if (!isThere) options.push_back(option);
-  }
-  return options;
-}
-
-std::vector<std::string> optionsWithValue(const ProgramDescription& description) {
-  std::vector<ArgumentDescription> options = description.program.options;
-  for (const CommandDescription& command : description.commands) {
-    options.insert(options.end(), command.options.begin(), command.options.end());
-  }
-  std::vector<std::string> names;
-  for (const ArgumentDescription& option : options) {
-    if (option.kind == ValueKind::None) continue;
-    for (const std::string& name : option.names) {
-      if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
-    }
-  }
-  return names;
 }
 
 }  // namespace epg

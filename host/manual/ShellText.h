@@ -20,10 +20,4 @@ std::string briefly(const std::string& description);
 /// none.
 std::string kindWord(ValueKind kind);
 
-/// The program's options and those of the command that are not among them.
-std::vector<ArgumentDescription> optionsBeside(const CommandDescription& command, const CommandDescription& program);
-
-/// The names of all options, of whichever command, that take a value; each once.
-std::vector<std::string> optionsWithValue(const ProgramDescription& description);
-
 }  // namespace epg

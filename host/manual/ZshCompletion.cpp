@@ -1,13 +1,14 @@
 #include <sstream>
 
 #include "host/manual/Documents.h"
+#include "host/manual/Options.h"
 #include "host/manual/ShellText.h"
 
 namespace epg {
 
 namespace {
 
-/// What is the same whatever the commands are.
+/// The part of the script that does not depend on the commands.
 const char* const zshQuestions = R"zsh(
 # What the program that is being typed prints over the data folder that has been typed.
 _dorvaselin_ask() {
@@ -127,8 +128,7 @@ std::string zshCompletion(const ProgramDescription& description) {
             "  case $words[1] in\n";
   for (const CommandDescription& command : description.commands) {
     script << "    (" << command.name << ")\n      _arguments -S";
-    for (const ArgumentDescription& option : optionsBeside(command, description.program))
-      writeOptionSpec(script, option);
+    for (const ArgumentDescription& option : allOptions(command, description.program)) writeOptionSpec(script, option);
     for (const ArgumentDescription& positional : command.positionals) writePositionalSpec(script, positional);
     script << " && ret=0\n      ;;\n";
   }

@@ -11,7 +11,7 @@ namespace {
 const char* const whiteSpace = " \t\n\r";
 
 /// Characters that end a line or change what a terminal shows around them.
-bool steersOutput(std::uint32_t point) {
+bool isSteering(std::uint32_t point) {
   return point < 0x20 || (point >= 0x7F && point <= 0x9F) ||  // Control characters.
          point == 0x2028 || point == 0x2029 ||                // Line and paragraph separators.
          (point >= 0x202A && point <= 0x202E) || (point >= 0x2066 && point <= 0x2069);  // Writing direction.
@@ -52,7 +52,7 @@ std::string escaped(const std::string& text, Use use) {
     const std::uint32_t point = utf8::unchecked::next(it);
     if (point == '\\' && use == Use::Line) {
       line += "\\\\";
-    } else if (steersOutput(point) && !(point == '\n' && use == Use::Message)) {
+    } else if (isSteering(point) && !(point == '\n' && use == Use::Message)) {
       appendEscaped(line, std::string(start, it));
     } else {
       line.append(start, it);
@@ -78,7 +78,7 @@ bool steersOutput(const std::string& text) {
   for (auto it = text.begin(); it != text.end();) {
     const auto invalid = utf8::find_invalid(it, text.end());
     while (it != invalid) {
-      if (steersOutput(utf8::unchecked::next(it))) return true;
+      if (isSteering(utf8::unchecked::next(it))) return true;
     }
     if (it != text.end()) ++it;
   }

@@ -7,21 +7,21 @@
 
 namespace epg {
 
-/// Text as one line-oriented listing holds it: a backslash as "\\", line feed, tab and carriage return as "\n",
-/// "\t" and "\r", every other character that could end a line or steer a terminal as "\xNN", one for each of its
-/// bytes. Bytes that are not UTF-8 are written that way too. `unescapedLine` undoes it exactly.
+/// The text escaped for a listing with one entry in a line: a backslash becomes "\\", line feed, tab and carriage
+/// return become "\n", "\t" and "\r". Every byte of another character that could end a line or steer a terminal, and
+/// every byte that is not UTF-8, becomes "\xNN". `unescapedLine` restores the text.
 std::string escapedForLine(const std::string& text);
 
-/// The text behind a line of `escapedForLine`; nothing, with the reason in `problem`, when the line holds a backslash
-/// that starts none of its forms.
+/// The text that `escapedForLine` made the line of. Nothing, with the reason in `problem`, when a backslash starts no
+/// escape.
 std::optional<std::string> unescapedLine(const std::string& line, std::string* problem);
 
-/// The text with the same characters made harmless but backslashes left as they are: for messages, which people read
-/// and nobody takes apart again. Line feeds stay.
+/// The text escaped for a message: as for a listing, but line feeds and backslashes stay. People read messages; no
+/// program has to restore the text.
 std::string harmlessMessage(const std::string& text);
 
-/// Whether the text holds such a character as itself: a control character, one that ends a line, or one that changes
-/// the direction of writing. Bytes that are not UTF-8 do not count.
+/// Whether the text holds a character that a listing escapes: a control character, one that ends a line, or one that
+/// changes the direction of writing. Backslashes and bytes that are not UTF-8 do not count.
 bool steersOutput(const std::string& text);
 
 /// The part of the text without the XML white space (space, tab, line feed, carriage return) at both ends. Lives as

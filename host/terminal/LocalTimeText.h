@@ -9,8 +9,8 @@ namespace epg {
 
 class LocalCalendar;
 
-/// "2026-11-14 06:30:00 +0100": the calendar's local time and its distance from UTC, which tells the two hours apart
-/// that have the same name when clocks go back. "-" without an instant.
+/// "2026-11-14 06:30:00 +0100": local time with its offset from UTC, without which an hour would be ambiguous when
+/// clocks go back. "-" without an instant.
 std::string localTimeText(const LocalCalendar& calendar, std::optional<Instant> instant);
 
 /// "1:05:30" (hours, minutes, seconds).

@@ -14,12 +14,12 @@ namespace epg {
 
 namespace {
 
-/// The file that counts where TZ is not set.
+/// The file of the machine's own zone, which is used when TZ is not set.
 const char* const machinesZone = "/etc/localtime";
 
-/// The rules that POSIX describes, with the hours that zone files themselves use (-167 to 167) for the changes.
+/// Whether the text is a POSIX rule. The times of changes may be -167 to 167 hours, as in zone files.
 bool isRule(const std::string& text) {
-  // No rule is longer, and the matcher needs stack for every character.
+  // The regex matcher needs stack for every character.
   constexpr std::size_t longest = 200;
   if (text.size() > longest) return false;
   const std::string name = "(?:[A-Za-z]{3,}|<[A-Za-z0-9+-]{3,}>)";
@@ -33,14 +33,14 @@ bool isRule(const std::string& text) {
   return std::regex_match(text, std::regex(name + offset + "(?:" + summer + ")?"));
 }
 
-/// The names under which the system's answer to every unknown name, UTC, is right, also without the zones' files.
+/// Names of UTC. The system takes unknown names for UTC, so these are right also without zone files.
 bool isUTC(const std::string& text) {
   return text.empty() || std::regex_match(text, std::regex("(?:Etc/)?(?:UTC|UCT|GMT|Zulu|Universal|Greenwich)"));
 }
 
 enum class ZoneFile { None, Usable, WithLeapSeconds };
 
-/// One of the two parts of a zone file: the older form with 32-bit times, then the one that counts where there is one.
+/// One of the two parts of a zone file. The first has 32-bit times; the second, if present, is the one that is used.
 struct ZoneFilePart {
   static constexpr std::size_t headerSize = 44;
 
@@ -50,7 +50,7 @@ struct ZoneFilePart {
   bool isPart() const { return content_.compare(at_, 4, "TZif") == 0; }
   bool isFollowed() const { return content_[at_ + 4] != '\0'; }
   std::uint32_t leapSeconds() const { return count(2); }
-  /// Behind the older form.
+  /// The offset behind this part, of the first part.
   std::uint64_t end() const {
     return at_ + headerSize + std::uint64_t{count(0)} + count(1) + std::uint64_t{8} * count(2) +
            std::uint64_t{5} * count(3) + std::uint64_t{6} * count(4) + count(5);
@@ -87,8 +87,8 @@ ZoneFile zoneFile(Environment& environment, const std::string& path) {
   return leapSeconds == 0 ? ZoneFile::Usable : ZoneFile::WithLeapSeconds;
 }
 
-/// Such a zone is made for a clock that counts leap seconds, and nobody's does: its times are off by nearly half a
-/// minute, and its changes to and from summer time end in some year.
+/// Such a zone needs a clock that counts leap seconds, which system clocks do not: times would be off by nearly half a
+/// minute, and changes to and from summer time would end in some year.
 [[noreturn]] void refuseLeapSeconds(const std::string& zone) {
   throw Refusal(zone + ": a time zone that counts leap seconds, as the system's clock does not; times would be wrong");
 }
@@ -107,7 +107,7 @@ void refuseUnknownTimeZone(Environment& environment) {
   const bool isPath = zone[0] == '/';
   const ZoneFile file = zoneFile(environment, isPath ? zone : appendPathComponent(zoneFolder(), zone));
   if (file == ZoneFile::WithLeapSeconds) refuseLeapSeconds(variable ? "TZ=" + std::string(variable) : zone);
-  // A system without this file is in UTC, and means it.
+  // A system without this file is in UTC on purpose.
   if (file == ZoneFile::Usable || zone == machinesZone) return;
   throw Refusal("TZ=" + std::string(variable) + ": no such time zone" + (isPath ? "" : " in " + zoneFolder()) +
                 ", and no rule like CET-1CEST,M3.5.0,M10.5.0/3; all times would be told in UTC");

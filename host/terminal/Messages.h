@@ -7,8 +7,8 @@
 
 namespace epg {
 
-/// What goes to standard error: whole lines for people and, on a terminal, one line below them that shows progress
-/// and is drawn over itself. Nothing that is written here can steer the terminal. Any thread.
+/// Writes to standard error: messages and, on a terminal, below them one line that shows progress and is overwritten in
+/// place. Escapes everything that could steer the terminal. Any thread.
 class Messages {
  public:
   /// `stream` must outlive the object.
@@ -19,7 +19,7 @@ class Messages {
   bool isTerminal() const { return isTerminal_; }
 
   void line(const std::string& text);
-  /// Only for a terminal. An empty text takes the progress line away.
+  /// Only for a terminal. An empty text removes the progress line.
   void showProgress(const std::string& text);
 
  private:

@@ -16,7 +16,7 @@ Progress::Progress(Messages& messages, std::string work, std::chrono::millisecon
   try {
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error&) {
-    // No thread to be had: the work matters, its display does not.
+    // The work goes on without a display.
   }
 }
 

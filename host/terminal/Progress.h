@@ -10,14 +10,14 @@ namespace epg {
 
 class Messages;
 
-/// What a terminal shows about work that has taken this long: "Reading guide.xml: 12 s".
+/// "Reading guide.xml: 12 s".
 std::string progressText(const std::string& work, std::chrono::seconds elapsed);
 
-/// Shows on a terminal that work goes on, for as long as the object lives. Without a terminal it does nothing.
+/// Shows on a terminal that work goes on for as long as the object lives. Does nothing without a terminal.
 class Progress {
  public:
-  /// `work` says what is being done. Nothing is shown in the first `quiet` time, so that quick work leaves the terminal
-  /// alone, then once a second. `messages` must outlive the object.
+  /// `work` says what is being done. The display starts after the time `quiet`, so that quick work shows nothing, and
+  /// is renewed once a second. `messages` must outlive the object.
   Progress(Messages& messages, std::string work, std::chrono::milliseconds quiet = std::chrono::seconds(1));
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;

@@ -5,13 +5,13 @@
 
 namespace epg {
 
-/// What was asked for is refused or has failed; the message is for people and complete. Exit status 1.
+/// Thrown when something is refused or has failed. The message is complete and meant for people. Exit status 1.
 class Refusal : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The command line itself makes no sense. Exit status 2.
+/// Thrown when the arguments make no sense. Exit status 2.
 class WrongUsage : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -2,11 +2,11 @@
 
 #import <AppKit/AppKit.h>
 
-/// What a view of any plug-in holds at this moment: the texts of its fields and the values of its tables.
+/// The current content of any plug-in's view: the texts of its fields and the values of its tables.
 NSArray* editorState(NSView* view);
 
-/// The values of its tables alone.
+/// Only the values of its tables.
 NSArray* tableState(NSView* view);
 
-/// Disables every control of the view that can be used now; the controls, to be enabled again.
+/// Disables every enabled control of the view, and returns them so that they can be enabled again.
 NSArray* disabledControls(NSView* view);

@@ -14,7 +14,7 @@ void appendTable(NSTableView* table, NSMutableArray* state) {
   }
 }
 
-void append(NSView* view, BOOL tablesOnly, NSMutableArray* state) {
+void appendState(NSView* view, BOOL tablesOnly, NSMutableArray* state) {
   id object = view;
   if ([view isKindOfClass:[NSTableView class]]) {
     appendTable(object, state);
@@ -28,11 +28,11 @@ void append(NSView* view, BOOL tablesOnly, NSMutableArray* state) {
   }
   NSEnumerator* subviews = [[view subviews] objectEnumerator];
   while (NSView* subview = [subviews nextObject]) {
-    append(subview, tablesOnly, state);
+    appendState(subview, tablesOnly, state);
   }
 }
 
-void appendEnabled(NSView* view, NSMutableArray* controls) {
+void appendEnabledControls(NSView* view, NSMutableArray* controls) {
   id object = view;
   if ([view isKindOfClass:[NSControl class]]) {
     if ([object isEnabled]) {
@@ -42,7 +42,7 @@ void appendEnabled(NSView* view, NSMutableArray* controls) {
   }
   NSEnumerator* subviews = [[view subviews] objectEnumerator];
   while (NSView* subview = [subviews nextObject]) {
-    appendEnabled(subview, controls);
+    appendEnabledControls(subview, controls);
   }
 }
 
@@ -50,19 +50,19 @@ void appendEnabled(NSView* view, NSMutableArray* controls) {
 
 NSArray* editorState(NSView* view) {
   NSMutableArray* state = [NSMutableArray array];
-  append(view, NO, state);
+  appendState(view, NO, state);
   return state;
 }
 
 NSArray* tableState(NSView* view) {
   NSMutableArray* state = [NSMutableArray array];
-  append(view, YES, state);
+  appendState(view, YES, state);
   return state;
 }
 
 NSArray* disabledControls(NSView* view) {
   NSMutableArray* controls = [NSMutableArray array];
-  appendEnabled(view, controls);
+  appendEnabledControls(view, controls);
   for (NSUInteger index = 0; index < [controls count]; ++index) {
     [[controls objectAtIndex:index] setEnabled:NO];
   }

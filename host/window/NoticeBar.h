@@ -2,8 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
-/// A line at the foot of the window: what happened last, or a question with up to three answers, which stays until
-/// it is answered. Nothing of it stands in the way of the rest of the window.
+/// A line at the foot of the window: what happened last, or a question with buttons for answers, which stays until it
+/// is answered. The rest of the window can be used meanwhile.
 @interface NoticeBar : NSView {
  @private
   NSTextField* _text;
@@ -14,8 +14,8 @@
 
 - (id)initWithFrame:(NSRect)frame;
 
-/// While a question is asked, the last message waits and is shown when the question is gone, behind what the answer led
-/// to.
+/// During a question the message waits. When the question is answered, it is shown behind the message that the answer
+/// leads to.
 - (void)showMessage:(NSString*)message;
 /// `answers` holds button titles, the safest last, and `actions` the names of the target's operations in the same
 /// order. The question goes away before the operation is called.

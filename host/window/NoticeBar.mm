@@ -100,7 +100,7 @@ const CGFloat roomInButton = 28;
 - (void)answer:(id)sender {
   const SEL action = NSSelectorFromString([[sender cell] representedObject]);
   id target = _target;
-  // The button is on its way out while it still handles the click.
+  // The button is removed while it still handles the click.
   [[sender retain] autorelease];
   [self stopAsking];
   [target performSelector:action withObject:self];

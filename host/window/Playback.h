@@ -2,7 +2,7 @@
 
 #import <Foundation/Foundation.h>
 
-/// One line of the window's list: a scheduled playback of an entry, or an entry without one.
+/// One line of the window's list: an event of the file, or a copy of an entry, which is not scheduled.
 @interface Playback : NSObject {
  @private
   NSString* _uniqueID;
@@ -22,7 +22,7 @@
                  start:(NSDate*)start
                    end:(NSDate*)end;
 
-/// A copy of an entry that the window made, without a playback: no event of the file.
+/// A copy of an entry that the window made. It is not scheduled and not exported.
 - (id)initWithUniqueID:(NSString*)uniqueID title:(NSString*)title copyOf:(Playback*)original;
 
 /// Nil for an event that names no entry: it has no metadata and cannot be edited.
@@ -34,7 +34,7 @@
 - (NSDate*)startDate;
 /// Local time, empty without a start.
 - (NSString*)startText;
-/// The event as the plug-in exports it, with what the file gave and nothing besides.
+/// The event for the plug-in's export, with the keys that the file has for it.
 - (NSDictionary*)event;
 /// Whether it is a playback, or the copy, of one of these entries.
 - (BOOL)isOfAny:(NSSet*)uniqueIDs;

@@ -1,44 +1,40 @@
 #import "host/window/Playback.h"
 
+#include <optional>
 #include <string>
 
 #include "host/window/PlaylistFile.h"
+#import "host/window/Text.h"
 
 namespace {
 
-// The keys of EPG events, as the plug-in's host and every plug-in know them.
+// The keys of an event in the protocol between host and plug-in.
 NSString* const uniqueIDKey = @"eventEPGUniqueID";
 NSString* const playbackIDKey = @"eventEPGPlaybackUniqueID";
 NSString* const startKey = @"eventEPGStartDateTime";
 NSString* const endKey = @"eventEPGEndDateTime";
 
-NSString* stringOf(const std::string& text) {
-  NSString* string = [[[NSString alloc] initWithBytes:text.data() length:text.size()
-                                             encoding:NSUTF8StringEncoding] autorelease];
-  return string != nil ? string : @"";
-}
-
-NSString* stringOf(const std::optional<std::string>& text) { return text ? stringOf(*text) : nil; }
+NSString* stringOrNil(const std::optional<std::string>& text) { return text ? stringOf(*text) : nil; }
 
 NSDate* dateOf(const std::optional<epg::Instant>& instant) {
   return instant ? [NSDate dateWithTimeIntervalSinceReferenceDate:instant->secondsSinceReferenceDate] : nil;
 }
 
-Playback* playbackOf(const epg::ScheduledEvent& scheduled, const epg::PlaylistFile& file) {
-  const epg::EPGEvent& event = scheduled.event;
-  const std::string uniqueID = event.eventEPGUniqueID.value_or("");
-  const auto title = file.titles.find(uniqueID);
-  const auto channelName = file.schedule.channelNames.find(scheduled.channel);
-  const bool isKnown = title != file.titles.end();
-  NSString* shownTitle = event.eventEPGUniqueID ? stringOf(isKnown ? title->second : uniqueID) : @"(no entry)";
-  return
-      [[[Playback alloc] initWithUniqueID:stringOf(event.eventEPGUniqueID)
-                               playbackID:stringOf(event.eventEPGPlaybackUniqueID)
-                                    title:shownTitle
-                                  channel:stringOf(channelName != file.schedule.channelNames.end() ? channelName->second
-                                                                                                   : scheduled.channel)
-                                    start:dateOf(event.eventEPGStartDateTime)
-                                      end:dateOf(event.eventEPGEndDateTime)] autorelease];
+/// The ID of its entry stands in for the title of an event whose file has none.
+NSString* titleOf(const epg::EPGEvent& event, const epg::EventDetails& details) {
+  if (!details.title.empty()) {
+    return stringOf(details.title);
+  }
+  return event.eventEPGUniqueID ? stringOf(*event.eventEPGUniqueID) : @"(no entry)";
+}
+
+Playback* playbackOf(const epg::EPGEvent& event, const epg::EventDetails& details, NSString* channel) {
+  return [[[Playback alloc] initWithUniqueID:stringOrNil(event.eventEPGUniqueID)
+                                  playbackID:stringOrNil(event.eventEPGPlaybackUniqueID)
+                                       title:titleOf(event, details)
+                                     channel:channel
+                                       start:dateOf(event.eventEPGStartDateTime)
+                                         end:dateOf(event.eventEPGEndDateTime)] autorelease];
 }
 
 NSComparisonResult byStart(id first, id second, void*) {
@@ -156,15 +152,18 @@ NSArray* playbacksInFile(NSString* path, NSString** problem) {
     *problem = @"no file of events was named (EventsFile)";
     return nil;
   }
-  epg::PlaylistFile file;
+  epg::Schedule schedule;
   std::string message;
-  if (!epg::readPlaylistFile([path fileSystemRepresentation], &file, &message)) {
+  if (!epg::readPlaylistFile([path fileSystemRepresentation], &schedule, &message)) {
     *problem = stringOf(message);
     return nil;
   }
   NSMutableArray* playbacks = [NSMutableArray array];
-  for (const epg::ScheduledEvent& scheduled : file.schedule.events) {
-    [playbacks addObject:playbackOf(scheduled, file)];
+  for (std::size_t index = 0; index < schedule.events.size(); ++index) {
+    const epg::EventDetails& details = schedule.details[index];
+    const auto named = schedule.channelNames.find(details.channel);
+    NSString* channel = stringOf(named != schedule.channelNames.end() ? named->second : details.channel);
+    [playbacks addObject:playbackOf(schedule.events[index], details, channel)];
   }
   return [playbacks sortedArrayUsingFunction:byStart context:nullptr];
 }

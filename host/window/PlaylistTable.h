@@ -2,7 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-/// A table in which Command (Control on other desktops) adds single lines to the selection and Shift a range, on every
-/// platform.
+/// A table in which, on every platform, a click with Command (Control outside of a Mac) adds a line to the selection
+/// and one with Shift a range.
 @interface PlaylistTable : NSTableView
 @end

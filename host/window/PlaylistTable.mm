@@ -4,7 +4,7 @@
 
 #ifndef __APPLE__
 
-// GNUstep's own table has Shift add single lines and Control a range.
+// In GNUstep's own table Shift adds a line and Control a range.
 - (void)mouseDown:(NSEvent*)event {
   const NSUInteger given = [event modifierFlags];
   NSUInteger flags = given & ~static_cast<NSUInteger>(NSCommandKeyMask | NSShiftKeyMask | NSControlKeyMask);

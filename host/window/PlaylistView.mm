@@ -24,6 +24,8 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
 }  // namespace
 
 @interface PlaylistView ()
+- (void)makeSearchField;
+- (void)makeTable;
 - (void)search:(id)sender;
 - (void)showMatches;
 - (void)showMatchesAndIDs:(NSArray*)uniqueIDs;
@@ -32,49 +34,59 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
 
 @implementation PlaylistView
 
-- (id)initWithFrame:(NSRect)frame target:(id)target {
+- (id)initWithFrame:(NSRect)frame {
   self = [super initWithFrame:frame];
   if (self != nil) {
-    _target = target;
     _playbacks = [[NSMutableArray alloc] init];
     _shown = [[NSArray alloc] init];
     _alwaysShown = [[NSSet alloc] init];
-    const NSRect bounds = [self bounds];
-
-    _searchField = [[NSSearchField alloc]
-        initWithFrame:NSMakeRect(0, NSMaxY(bounds) - searchHeight, NSWidth(bounds), searchHeight)];
-    [_searchField setAutoresizingMask:NSViewWidthSizable | NSViewMinYMargin];
-    [[_searchField cell] setPlaceholderString:@"Search"];
-    [[_searchField cell] setSendsWholeSearchString:NO];
-    [_searchField setTarget:self];
-    [_searchField setAction:@selector(search:)];
-    [[NSNotificationCenter defaultCenter] addObserver:self
-                                             selector:@selector(search:)
-                                                 name:NSControlTextDidChangeNotification
-                                               object:_searchField];
-    [self addSubview:_searchField];
-
-    NSScrollView* scrollView = [[[NSScrollView alloc]
-        initWithFrame:NSMakeRect(0, 0, NSWidth(bounds), NSHeight(bounds) - searchHeight - searchGap)] autorelease];
-    [scrollView setAutoresizingMask:NSViewWidthSizable | NSViewHeightSizable];
-    [scrollView setHasVerticalScroller:YES];
-    [scrollView setBorderType:NSBezelBorder];
-    _table = [[PlaylistTable alloc] initWithFrame:[[scrollView contentView] bounds]];
-    [_table addTableColumn:column(@"startText", @"Start", startWidth, startWidth)];
-    [_table addTableColumn:column(@"title", @"Entry", titleWidth, CGFLOAT_MAX)];
-    [_table addTableColumn:column(@"channel", @"Channel", channelWidth, channelWidth)];
-    [_table setColumnAutoresizingStyle:NSTableViewUniformColumnAutoresizingStyle];
-    [_table setAllowsMultipleSelection:YES];
-    [_table setAllowsColumnReordering:NO];
-    [_table setDrawsGrid:NO];
-    [_table setDataSource:self];
-    [_table setDelegate:self];
-    [scrollView setDocumentView:_table];
-    [_table sizeToFit];
-    [self addSubview:scrollView];
+    [self makeSearchField];
+    [self makeTable];
     [_searchField setNextKeyView:_table];
   }
   return self;
+}
+
+- (void)setTarget:(id)target {
+  _target = target;
+}
+
+- (void)makeSearchField {
+  const NSRect bounds = [self bounds];
+  _searchField =
+      [[NSSearchField alloc] initWithFrame:NSMakeRect(0, NSMaxY(bounds) - searchHeight, NSWidth(bounds), searchHeight)];
+  [_searchField setAutoresizingMask:NSViewWidthSizable | NSViewMinYMargin];
+  [[_searchField cell] setPlaceholderString:@"Search"];
+  [[_searchField cell] setSendsWholeSearchString:NO];
+  [_searchField setTarget:self];
+  [_searchField setAction:@selector(search:)];
+  [[NSNotificationCenter defaultCenter] addObserver:self
+                                           selector:@selector(search:)
+                                               name:NSControlTextDidChangeNotification
+                                             object:_searchField];
+  [self addSubview:_searchField];
+}
+
+- (void)makeTable {
+  const NSRect bounds = [self bounds];
+  NSScrollView* scrollView = [[[NSScrollView alloc]
+      initWithFrame:NSMakeRect(0, 0, NSWidth(bounds), NSHeight(bounds) - searchHeight - searchGap)] autorelease];
+  [scrollView setAutoresizingMask:NSViewWidthSizable | NSViewHeightSizable];
+  [scrollView setHasVerticalScroller:YES];
+  [scrollView setBorderType:NSBezelBorder];
+  _table = [[PlaylistTable alloc] initWithFrame:[[scrollView contentView] bounds]];
+  [_table addTableColumn:column(@"startText", @"Start", startWidth, startWidth)];
+  [_table addTableColumn:column(@"title", @"Entry", titleWidth, CGFLOAT_MAX)];
+  [_table addTableColumn:column(@"channel", @"Channel", channelWidth, channelWidth)];
+  [_table setColumnAutoresizingStyle:NSTableViewUniformColumnAutoresizingStyle];
+  [_table setAllowsMultipleSelection:YES];
+  [_table setAllowsColumnReordering:NO];
+  [_table setDrawsGrid:NO];
+  [_table setDataSource:self];
+  [_table setDelegate:self];
+  [scrollView setDocumentView:_table];
+  [_table sizeToFit];
+  [self addSubview:scrollView];
 }
 
 - (void)dealloc {
@@ -103,9 +115,37 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   [self showMatches];
 }
 
-- (void)removePlayback:(Playback*)playback {
-  [_playbacks removeObject:playback];
+- (void)removeCopies:(NSSet*)uniqueIDs {
+  NSMutableArray* copies = [NSMutableArray array];
+  NSEnumerator* playbacks = [_playbacks objectEnumerator];
+  while (Playback* playback = [playbacks nextObject]) {
+    if ([playback isCopy] && [playback isOfAny:uniqueIDs]) {
+      [copies addObject:playback];
+    }
+  }
+  [_playbacks removeObjectsInArray:copies];
   [self showMatches];
+}
+
+- (Playback*)lastPlaybackOf:(NSString*)uniqueID {
+  NSEnumerator* playbacks = [_playbacks reverseObjectEnumerator];
+  while (Playback* playback = [playbacks nextObject]) {
+    if ([[playback uniqueID] isEqual:uniqueID]) {
+      return playback;
+    }
+  }
+  return nil;
+}
+
+- (NSArray*)events {
+  NSMutableArray* events = [NSMutableArray array];
+  NSEnumerator* playbacks = [_playbacks objectEnumerator];
+  while (Playback* playback = [playbacks nextObject]) {
+    if (![playback isCopy]) {
+      [events addObject:[playback event]];
+    }
+  }
+  return events;
 }
 
 - (void)search:(id)sender {

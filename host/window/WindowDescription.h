@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 
 /// Keeps a file in step with what a window shows: an XML property list with every field, button and table, their
-/// texts, values and places. For tests, which can read it where they could only look at pixels otherwise.
+/// texts, values and places. For tests, which could otherwise see only pixels.
 @interface WindowDescription : NSObject {
  @private
   NSWindow* _window;
@@ -14,7 +14,7 @@
 
 /// The window is not retained.
 - (id)initWithWindow:(NSWindow*)window path:(NSString*)path;
-/// Has to be called before the window goes.
+/// Must be called before the window is released.
 - (void)stop;
 
 @end

@@ -1,13 +1,15 @@
 #import "host/window/WindowDescription.h"
 
+#import "host/window/KeyboardFocus.h"
+
 namespace {
 
 const NSTimeInterval betweenLooks = 0.04;
-/// Of a table, from the first on.
+/// The first rows of a table; the rest is left out.
 const NSInteger mostRows = 200;
 
 /// Left, bottom, width and height in the content's coordinates.
-NSArray* place(NSRect rect, NSView* view) {
+NSArray* placeOf(NSRect rect, NSView* view) {
   const NSRect inWindow = [view convertRect:rect toView:[[view window] contentView]];
   return [NSArray arrayWithObjects:[NSNumber numberWithDouble:NSMinX(inWindow)],
                                    [NSNumber numberWithDouble:NSMinY(inWindow)],
@@ -24,36 +26,27 @@ NSDictionary* descriptionOfTable(NSTableView* table) {
       const NSInteger columnIndex = static_cast<NSInteger>(index);
       id value = [[table dataSource] tableView:table objectValueForTableColumn:column row:row];
       const NSRect visible = NSIntersectionRect([table frameOfCellAtColumn:columnIndex row:row], [table visibleRect]);
-      [cells setObject:[NSDictionary dictionaryWithObjectsAndKeys:[value description], @"value", place(visible, table),
-                                                                  @"place", nil]
+      [cells setObject:[NSDictionary dictionaryWithObjectsAndKeys:[value description], @"value",
+                                                                  placeOf(visible, table), @"place", nil]
                 forKey:[column identifier]];
     }
     [cells setObject:[NSNumber numberWithBool:[table isRowSelected:row]] forKey:@"selected row"];
     [rows addObject:cells];
   }
-  return [NSDictionary
-      dictionaryWithObjectsAndKeys:@"table", @"kind", rows, @"rows", place([table visibleRect], table), @"place", nil];
+  return [NSDictionary dictionaryWithObjectsAndKeys:@"table", @"kind", rows, @"rows",
+                                                    placeOf([table visibleRect], table), @"place", nil];
 }
 
 NSMutableDictionary* descriptionOfControl(NSControl* control, NSString* kind, NSString* text) {
   NSMutableDictionary* description = [NSMutableDictionary dictionary];
   [description setObject:kind forKey:@"kind"];
   [description setObject:[NSString stringWithString:text] forKey:@"text"];
-  [description setObject:place([control bounds], control) forKey:@"place"];
+  [description setObject:placeOf([control bounds], control) forKey:@"place"];
   [description setObject:[NSNumber numberWithBool:[control isEnabled]] forKey:@"enabled"];
   return description;
 }
 
-BOOL hasKeyboard(NSView* view) {
-  id responder = [[view window] firstResponder];
-  // While a field is edited, the window's editor stands in for it.
-  if ([responder isKindOfClass:[NSText class]] && [responder isFieldEditor]) {
-    responder = [responder delegate];
-  }
-  return responder == view ? YES : NO;
-}
-
-void append(NSView* view, NSMutableArray* descriptions) {
+void appendDescriptions(NSView* view, NSMutableArray* descriptions) {
   id object = view;
   NSMutableDictionary* description = nil;
   if ([view isKindOfClass:[NSTableView class]]) {
@@ -71,13 +64,13 @@ void append(NSView* view, NSMutableArray* descriptions) {
     }
   }
   if (description != nil) {
-    [description setObject:[NSNumber numberWithBool:hasKeyboard(view)] forKey:@"has keyboard"];
+    [description setObject:[NSNumber numberWithBool:viewWithKeyboard([view window]) == view] forKey:@"has keyboard"];
     [descriptions addObject:description];
     return;
   }
   NSEnumerator* subviews = [[view subviews] objectEnumerator];
   while (NSView* subview = [subviews nextObject]) {
-    append(subview, descriptions);
+    appendDescriptions(subview, descriptions);
   }
 }
 
@@ -117,7 +110,7 @@ void append(NSView* view, NSMutableArray* descriptions) {
   NSString* mode = [[NSRunLoop currentRunLoop] currentMode];
   const BOOL mouseIsDown = [mode isEqualToString:NSEventTrackingRunLoopMode];
   NSMutableArray* views = [NSMutableArray array];
-  append([_window contentView], views);
+  appendDescriptions([_window contentView], views);
   NSDictionary* description =
       [NSDictionary dictionaryWithObjectsAndKeys:views, @"views", [_window title], @"title",
                                                  [NSNumber numberWithBool:[_window isKeyWindow]], @"key",

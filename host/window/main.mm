@@ -14,10 +14,10 @@ int main() {
   [[NSUserDefaults standardUserDefaults] registerDefaults:looks];
 #endif
   [NSApplication sharedApplication];
-  WindowHost* host = [[WindowHost alloc] init];
-  [NSApp setDelegate:host];
+  WindowHost* windowHost = [[WindowHost alloc] init];
+  [NSApp setDelegate:windowHost];
   [NSApp run];
-  [host release];
+  [windowHost release];
   [pool drain];
   return 0;
 }

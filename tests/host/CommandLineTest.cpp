@@ -192,6 +192,15 @@ TEST_F(CommandLine, TakesEveryTextAsItIs) {
   }
 }
 
+TEST_F(CommandLine, TakesTheValueOfEveryOptionAsItIs) {
+  const std::string events = write("events.plist", "<plist><array/></plist>");
+  EXPECT_EQ(run({"edit", "E1", "--dry-run", "--tag", "--help"}).messages, "the tag catalogue has no \"--help\"\n");
+  EXPECT_EQ(run({"edit", "E1", "--dry-run", "--untag", "-h"}).messages, "the tag catalogue has no \"-h\"\n");
+  EXPECT_THAT(run({"export", events, "--configuration", "--help"}).messages,
+              HasSubstr("there is no export configuration \"--help\""));
+  EXPECT_EQ(run({"list", "--data-folder", "--help"}).messages, "--help: there is no such data folder\n");
+}
+
 TEST_F(CommandLine, DoesNotTakeWhatFollowsAnEmptyTextForIt) {
   const std::vector<std::string> lines =
       linesOf(runWell({"edit", "A", "--title=", "--tag", "Live", "--dry-run"}).output);

@@ -8,6 +8,7 @@
 #include "host/terminal/Refusal.h"
 #include "platform/Environment.h"
 #include "tests/host/GzipData.h"
+#include "tests/host/WholeGuide.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
@@ -56,12 +57,12 @@ TEST_F(EventsFile, GivesTheEventsOfAPropertyList) {
       "<key>eventEPGEndDateTime</key><date>2001-08-29T00:30:00Z</date><key>more</key><integer>1</integer></dict>"
       "<dict/></array>");
   ASSERT_EQ(schedule.events.size(), 2U);
-  const EPGEvent& event = schedule.events[0].event;
+  const EPGEvent& event = schedule.events[0];
   EXPECT_EQ(event.eventEPGUniqueID, "E1");
   EXPECT_EQ(event.eventEPGPlaybackUniqueID, "P1");
   EXPECT_EQ(event.eventEPGStartDateTime, Instant::fromUnixTime(999043500));
   EXPECT_EQ(event.eventEPGEndDateTime, Instant::fromUnixTime(999045000));
-  const EPGEvent& bare = schedule.events[1].event;
+  const EPGEvent& bare = schedule.events[1];
   EXPECT_EQ(bare.eventEPGUniqueID, std::nullopt);
   EXPECT_EQ(bare.eventEPGPlaybackUniqueID, std::nullopt);
   EXPECT_EQ(bare.eventEPGStartDateTime, std::nullopt);
@@ -70,15 +71,17 @@ TEST_F(EventsFile, GivesTheEventsOfAPropertyList) {
 
 TEST_F(EventsFile, GivesTheEventsOfAGuideWithTheIDsOfAnImport) {
   const Schedule schedule = read(guideText);
-  const XMLTVGuide guide = parseGuide(guideText, "guide");
+  const WholeGuide guide = wholeGuide(guideText);
   ASSERT_EQ(schedule.events.size(), 1U);
-  const ScheduledEvent& scheduled = schedule.events[0];
-  EXPECT_EQ(scheduled.event.eventEPGUniqueID, epgUniqueID(guide.programmes[0]));
-  EXPECT_EQ(scheduled.event.eventEPGPlaybackUniqueID, playbackUniqueID(guide.programmes[0]));
-  EXPECT_EQ(scheduled.event.eventEPGStartDateTime, Instant::fromUnixTime(999043500));
-  EXPECT_EQ(scheduled.event.eventEPGEndDateTime, Instant::fromUnixTime(999045000));
-  EXPECT_EQ(scheduled.channel, "c");
-  EXPECT_EQ(scheduled.clumpIndex, "1/2");
+  const EPGEvent& event = schedule.events[0];
+  const EventDetails& details = schedule.details[0];
+  EXPECT_EQ(event.eventEPGUniqueID, epgUniqueID(guide.programmes[0]));
+  EXPECT_EQ(event.eventEPGPlaybackUniqueID, playbackUniqueID(guide.programmes[0]));
+  EXPECT_EQ(event.eventEPGStartDateTime, Instant::fromUnixTime(999043500));
+  EXPECT_EQ(event.eventEPGEndDateTime, Instant::fromUnixTime(999045000));
+  EXPECT_EQ(details.channel, "c");
+  EXPECT_EQ(details.clumpIndex, "1/2");
+  EXPECT_EQ(details.title, "T");
   EXPECT_EQ(schedule.channelNames.at("c"), "Channel");
   EXPECT_THAT(schedule.warnings, testing::ElementsAre(HasSubstr(": line 1, column ")));
 }
@@ -86,6 +89,23 @@ TEST_F(EventsFile, GivesTheEventsOfAGuideWithTheIDsOfAnImport) {
 TEST_F(EventsFile, MayBeCompressed) {
   EXPECT_EQ(read(gzipData(guideText)).events.size(), 1U);
   EXPECT_EQ(read(gzipData("<plist><array><dict/></array></plist>")).events.size(), 1U);
+}
+
+TEST_F(EventsFile, IsAPropertyListWhateverStandsBeforeItsRoot) {
+  const std::string list = "<plist version='1.0'><array><dict/></array></plist>";
+  for (const char* prologue : {"", "\xEF\xBB\xBF<?xml version='1.0'?>\n", "<!-- <tv> -->\n<?tool a?>",
+                               "<!DOCTYPE plist>", "<!DOCTYPE plist [<!ELEMENT plist ANY>]>"}) {
+    EXPECT_EQ(read(prologue + list).events.size(), 1U) << prologue;
+  }
+  std::string utf16("\xFF\xFE");
+  for (const char character : list) utf16 += {character, '\0'};
+  EXPECT_EQ(read(utf16).events.size(), 1U);
+}
+
+TEST_F(EventsFile, IsAGuideAlsoWhereACommentNamesAPropertyList) {
+  EXPECT_TRUE(read("<!-- <plist> --><tv/>").events.empty());
+  EXPECT_THAT(refusalOf("<!-- <plist> --><array/>"), HasSubstr("the root element is <array>"));
+  EXPECT_THAT(refusalOf("<plister/>"), HasSubstr("the root element is <plister>"));
 }
 
 TEST_F(EventsFile, MayHoldNoEvents) {

@@ -8,8 +8,9 @@
 #include <vector>
 
 #include "host/guide/EPGUniqueID.h"
-#include "host/guide/XMLTVGuide.h"
+#include "host/guide/FaultlessGuide.h"
 #include "host/terminal/Refusal.h"
+#include "tests/host/WholeGuide.h"
 #include "tests/support/HostileText.h"
 #include "tests/support/Property.h"
 
@@ -27,14 +28,14 @@ std::string told(const XMLTVProgramme& programme) {
 using Programmes = std::vector<std::string>;
 
 /// Nothing when that is left to the thorough way.
-std::optional<Programmes> readQuickly(const std::string& bytes, std::size_t pieceSize, std::size_t parts) {
+std::optional<Programmes> readQuickly(const std::string& bytes, std::size_t chunkSize, std::size_t parts) {
   std::vector<Programmes> programmes(parts);
   std::vector<ProgrammeTaker> takers;
   takers.reserve(parts);
   for (Programmes& part : programmes) {
     takers.emplace_back([&part](const XMLTVProgramme& programme) { part.push_back(told(programme)); });
   }
-  if (!parseFaultlessGuide(bytes, takers, pieceSize)) return std::nullopt;
+  if (!parseFaultlessGuide(bytes, takers, chunkSize)) return std::nullopt;
   Programmes read;
   for (const Programmes& part : programmes) read.insert(read.end(), part.begin(), part.end());
   return read;
@@ -43,7 +44,7 @@ std::optional<Programmes> readQuickly(const std::string& bytes, std::size_t piec
 /// Nothing when there is anything to tell.
 std::optional<Programmes> readThoroughly(const std::string& bytes) {
   try {
-    const XMLTVGuide guide = parseGuide(bytes, "guide.xml");
+    const WholeGuide guide = wholeGuide(bytes);
     if (!guide.warnings.empty()) return std::nullopt;
     Programmes read;
     for (const XMLTVProgramme& programme : guide.programmes) read.push_back(told(programme));
@@ -57,8 +58,8 @@ std::string programme(const std::string& title) {
   return "<programme start='2012' channel='c'><title>" + title + "</title></programme>";
 }
 
-std::optional<std::size_t> programmesReadQuickly(const std::string& bytes, std::size_t pieceSize = 50) {
-  const auto read = readQuickly(bytes, pieceSize, 1);
+std::optional<std::size_t> programmesReadQuickly(const std::string& bytes, std::size_t chunkSize = 50) {
+  const auto read = readQuickly(bytes, chunkSize, 1);
   return read ? std::optional<std::size_t>(read->size()) : std::nullopt;
 }
 
@@ -70,8 +71,8 @@ TEST(FaultlessGuide, IsReadInAnyNumberOfPiecesAndParts) {
   const auto whole = readThoroughly(guide);
   ASSERT_TRUE(whole);
   ASSERT_EQ(whole->size(), 50U);
-  for (const std::size_t pieceSize : {std::size_t{50}, std::size_t{100}, std::size_t{1000}, guide.size()}) {
-    for (const std::size_t parts : {1U, 2U, 3U, 7U, 200U}) EXPECT_EQ(readQuickly(guide, pieceSize, parts), whole);
+  for (const std::size_t chunkSize : {std::size_t{50}, std::size_t{100}, std::size_t{1000}, guide.size()}) {
+    for (const std::size_t parts : {1U, 2U, 3U, 7U, 200U}) EXPECT_EQ(readQuickly(guide, chunkSize, parts), whole);
   }
 }
 
@@ -130,8 +131,8 @@ TEST(FaultlessGuide, IsNotTakenApartInsideOfAnythingElse) {
     const std::string guide = joined({"<tv>", good, around, good, "</tv>"});
     const auto whole = readThoroughly(guide);
     ASSERT_TRUE(whole) << guide;
-    for (const std::size_t pieceSize : {20U, 40U, 80U, 100U, 120U, 1000U}) {
-      const auto read = readQuickly(guide, pieceSize, 1);
+    for (const std::size_t chunkSize : {20U, 40U, 80U, 100U, 120U, 1000U}) {
+      const auto read = readQuickly(guide, chunkSize, 1);
       EXPECT_TRUE(!read || read == whole) << guide;
     }
     EXPECT_EQ(readQuickly(guide, guide.size(), 1), whole);
@@ -185,11 +186,11 @@ TEST(FaultlessGuide, IsReadAsTheThoroughWayReadsItOrNotAtAll) {
     std::string guide = joined(upTo(sizeOfCase(), anyPiece));
     if (!onceIn(8)) guide = "<tv>" + guide + "</tv>";
     tell("guide", guide);
-    const std::size_t pieceSize = 1 + below(299);
+    const std::size_t chunkSize = 1 + below(299);
     const std::size_t parts = 1 + below(3);
-    tell("size of a piece", pieceSize);
+    tell("size of a piece", chunkSize);
     tell("parts", parts);
-    const auto read = readQuickly(guide, pieceSize, parts);
+    const auto read = readQuickly(guide, chunkSize, parts);
     if (read) HOLDS(read == readThoroughly(guide));
   });
 }
@@ -205,11 +206,11 @@ TEST(FaultlessGuide, IsReadWhereverItsProgrammesEnd) {
     tell("guide", guide);
     const auto whole = readThoroughly(guide);
     HOLDS(whole.has_value());
-    const std::size_t pieceSize = 20 + below(280);
+    const std::size_t chunkSize = 20 + below(280);
     const std::size_t parts = 1 + below(3);
-    tell("size of a piece", pieceSize);
+    tell("size of a piece", chunkSize);
     tell("parts", parts);
-    HOLDS(readQuickly(guide, pieceSize, parts) == whole);
+    HOLDS(readQuickly(guide, chunkSize, parts) == whole);
   });
 }
 

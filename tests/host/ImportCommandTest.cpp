@@ -9,6 +9,7 @@
 #include "store/ItemStoreFile.h"
 #include "tests/host/CommandTest.h"
 #include "tests/host/GzipData.h"
+#include "tests/host/WholeGuide.h"
 
 namespace epg::test {
 
@@ -26,7 +27,7 @@ class ImportCommand : public CommandTest {
  protected:
   /// The ID of the guide's programme.
   static std::string idOf(const std::string& path, std::size_t index) {
-    return epgUniqueID(parseGuide(contentOf(path), path).programmes.at(index));
+    return epgUniqueID(wholeGuide(contentOf(path), path).programmes.at(index));
   }
 };
 

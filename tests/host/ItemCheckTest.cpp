@@ -12,15 +12,16 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-ScheduledEvent playing(std::optional<std::string> id, std::optional<double> start) {
-  ScheduledEvent scheduled;
-  scheduled.event.eventEPGUniqueID = std::move(id);
-  if (start) scheduled.event.eventEPGStartDateTime = Instant{*start};
-  return scheduled;
+EPGEvent playing(std::optional<std::string> id, std::optional<double> start) {
+  EPGEvent event;
+  event.eventEPGUniqueID = std::move(id);
+  if (start) event.eventEPGStartDateTime = Instant{*start};
+  return event;
 }
 
-Schedule scheduleOf(std::vector<ScheduledEvent> events) {
+Schedule scheduleOf(std::vector<EPGEvent> events) {
   Schedule schedule;
+  schedule.details.resize(events.size());
   schedule.events = std::move(events);
   return schedule;
 }

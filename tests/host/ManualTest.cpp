@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/manual/Documents.h"
+#include "host/manual/Options.h"
 #include "host/manual/Roff.h"
 #include "host/manual/ShellText.h"
 
@@ -62,7 +63,7 @@ TEST(ShellText, QuotesForShells) {
   EXPECT_EQ(briefly("One"), "One");
 }
 
-TEST(ShellText, TellsWhichOptionsTakeAValueOnce) {
+TEST(ManualOptions, TellsWhichTakeAValueOnce) {
   EXPECT_THAT(optionsWithValue(trickyDescription()), ElementsAre("--odd"));
 }
 

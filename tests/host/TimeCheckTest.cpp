@@ -27,13 +27,12 @@ class Plan {
  public:
   Plan& add(const std::string& start, const std::string& end, const std::string& channel = {},
             const std::string& clumpIndex = "0/1") {
-    ScheduledEvent scheduled;
-    scheduled.event.eventEPGUniqueID = std::string(1, static_cast<char>('A' + schedule_.events.size()));
-    scheduled.event.eventEPGStartDateTime = at(start);
-    scheduled.event.eventEPGEndDateTime = at(end);
-    scheduled.channel = channel;
-    scheduled.clumpIndex = clumpIndex;
-    schedule_.events.push_back(scheduled);
+    EPGEvent event;
+    event.eventEPGUniqueID = std::string(1, static_cast<char>('A' + schedule_.events.size()));
+    event.eventEPGStartDateTime = at(start);
+    event.eventEPGEndDateTime = at(end);
+    schedule_.events.push_back(event);
+    schedule_.details.push_back({channel, clumpIndex, {}});
     return *this;
   }
   Schedule& schedule() { return schedule_; }
@@ -161,14 +160,15 @@ TEST(TimeCheck, FindsAClumpThatIsNone) {
 TEST(TimeCheck, TakesFractionsOfASecondForWhatTheyAre) {
   Schedule schedule;
   schedule.events.resize(3);
-  schedule.events[0].event.eventEPGStartDateTime = Instant{0};
-  schedule.events[0].event.eventEPGEndDateTime = Instant{100.1};
-  schedule.events[1].event.eventEPGStartDateTime = Instant{100.0 + 0.1};
-  schedule.events[1].event.eventEPGEndDateTime = Instant{199.9999};
-  schedule.events[2].event.eventEPGStartDateTime = Instant{200};
-  schedule.events[2].event.eventEPGEndDateTime = Instant{300};
+  schedule.details.resize(3);
+  schedule.events[0].eventEPGStartDateTime = Instant{0};
+  schedule.events[0].eventEPGEndDateTime = Instant{100.1};
+  schedule.events[1].eventEPGStartDateTime = Instant{100.0 + 0.1};
+  schedule.events[1].eventEPGEndDateTime = Instant{199.9999};
+  schedule.events[2].eventEPGStartDateTime = Instant{200};
+  schedule.events[2].eventEPGEndDateTime = Instant{300};
   EXPECT_EQ(timeFindings(schedule, LocalCalendar()).size(), 0U);
-  schedule.events[2].event.eventEPGStartDateTime = Instant{200.5};
+  schedule.events[2].eventEPGStartDateTime = Instant{200.5};
   EXPECT_EQ(timeFindings(schedule, LocalCalendar()).size(), 1U);
 }
 
@@ -184,11 +184,12 @@ TEST(TimeCheck, FindsFirstAndLastOfManyInTime) {
   // All on at once: comparing each with each would be ten thousand million comparisons.
   Schedule schedule;
   for (int i = 0; i < 100000; ++i) {
-    ScheduledEvent scheduled;
-    scheduled.event.eventEPGStartDateTime = Instant{static_cast<double>(i)};
-    scheduled.event.eventEPGEndDateTime = Instant{1e6};
-    schedule.events.push_back(scheduled);
+    EPGEvent event;
+    event.eventEPGStartDateTime = Instant{static_cast<double>(i)};
+    event.eventEPGEndDateTime = Instant{1e6};
+    schedule.events.push_back(event);
   }
+  schedule.details.resize(schedule.events.size());
   EXPECT_EQ(timeFindings(schedule, LocalCalendar()).size(), 99999U);
 }
 

@@ -7,10 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "host/guide/InputFile.h"
 #include "host/guide/XMLTVTime.h"
 #include "platform/Environment.h"
 #include "tests/host/GzipData.h"
 #include "tests/host/RefusalOf.h"
+#include "tests/host/WholeGuide.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace epg::test {
@@ -22,17 +24,17 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-XMLTVGuide guide(const std::string& elements) { return parseGuide("<tv>" + elements + "</tv>", "guide.xml"); }
+WholeGuide guide(const std::string& elements) { return wholeGuide("<tv>" + elements + "</tv>"); }
 
 /// The one programme of a guide that holds only it; `content` goes behind a title.
 XMLTVProgramme programmeWith(const std::string& content) {
-  XMLTVGuide only = guide("<programme start='2001' channel='c'><title>T</title>" + content + "</programme>");
+  WholeGuide only = guide("<programme start='2001' channel='c'><title>T</title>" + content + "</programme>");
   EXPECT_THAT(only.warnings, IsEmpty());
   return only.programmes.empty() ? XMLTVProgramme() : only.programmes.front();
 }
 
 std::string guideRefusal(const std::string& bytes) {
-  return refusalOf([&] { parseGuide(bytes, "guide.xml"); });
+  return refusalOf([&] { wholeGuide(bytes); });
 }
 
 Instant instant(const std::string& time) {
@@ -43,7 +45,7 @@ Instant instant(const std::string& time) {
 }  // namespace
 
 TEST(XMLTVGuide, GivesEverythingThatBecomesMetadata) {
-  const XMLTVGuide all = guide(
+  const WholeGuide all = guide(
       "<channel id='one'><display-name> Channel One </display-name><display-name>1</display-name></channel>"
       "<channel id='two'><display-name> </display-name></channel>"
       "<programme start='20261114233000 +0100' stop='20261115013000 +0100' channel='one' clumpidx='0/2'>"
@@ -80,7 +82,7 @@ TEST(XMLTVGuide, LeavesAbsentWhatItDoesNotTell) {
 }
 
 TEST(XMLTVGuide, TakesTheFirstTextThatIsNotEmpty) {
-  const XMLTVGuide texts = guide(
+  const WholeGuide texts = guide(
       "<programme start='2001' channel='c'><title/><title> \n </title><title>Second</title><title>Third</title>"
       "<desc></desc><desc>Text</desc><desc>Other</desc><icon/><icon src=' '/><icon src='a'/><icon src='b'/>"
       "</programme>");
@@ -132,7 +134,7 @@ TEST(XMLTVGuide, CountsOnlyAnElementsOwnText) {
 }
 
 TEST(XMLTVGuide, PassesOverWhatItDoesNotKnow) {
-  const XMLTVGuide extended = guide(
+  const WholeGuide extended = guide(
       "<x-random><programme start='2001'><title>Not this</title></programme></x-random>"
       "<programme start='2001' channel='c' x-foo='bar'><x-extra>No</x-extra><title>T</title><credits><actor>A</actor>"
       "</credits></programme><x-whatever/>");
@@ -142,7 +144,7 @@ TEST(XMLTVGuide, PassesOverWhatItDoesNotKnow) {
 }
 
 TEST(XMLTVGuide, TakesNoProcessingInstructionForAnElement) {
-  const XMLTVGuide read = guide(
+  const WholeGuide read = guide(
       "<?programme p?><?channel c?><channel id='c'><?display-name d?></channel>"
       "<programme start='2001'><?title t?><title>T</title><?category c?></programme>");
   EXPECT_THAT(read.warnings, IsEmpty());
@@ -154,11 +156,11 @@ TEST(XMLTVGuide, TakesNoProcessingInstructionForAnElement) {
 
 TEST(XMLTVGuide, MayBeEmpty) {
   EXPECT_THAT(guide("").programmes, IsEmpty());
-  EXPECT_THAT(parseGuide("<tv/>", "guide.xml").programmes, IsEmpty());
+  EXPECT_THAT(wholeGuide("<tv/>").programmes, IsEmpty());
 }
 
 TEST(XMLTVGuide, SkipsAProgrammeWithoutTitleAndNamesItsPlace) {
-  const XMLTVGuide texts =
+  const WholeGuide texts =
       guide("\n  <programme start='2001'><desc>D</desc></programme>\n\n <programme start='2001'/>");
   EXPECT_THAT(texts.programmes, IsEmpty());
   EXPECT_THAT(texts.warnings, ElementsAre("guide.xml: line 2, column 3: programme skipped: it has no title",
@@ -166,7 +168,7 @@ TEST(XMLTVGuide, SkipsAProgrammeWithoutTitleAndNamesItsPlace) {
 }
 
 TEST(XMLTVGuide, SkipsAProgrammeWithoutAValidStart) {
-  const XMLTVGuide texts = guide(
+  const WholeGuide texts = guide(
       "<programme><title>T</title></programme><programme start=' '><title>T</title></programme>"
       "<programme start='20010230'><title>T</title></programme>"
       "<programme start='20010203 IST'><title>T</title></programme><programme "
@@ -178,7 +180,7 @@ TEST(XMLTVGuide, SkipsAProgrammeWithoutAValidStart) {
 }
 
 TEST(XMLTVGuide, CountsAnUnusableStopAsAbsentAndSaysSo) {
-  const XMLTVGuide texts = guide(
+  const WholeGuide texts = guide(
       "<programme start='2001' stop='later'><title>T</title></programme>"
       "<programme start='2001' stop=''><title>T</title></programme>");
   ASSERT_EQ(texts.programmes.size(), 2U);
@@ -190,7 +192,7 @@ TEST(XMLTVGuide, CountsAnUnusableStopAsAbsentAndSaysSo) {
 }
 
 TEST(XMLTVGuide, SkipsAProgrammeWithAReferenceThatStandsForNoCharacter) {
-  const XMLTVGuide texts = guide(
+  const WholeGuide texts = guide(
       "<programme start='2001'><title>Caf&eacute;</title></programme>\n"
       "<programme start='20&nope;01'><title>T</title></programme>\n"
       "<programme start='2001' channel='a&nope;b'><title>T</title></programme>\n"
@@ -204,7 +206,7 @@ TEST(XMLTVGuide, SkipsAProgrammeWithAReferenceThatStandsForNoCharacter) {
 }
 
 TEST(XMLTVGuide, LeavesOutOnlyTheValueThatAProgrammeCanDoWithout) {
-  const XMLTVGuide texts = guide(
+  const WholeGuide texts = guide(
       "\n<programme start='2001' stop='20&a;02' clumpidx='&b;' channel='c'><title>T</title>\n"
       "<desc>&c;</desc><desc>Second</desc>\n<icon src='&d;'/>\n<category>&e;</category><category>News</category>\n"
       "<sub-title>&f;</sub-title>\n<episode-num>&g;</episode-num><episode-num system='&h;'>1</episode-num>"
@@ -248,7 +250,7 @@ TEST(XMLTVGuide, ExpandsNoEntityThatItDeclaresItself) {
     bomb.append("<!ENTITY a").append(std::to_string(i)).append(" '").append(before).append(before).append("'>");
   }
   bomb += "]><tv><programme start='2001'><title>&a29;</title></programme></tv>";
-  const XMLTVGuide texts = parseGuide(bomb, "guide.xml");
+  const WholeGuide texts = wholeGuide(bomb);
   EXPECT_THAT(texts.programmes, IsEmpty());
   EXPECT_THAT(texts.warnings, ElementsAre(HasSubstr("&a29;")));
 }
@@ -263,7 +265,7 @@ TEST(XMLTVGuide, IsReadInTheEncodingThatItDeclares) {
       {"<?xml version='1.0' encoding='windows-1252'?>" + rest + "Cr\xE8me \x80" + end, "Crème €"},
   };
   for (const auto& [bytes, title] : cases) {
-    const XMLTVGuide texts = parseGuide(bytes, "guide.xml");
+    const WholeGuide texts = wholeGuide(bytes);
     ASSERT_EQ(texts.programmes.size(), 1U);
     EXPECT_EQ(texts.programmes[0].title, title);
   }
@@ -279,7 +281,7 @@ TEST(XMLTVGuide, IsReadInUTF16WithAndWithoutAByteOrderMark) {
     big += {'\0', c};
   }
   for (const std::string& bytes : {little, big, "\xFF\xFE" + little, "\xFE\xFF" + big}) {
-    const XMLTVGuide guide = parseGuide(bytes, "guide.xml");
+    const WholeGuide guide = wholeGuide(bytes);
     ASSERT_EQ(guide.programmes.size(), 1U);
     EXPECT_EQ(guide.programmes[0].title, "Mé");
   }
@@ -316,7 +318,7 @@ TEST(XMLTVGuide, NamesTheFileThatCannotBeRead) {
   Environment& environment = Environment::standard();
   const auto refusal = [&](const std::string& path) -> std::string {
     try {
-      readGuideBytes(environment, path);
+      readDecompressedFile(environment, path);
     } catch (const Refusal& refused) {
       return refused.what();
     }
@@ -331,7 +333,7 @@ TEST(XMLTVGuide, NamesTheFileThatCannotBeRead) {
 TEST(XMLTVGuide, MayBeCompressed) {
   const TemporaryFolder folder;
   writeFile(folder.file("guide.xml"), gzipData("<tv/>"));  // Known by its content, whatever its name.
-  EXPECT_EQ(readGuideBytes(Environment::standard(), folder.file("guide.xml")), "<tv/>");
+  EXPECT_EQ(readDecompressedFile(Environment::standard(), folder.file("guide.xml")), "<tv/>");
 }
 
 TEST(XMLTVGuide, IsReadInTimeThatGrowsAsItDoes) {

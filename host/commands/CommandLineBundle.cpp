@@ -1,4 +1,4 @@
-#include "host/commands/HostBundle.h"
+#include "host/commands/CommandLineBundle.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -36,16 +36,16 @@ std::string programPath() {
 
 }  // namespace
 
-HostBundle::HostBundle(Environment& environment, std::string resourceFolder)
+CommandLineBundle::CommandLineBundle(Environment& environment, std::string resourceFolder)
     : environment_(environment), resourceFolder_(std::move(resourceFolder)) {}
 
-std::optional<std::string> HostBundle::pathForResource(const std::string& name, const std::string& type) const {
+std::optional<std::string> CommandLineBundle::pathForResource(const std::string& name, const std::string& type) const {
   const std::string path = appendPathComponent(resourceFolder_, appendPathExtension(name, type));
   if (!exists(environment_, path)) return std::nullopt;
   return path;
 }
 
-EditorOutlets HostBundle::loadInterface(const std::string& /*nibName*/, EPGDorvaSelinViewController& owner) {
+EditorOutlets CommandLineBundle::loadInterface(const std::string& /*nibName*/, EPGDorvaSelinViewController& owner) {
   editor_ = &owner;
   EditorOutlets outlets;
   outlets.view = &view_;
@@ -56,11 +56,11 @@ EditorOutlets HostBundle::loadInterface(const std::string& /*nibName*/, EPGDorva
   return outlets;
 }
 
-std::string resourceFolder() {
+std::string programResourceFolder() {
   const char* const named = std::getenv("DORVASELIN_RESOURCES");
   if (named && *named != '\0') return named;
   const std::string program = programPath();
-  // Never a folder below the current one, which may be anybody's.
+  // Not relative to the current folder, which may be anybody's.
   if (program.empty()) return "/usr/share/dorvaselin";
   return program.substr(0, program.find_last_of('/') + 1) + "../share/dorvaselin";
 }

@@ -22,7 +22,7 @@ class TextFieldValue : public TextField {
   std::optional<std::string> placeholder_;
 };
 
-/// A table that keeps no cells: whoever prints it asks the data source then.
+/// A table without cells: whoever prints it asks the data source.
 class TableWithoutCells : public TableView {
  public:
   void reloadData() override {}
@@ -30,10 +30,10 @@ class TableWithoutCells : public TableView {
 
 /// The plug-in's bundle as the command line supplies it: resources from a folder, and an editor whose views hold what
 /// a window would show. For one plug-in object.
-class HostBundle : public Bundle {
+class CommandLineBundle : public Bundle {
  public:
   /// `environment` must outlive the object.
-  HostBundle(Environment& environment, std::string resourceFolder);
+  CommandLineBundle(Environment& environment, std::string resourceFolder);
 
   std::optional<std::string> pathForResource(const std::string& name, const std::string& type) const override;
   EditorOutlets loadInterface(const std::string& nibName, EPGDorvaSelinViewController& owner) override;
@@ -58,8 +58,8 @@ class HostBundle : public Bundle {
   TextFieldValue description_;
 };
 
-/// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names; else
-/// "../share/dorvaselin" beside the program's own folder, where an installation puts it, and the build, too.
-std::string resourceFolder();
+/// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names, otherwise
+/// "../share/dorvaselin" relative to the program's folder, as in an installation and in the build.
+std::string programResourceFolder();
 
 }  // namespace epg

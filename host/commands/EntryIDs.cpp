@@ -1,4 +1,6 @@
-#include "host/commands/NewEntry.h"
+#include "host/commands/EntryIDs.h"
+
+#include <unordered_set>
 
 #include "host/terminal/LineText.h"
 #include "host/terminal/Refusal.h"
@@ -11,6 +13,15 @@ std::string noItemMessage(const EPGItemStore& store, const std::string& id) {
   if (!store.snapshot()->find(id)) return escapedForLine(id) + ": no such entry";
   return "the store holds something under " + escapedForLine(id) +
          " that is no entry; it is left as it is (EPGItems.plist)";
+}
+
+std::vector<std::string> idsWithoutItem(const EPGItemStore& store, const std::vector<std::string>& ids) {
+  std::vector<std::string> without;
+  std::unordered_set<std::string> seen;
+  for (const std::string& id : ids) {
+    if (!store.item(id) && seen.insert(id).second) without.push_back(id);
+  }
+  return without;
 }
 
 void refuseUnsavableID(const std::string& id) {
