@@ -138,6 +138,7 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFile() {
 void EPGDorvaSelinManagerPlugin::detachSaveThread(EPGItemStoreSnapshot snapshot) {
   // Shared, because what starts the thread copies what it is to run.
   const auto shared = std::make_shared<const EPGItemStoreSnapshot>(std::move(snapshot));
+  // safeguard: threads that hold the object
   environment_.detachThread([self = shared_from_this(), shared] { self->saveEPGItemsToFileThread(*shared); });
 }
 
@@ -146,6 +147,7 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnap
   try {
     replaceFile(environment_, storePath(), [&](ByteSink& file) { return writeStore(file, snapshot) ? 0 : EILSEQ; });
   } catch (const std::bad_alloc& exception) {
+    // safeguard: clearing the mark after an exception
     logFailedSave(exception, ENOMEM);
   } catch (const std::exception& exception) {
     logFailedSave(exception, EIO);
@@ -222,6 +224,7 @@ void EPGDorvaSelinManagerPlugin::revertEditing() {
 // The day export.
 
 void EPGDorvaSelinManagerPlugin::exportEvents(std::vector<EPGEvent> events, const std::string& configurationFilename) {
+  // safeguard: one export at a time
   if (busyExporting_.exchange(true)) {
     const EPGError error{shortErrorDomain, EPGError::onlyCode, "Already Busy Exporting!"};
     reportExport(false, &error);
@@ -263,6 +266,7 @@ void EPGDorvaSelinManagerPlugin::exportEventsRead(const std::function<std::vecto
   } catch (const std::exception&) {
     written = false;
   }
+  // safeguard: the mark kept until the report is over
   reportExport(written, written ? nullptr : &exportFailure_);
   // Only now: a delegate that exports again from inside its report is refused.
   busyExporting_ = false;
