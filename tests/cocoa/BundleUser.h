@@ -22,6 +22,8 @@ bool eventually(const std::function<bool()>& condition);
 std::string text(NSString* string);
 /// A list of nothing else.
 NSArray* only(id object);
+/// A dictionary of nothing else.
+NSMutableDictionary* dictionary(NSString* key, id value);
 
 /// The platform's implementation pointers as the functions that they are, and back.
 template <typename Function>
@@ -81,4 +83,16 @@ class BundleUser : public testing::Test {
   NSString* dataFolder_;
   NSString* exportFolder_;
   NSBundle* bundle_;
+};
+
+/// The same with a new plug-in object, which the test does not own.
+class BundlePlugin : public BundleUser {
+ protected:
+  void SetUp() override { plugin = newPlugin(); }
+  void TearDown() override {
+    [plugin setDelegate:nil];
+    [plugin release];
+  }
+
+  EPGDorvaSelinManagerPlugin* plugin = nil;
 };

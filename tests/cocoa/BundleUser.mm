@@ -32,6 +32,10 @@ std::string text(NSString* string) { return string != nil ? [string UTF8String] 
 
 NSArray* only(id object) { return [NSArray arrayWithObject:object]; }
 
+NSMutableDictionary* dictionary(NSString* key, id value) {
+  return [NSMutableDictionary dictionaryWithObject:value forKey:key];
+}
+
 NSBundle* loadedBundle() {
   NSBundle* bundle = [NSBundle bundleWithPath:[NSString stringWithUTF8String:EPG_BUNDLE_PATH]];
   return [bundle load] ? bundle : nil;
