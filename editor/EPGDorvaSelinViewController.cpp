@@ -40,6 +40,7 @@ std::optional<PropertyList::Elements> changedTags(const PropertyList::Elements* 
   const std::string_view name = *tag.asString();
   if (holdsTag(tags, name) == on) return std::nullopt;
   const PropertyList::Elements before = tags ? *tags : PropertyList::Elements();
+  // safeguard: tag lists that are never changed in place
   if (on) return before.with(tag, before.size(), 0);
   PropertyList::Array left;
   left.reserve(before.size());

@@ -109,6 +109,7 @@ class DayFileText {
   }
 
   void escaped(std::string_view text, XMLContext context) {
+    // safeguard: the apostrophe pass
     if (!appendXMLText(file_, text, context, Apostrophes::AsReferences)) isWhole_ = false;
   }
 

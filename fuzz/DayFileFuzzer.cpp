@@ -17,6 +17,8 @@
 #include "export/EventOrder.h"
 #include "fuzz/Check.h"
 #include "model/KeyConstants.h"
+#include "store/MemoryItem.h"
+#include "store/ShardedItemStore.h"
 #include "xml/XMLText.h"
 
 namespace {
@@ -117,16 +119,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (std::size_t i = 0; i < order.size(); ++i) sorted.push_back(order[i]);
   events.swap(sorted);
 
-  const auto lookup = [&](const std::string& id) {
-    const auto found = items.find(id);
-    return found == items.end() ? std::nullopt : std::optional<epg::PropertyListDictionary>(found->second);
-  };
+  epg::ShardedItemStore store;
+  for (const auto& [id, item] : items) store.setItem(id, std::make_shared<epg::MemoryItem>(item));
   std::vector<epg::PropertyListDictionary> expected;
   for (const epg::EPGEvent& event : events) {
-    const auto item = event.eventEPGUniqueID ? lookup(*event.eventEPGUniqueID) : std::nullopt;
-    if (item) expected.push_back(*item);
+    const auto item = event.eventEPGUniqueID ? items.find(*event.eventEPGUniqueID) : items.end();
+    if (item != items.end()) expected.push_back(item->second);
   }
-  const auto content = epg::dayFileContent(epg::LocalCalendar(), epg::DateFormatter("dd-MM-yyyy"), lookup, events);
+  const auto content = epg::dayFileContent(epg::LocalCalendar(), epg::DateFormatter("dd-MM-yyyy"), store, events);
   if (allUTF8) FUZZ_CHECK(content.has_value());
   if (!content) return 0;
 

@@ -99,6 +99,7 @@ class TemporaryFile {
 
   ~TemporaryFile() {
     written_.close();
+    // safeguard: removal of the temporary file after a failure
     if (exists_) repeatedWhileInterrupted([&] { return environment_.removeFile(path_); });
   }
 
@@ -167,6 +168,7 @@ int writeAll(Environment& environment, int descriptor, const FileContent& conten
   const int contentError = content(sink);
   if (contentError == 0) sink.flush();
   // Content that is given up because a write failed is not what went wrong.
+  // safeguard: the end of content that is given up
   return sink.error() != 0 ? sink.error() : contentError;
 }
 
@@ -199,6 +201,7 @@ int takeOverMode(Environment& environment, const std::string& target, const Envi
   };
   const mode_t permissions = old.mode & 0777;
   // Next to an access list, the group's permissions are those that the list may grant at most, not the group's own.
+  // safeguard: no rights for a group that the old file did not have
   if (!takeOverGroup(environment, old, fresh, descriptor)) return setMode(withoutGroup(permissions));
   const int error = permissions == (fresh.mode & 0777) ? 0 : setMode(permissions);
   if (error != 0) return error;
@@ -222,6 +225,7 @@ int takePlace(Environment& environment, TemporaryFile& file, const std::string& 
   const auto exchange = [&] { return environment.exchangeFiles(file.path(), target); };
   bool exchanged = false;
   int error = ENOTSUP;
+  // safeguard: not exchanging a folder in the target's place
   if (noTarget == 0 && old.kind != Environment::FileKind::Folder) {
     // What stood there stays at hand, under the temporary name.
     error = repeatedWhileInterrupted(exchange);
@@ -233,11 +237,13 @@ int takePlace(Environment& environment, TemporaryFile& file, const std::string& 
     if (error == 0) file.isGone();
   }
   if (error != 0) return error;
+  // safeguard: flush of the folder
   error = flushFolder(environment, folder);
   if (error == 0) return 0;
   // Another writer may have come after this one; what it has put there is not undone.
   Environment::FileInfo standing;
   if (pathInfo(environment, target, &standing) != 0 || !isSameFile(standing, file.info())) return error;
+  // safeguard: the old file's return when the folder cannot be flushed
   if (exchanged) repeatedWhileInterrupted(exchange);
   if (noTarget == ENOENT) repeatedWhileInterrupted([&] { return environment.removeFile(target); });
   return error;
@@ -266,6 +272,7 @@ void removeLeftFiles(Environment& environment, const std::string& target) {
     }
     OpenFile left(environment);
     if (left.open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK, 0) != 0) continue;
+    // safeguard: sparing the temporary files of living writers
     if (environment.lockFile(left.descriptor()) == 0) environment.removeFile(path);
   }
 }
@@ -279,10 +286,13 @@ int replace(Environment& environment, const std::string& path, const FileContent
   if (file.error() != 0) return file.error();
   OpenFile& written = file.written();
   // Before a byte is written: who may not read the old file must not read the new one either.
+  // safeguard: the replaced file's mode before its text
   error = takeOverMode(environment, path, file.info(), written.descriptor());
   if (error == 0) error = writeAll(environment, written.descriptor(), content);
+  // safeguard: flush of the temporary file
   if (error == 0) error = repeatedWhileInterrupted([&] { return environment.flushFile(written.descriptor()); });
   if (error == 0) error = written.close();
+  // safeguard: taking the target's place in one step
   if (error == 0) error = takePlace(environment, file, path, folder);
   return error;
 }

@@ -230,6 +230,7 @@ int readWholeFile(Environment& environment, const std::string& path, std::string
   if (error != 0) return error;
   Environment::FileInfo info;
   error = repeatedWhileInterrupted([&] { return environment.fileInfo(descriptor, &info); });
+  // safeguard: not waiting for a pipe in a file's place
   if (error == 0 && info.kind != Environment::FileKind::Regular) error = EINVAL;
   try {
     // Room at once: a text that grows piece by piece is copied again and again. One that is too large fails as it

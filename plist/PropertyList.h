@@ -51,7 +51,7 @@ class PropertyListDictionary {
   const Entry* begin() const noexcept;
   const Entry* end() const noexcept;
 
-  /// Where its memory begins, null when empty; for `fetchAhead`.
+  /// Where its memory begins, null when empty; for `prefetch`.
   const void* block() const noexcept { return entries_.block(); }
 
   /// Whether both are copies of one dictionary, neither changed since.
@@ -122,7 +122,7 @@ class PropertyList {
   const ForeignValue* asForeign() const;
 
   /// Where the memory of a string, an array or a dictionary begins, null for others and when it takes none; for
-  /// `fetchAhead`.
+  /// `prefetch`.
   const void* block() const noexcept;
 
   /// The string itself, shared; null when the value is of another type.

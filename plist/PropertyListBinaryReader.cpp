@@ -27,6 +27,7 @@ std::uint64_t largestExpandedSize(std::size_t fileSize) {
   constexpr std::uint64_t ofAnyFile = std::uint64_t{1} << 24;
   constexpr std::uint64_t ofEachByte = 256;
   constexpr std::uint64_t ever = std::uint64_t{1} << 30;
+  // safeguard: the limit on shared containers
   return std::min(ever, ofAnyFile + ofEachByte * fileSize);
 }
 
@@ -94,6 +95,7 @@ class BinaryReader {
 
   /// Whether `count` things of `width` bytes lie between `start` and the table of objects.
   bool fits(std::size_t start, std::uint64_t count, std::size_t width) const {
+    // safeguard: bounds of objects in binary lists
     return start <= tableOffset_ && count <= (tableOffset_ - start) / width;
   }
 
@@ -107,6 +109,7 @@ class BinaryReader {
       }
       return &object;
     }
+    // safeguard: containers that hold themselves
     if (object.state == State::BeingRead) {
       fail(tableOffset_, "a container that holds itself");
       return nullptr;

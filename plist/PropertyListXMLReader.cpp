@@ -39,6 +39,7 @@ class XMLValueReader {
   std::optional<PropertyList> value(pugi::xml_node element, int depth) {
     const bool isArray = isNamed(element, "array");
     if (isArray || isNamed(element, "dict")) {
+      // safeguard: the limit on depth
       if (depth > PropertyList::maximumDepth) return failure(element, "nested too deep");
       if (!XMLReader::holdsNoText(element)) return failure(element, "text between the values of a container");
       return isArray ? array(element, depth) : dictionary(element, depth);

@@ -62,7 +62,7 @@ class SharedRun {
   const Element* data() const noexcept { return header_ ? elementsOf(header_) : nullptr; }
   const Element* begin() const noexcept { return data(); }
   const Element* end() const noexcept { return header_ ? elementsOf(header_) + header_->count : nullptr; }
-  /// Where its memory begins, null when empty; for `fetchAhead`.
+  /// Where its memory begins, null when empty; for `prefetch`.
   const void* block() const noexcept { return header_; }
   const Element& operator[](std::size_t index) const noexcept { return data()[index]; }
 

@@ -33,7 +33,7 @@ class SharedText {
 
   std::size_t size() const noexcept { return characters_.size(); }
   bool empty() const noexcept { return characters_.empty(); }
-  /// Where its memory begins, null when empty; for `fetchAhead`.
+  /// Where its memory begins, null when empty; for `prefetch`.
   const void* block() const noexcept { return characters_.block(); }
 
   // Friends, so that they take part only where a shared text does: every text converts to one, and a comparison of two

@@ -134,6 +134,7 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFile() {
 }
 
 void EPGDorvaSelinManagerPlugin::detachSaveThread(std::shared_ptr<const EPGItemStoreSnapshot> snapshot) {
+  // safeguard: threads that hold the object
   environment_.detachThread([self = shared_from_this(), snapshot] { self->saveEPGItemsToFileThread(*snapshot); });
 }
 
@@ -142,6 +143,7 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnap
   try {
     replaceFile(environment_, storePath(), [&](ByteSink& file) { return writeItemStore(file, snapshot) ? 0 : EILSEQ; });
   } catch (const std::bad_alloc& exception) {
+    // safeguard: clearing the mark after an exception
     logFailedSave(exception, ENOMEM);
   } catch (const std::exception& exception) {
     logFailedSave(exception, EIO);
@@ -229,6 +231,7 @@ void EPGDorvaSelinManagerPlugin::exportEvents(std::vector<EPGEvent> events, cons
 }
 
 bool EPGDorvaSelinManagerPlugin::beginExport(const std::string& configurationFilename) {
+  // safeguard: one export at a time
   if (busyExporting_.exchange(true)) {
     const EPGError error{shortErrorDomain, EPGError::onlyCode, "Already Busy Exporting!"};
     reportExport(false, &error);
@@ -273,6 +276,7 @@ void EPGDorvaSelinManagerPlugin::runExport(const std::function<bool()>& write) {
   } catch (const std::exception&) {
     written = false;
   }
+  // safeguard: the mark kept until the report is over
   reportExport(written, written ? nullptr : &exportFailure_);
   // Only now: a delegate that exports again from inside its report is refused.
   busyExporting_ = false;

@@ -20,6 +20,7 @@ std::mutex& MemoryItem::mutex() const {
 }
 
 PropertyListDictionary MemoryItem::values() const {
+  // safeguard: the item's lock
   const std::lock_guard<std::mutex> lock(mutex());
   return values_;
 }

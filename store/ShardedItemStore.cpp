@@ -60,6 +60,7 @@ const ShardedItemStore::Shard& ShardedItemStore::shardOf(std::size_t hash) const
 
 ShardedItemStore::Record ShardedItemStore::record(const std::string& uniqueID) const {
   const std::size_t hash = hashOf(uniqueID);
+  // safeguard: the store's lock
   const std::lock_guard<std::mutex> lock(mutex_);
   const Shard& shard = shardOf(hash);
   return shard ? shard->find(hash, uniqueID) : nullptr;
@@ -144,6 +145,7 @@ ShardedItemStore::Record ShardedItemStore::setRecord(const Record& record) {
 ItemStoreShard& ShardedItemStore::changeableShard(std::size_t hash, Shard* replaced) {
   const std::size_t index = hash % shardCount;
   Shard& shard = shards_[index];
+  // safeguard: not changing what a snapshot shares
   if (!shard || epochs_[index] != epoch_) {
     *replaced = shard;
     shard = shard ? std::make_shared<ItemStoreShard>(*shard) : std::make_shared<ItemStoreShard>();

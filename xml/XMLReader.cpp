@@ -166,6 +166,7 @@ constexpr unsigned int leanText = (wholeText & ~pugi::parse_ws_pcdata) | pugi::p
 
 pugi::xml_parse_result parseInto(pugi::xml_document* document, std::string_view text, unsigned int options) {
   const pugi::xml_parse_result result = document->load_buffer(text.data(), text.size(), options, pugi::encoding_utf8);
+  // safeguard: the error of memory that runs out
   if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
   return result;
 }

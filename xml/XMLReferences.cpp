@@ -81,6 +81,7 @@ std::string appendResolvedXML(std::string& text, std::string_view raw, XMLHalves
       text += replacementCharacter;
       continue;
     }
+    // safeguard: refusing references that stand for nothing
     if (point == 0) return "&" + std::string(reference) + ";";
     utf8::append(point, std::back_inserter(text));
   }

@@ -125,6 +125,7 @@ std::size_t findNoncharacter(std::string_view text, std::size_t from) {
 }
 
 bool appendBeyondASCII(ByteSink& document, std::string_view bytes) {
+  // safeguard: refusing text that is not UTF-8
   if (!isUTF8(bytes)) return false;
   std::size_t unwritten = 0;
   std::size_t at = findNoncharacter(bytes, 0);

@@ -10,7 +10,6 @@
 #import "cocoa/EPGDorvaSelinManagerPlugin.h"
 #import "cocoa/EPGDorvaSelinViewController.h"
 #import "cocoa/NSString+HTML.h"
-#include "store/ItemStoreFile.h"
 
 // The tests see the bundle as a host does: loaded at run time, its classes found by name.
 
@@ -23,6 +22,8 @@ bool eventually(const std::function<bool()>& condition);
 std::string text(NSString* string);
 /// A list of nothing else.
 NSArray* only(id object);
+/// A dictionary of nothing else.
+NSMutableDictionary* dictionary(NSString* key, id value);
 
 /// The platform's implementation pointers as the functions that they are, and back.
 template <typename Function>
@@ -71,7 +72,7 @@ class BundleUser : public testing::Test {
   /// The store file as it is, nil when it cannot be read.
   NSDictionary* savedStore() const;
   bool eventuallySaved(NSDictionary* expected) const;
-  bool writeItemStore(NSDictionary* store) const;
+  bool writeStore(NSDictionary* store) const;
   /// The one day file of the export folder, nil when there is none.
   NSString* dayFile() const;
   /// A playback that lasts half an hour.
@@ -82,4 +83,16 @@ class BundleUser : public testing::Test {
   NSString* dataFolder_;
   NSString* exportFolder_;
   NSBundle* bundle_;
+};
+
+/// The same with a new plug-in object, which the test does not own.
+class BundlePlugin : public BundleUser {
+ protected:
+  void SetUp() override { plugin = newPlugin(); }
+  void TearDown() override {
+    [plugin setDelegate:nil];
+    [plugin release];
+  }
+
+  EPGDorvaSelinManagerPlugin* plugin = nil;
 };

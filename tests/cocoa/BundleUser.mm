@@ -1,5 +1,4 @@
 #import "tests/cocoa/BundleUser.h"
-#include "store/ItemStoreFile.h"
 
 #include <stdlib.h>
 #include <time.h>
@@ -32,6 +31,10 @@ NSString* newFolder() {
 std::string text(NSString* string) { return string != nil ? [string UTF8String] : "nil"; }
 
 NSArray* only(id object) { return [NSArray arrayWithObject:object]; }
+
+NSMutableDictionary* dictionary(NSString* key, id value) {
+  return [NSMutableDictionary dictionaryWithObject:value forKey:key];
+}
 
 NSBundle* loadedBundle() {
   NSBundle* bundle = [NSBundle bundleWithPath:[NSString stringWithUTF8String:EPG_BUNDLE_PATH]];
@@ -157,7 +160,7 @@ bool BundleUser::eventuallySaved(NSDictionary* expected) const {
   return eventually([&] { return [savedStore() isEqual:expected] != NO; });
 }
 
-bool BundleUser::writeItemStore(NSDictionary* store) const {
+bool BundleUser::writeStore(NSDictionary* store) const {
   NSData* data = [NSPropertyListSerialization dataFromPropertyList:store
                                                             format:NSPropertyListXMLFormat_v1_0
                                                   errorDescription:NULL];

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "store/MemoryItem.h"
 #include "tests/support/Dictionary.h"
@@ -47,54 +50,39 @@ TEST_F(ApplyChanges, WritesTheCommonValueBackIntoEveryItem) {
   EXPECT_FALSE(a->values().shares(before)) << "an equal value is stored too";
 }
 
-TEST_F(ApplyChanges, WritesTypedTextIntoEveryItem) {
-  const Item a = itemTitled("A");
-  const Item b = itemTitled("A");
-  editor.show({a, b});
-  editor.views.title.type("Z");
-  editor->applyChanges();
-  EXPECT_EQ(textOf(*a, "title"), "Z");
-  EXPECT_EQ(textOf(*b, "title"), "Z");
-}
+/// Items with these titles, or none; what is typed into the field one after another; the titles after applying.
+struct AppliedTitle {
+  const char* behaviour;
+  std::vector<std::optional<PropertyList>> before;
+  std::vector<std::string> typed;
+  std::vector<std::optional<PropertyList>> after;
+};
 
-TEST_F(ApplyChanges, ClearsACommonValueEverywhere) {
-  const Item a = itemTitled("A");
-  const Item b = itemTitled("A");
-  editor.show({a, b});
-  editor.views.title.type("");
-  editor->applyChanges();
-  EXPECT_EQ(textOf(*a, "title"), "");
-  EXPECT_EQ(textOf(*b, "title"), "");
-}
+const AppliedTitle appliedTitles[] = {
+    {"typed text goes into every item", {"A", "A"}, {"Z"}, {"Z", "Z"}},
+    {"a common value is cleared everywhere", {"A", "A"}, {""}, {"", ""}},
+    {"an empty mixed field leaves different values", {"A", "B"}, {}, {"A", "B"}},
+    {"the text of a mixed field replaces different values", {"A", "B"}, {"Z"}, {"Z", "Z"}},
+    {"different values cannot be cleared in one step", {"A", "B"}, {"typed", ""}, {"A", "B"}},
+    {"an empty mixed field leaves an absent entry absent", {"A", std::nullopt}, {}, {"A", std::nullopt}},
+    {"the text of a mixed field makes an absent entry", {"A", std::nullopt}, {"Z"}, {"Z", "Z"}},
+    {"a value of another type is replaced by the shown text", {PropertyList::fromInteger(3)}, {}, {""}},
+    {"an empty mixed field leaves a value of another type",
+     {"A", PropertyList::fromInteger(3)},
+     {},
+     {"A", PropertyList::fromInteger(3)}}};
 
-TEST_F(ApplyChanges, LeavesDifferentValuesWhereTheMixedFieldIsEmpty) {
-  const Item a = itemTitled("A");
-  const Item b = itemTitled("B");
-  editor.show({a, b});
-  editor->applyChanges();
-  EXPECT_EQ(textOf(*a, "title"), "A");
-  EXPECT_EQ(textOf(*b, "title"), "B");
-}
-
-TEST_F(ApplyChanges, ReplacesDifferentValuesByTheTextOfTheMixedField) {
-  const Item a = itemTitled("A");
-  const Item b = itemTitled("B");
-  editor.show({a, b});
-  editor.views.title.type("Z");
-  editor->applyChanges();
-  EXPECT_EQ(textOf(*a, "title"), "Z");
-  EXPECT_EQ(textOf(*b, "title"), "Z");
-}
-
-TEST_F(ApplyChanges, CannotClearDifferentValuesInOneStep) {
-  const Item a = itemTitled("A");
-  const Item b = itemTitled("B");
-  editor.show({a, b});
-  editor.views.title.type("typed");
-  editor.views.title.type("");
-  editor->applyChanges();
-  EXPECT_EQ(textOf(*a, "title"), "A");
-  EXPECT_EQ(textOf(*b, "title"), "B");
+TEST_F(ApplyChanges, WritesTheTextUnlessTheFieldIsMixedAndEmpty) {
+  for (const AppliedTitle& row : appliedTitles) {
+    SCOPED_TRACE(row.behaviour);
+    Editor shown({"x"});
+    std::vector<Item> items;
+    for (const auto& title : row.before) items.push_back(title ? itemWith({{"title", *title}}) : itemWith({}));
+    shown.show(items);
+    for (const std::string& text : row.typed) shown.views.title.type(text);
+    shown->applyChanges();
+    for (std::size_t i = 0; i < items.size(); ++i) EXPECT_EQ(valueOf(*items[i], "title"), row.after[i]);
+  }
 }
 
 TEST_F(ApplyChanges, ClearsDifferentValuesInTwoSteps) {
@@ -110,43 +98,21 @@ TEST_F(ApplyChanges, ClearsDifferentValuesInTwoSteps) {
   EXPECT_EQ(textOf(*b, "title"), "");
 }
 
-TEST_F(ApplyChanges, LeavesAnAbsentEntryAbsentWhereTheMixedFieldIsEmpty) {
-  const Item a = itemTitled("A");
-  const Item b = itemWith({});
-  editor.show({a, b});
-  editor->applyChanges();
-  EXPECT_EQ(textOf(*a, "title"), "A");
-  EXPECT_EQ(valueOf(*b, "title"), std::nullopt);
-}
-
-TEST_F(ApplyChanges, CreatesAnAbsentEntryWithTheTextOfTheMixedField) {
-  const Item a = itemTitled("A");
-  const Item b = itemWith({});
-  editor.show({a, b});
-  editor.views.title.type("Z");
-  editor->applyChanges();
-  EXPECT_EQ(textOf(*b, "title"), "Z");
-}
-
-TEST_F(ApplyChanges, FillsAFirstItemWithoutAnImageURLFromTheOneBehindIt) {
+TEST_F(ApplyChanges, FillsAFirstItemWithoutAnImageURLFromTheOneBehindItButNoLaterOne) {
   const Item first = itemWith({});
   const Item second = itemWith({{"imageURL", "X"}});
+  const Item third = itemWith({});
   editor.show({first, second});
   EXPECT_EQ(editor.views.imageURL.stringValue(), "X");
   EXPECT_EQ(editor.views.imageURL.placeholderString(), std::nullopt);
   editor->applyChanges();
   EXPECT_EQ(textOf(*first, "imageURL"), "X");
   EXPECT_EQ(textOf(*second, "imageURL"), "X");
-}
-
-TEST_F(ApplyChanges, LeavesALaterItemWithoutAnImageURLWithoutOne) {
-  const Item first = itemWith({{"imageURL", "X"}});
-  const Item second = itemWith({});
-  editor.show({first, second});
+  editor.show({second, third});
   EXPECT_EQ(editor.views.imageURL.placeholderString(), "<Multiple Values>");
   editor->applyChanges();
-  EXPECT_EQ(textOf(*first, "imageURL"), "X");
-  EXPECT_EQ(valueOf(*second, "imageURL"), std::nullopt);
+  EXPECT_EQ(textOf(*second, "imageURL"), "X");
+  EXPECT_EQ(valueOf(*third, "imageURL"), std::nullopt);
 }
 
 TEST_F(ApplyChanges, StoresTheTextExactlyAsTyped) {
@@ -200,21 +166,6 @@ TEST_F(ApplyChanges, KeepsEveryOtherEntry) {
   EXPECT_EQ(valueOf(*item, "rating"), PropertyList::fromInteger(12));
   EXPECT_EQ(textOf(*item, ""), "nameless");
   EXPECT_EQ(item->values().size(), 7u);
-}
-
-TEST_F(ApplyChanges, ReplacesAValueOfAnotherTypeByTheShownText) {
-  const Item item = itemWith({{"title", PropertyList::fromInteger(3)}});
-  editor.show({item});
-  editor->applyChanges();
-  EXPECT_EQ(valueOf(*item, "title"), PropertyList(""));
-}
-
-TEST_F(ApplyChanges, LeavesAValueOfAnotherTypeWhereTheMixedFieldIsEmpty) {
-  const Item a = itemTitled("A");
-  const Item b = itemWith({{"title", PropertyList::fromInteger(3)}});
-  editor.show({a, b});
-  editor->applyChanges();
-  EXPECT_EQ(valueOf(*b, "title"), PropertyList::fromInteger(3));
 }
 
 TEST_F(ApplyChanges, LeavesTheFieldsAndTheirPlaceholdersAsTheyWere) {

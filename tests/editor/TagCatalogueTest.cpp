@@ -113,11 +113,27 @@ TEST_F(TagCatalogue, IsEmptyWhenTheFileMayNotBeRead) {
   EXPECT_EQ(rows(), 0);
 }
 
-TEST_F(TagCatalogue, IsEmptyWhenTheFileIsEmpty) { EXPECT_EQ(rowsWithFile(""), 0); }
-
-TEST_F(TagCatalogue, IsEmptyWhenTheFileIsNoPropertyList) {
-  EXPECT_EQ(rowsWithFile("tags = (Drama);"), 0);
-  EXPECT_EQ(rowsWithFile("<html><body>tags</body></html>"), 0);
+TEST_F(TagCatalogue, IsEmptyWhenTheFileHoldsNoListUnderTags) {
+  const auto file = [](const PropertyList& list) { return propertyListXML(list).value_or("(not written)"); };
+  const auto under = [&](const char* key, const PropertyList& tags) {
+    return file(PropertyList(PropertyListDictionary({{key, tags}})));
+  };
+  const PropertyList emptyDictionary{PropertyListDictionary()};
+  const struct {
+    const char* behaviour;
+    std::string content;
+  } contents[] = {{"nothing", ""},
+                  {"no property list", "tags = (Drama);"},
+                  {"a page", "<html><body>tags</body></html>"},
+                  {"an array", file(listOfNames({"Drama", "Live"}))},
+                  {"a string", file("tags")},
+                  {"an empty dictionary", file(emptyDictionary)},
+                  {"another key", under("Tags", listOfNames({"Drama"}))},
+                  {"an empty list", under("tags", listOfNames({}))},
+                  {"a string under tags", under("tags", "Drama")},
+                  {"a number under tags", under("tags", PropertyList::fromInteger(3))},
+                  {"a dictionary under tags", under("tags", emptyDictionary)}};
+  for (const auto& row : contents) EXPECT_EQ(rowsWithFile(row.content), 0) << row.behaviour;
 }
 
 TEST_F(TagCatalogue, IsEmptyWhenTheFileIsCutShort) {
@@ -125,30 +141,6 @@ TEST_F(TagCatalogue, IsEmptyWhenTheFileIsCutShort) {
   for (std::size_t length = 0; length + 9 < whole.size(); length += 7) {
     EXPECT_EQ(rowsWithFile(whole.substr(0, length)), 0) << length << " bytes";
   }
-}
-
-TEST_F(TagCatalogue, IsEmptyWhenTheTopLevelIsAnArray) {
-  EXPECT_EQ(rowsWithTopLevel(listOfNames({"Drama", "Live"})), 0);
-}
-
-TEST_F(TagCatalogue, IsEmptyWhenTheTopLevelIsAString) { EXPECT_EQ(rowsWithTopLevel(PropertyList("tags")), 0); }
-
-TEST_F(TagCatalogue, IsEmptyWhenTheDictionaryIsEmpty) {
-  EXPECT_EQ(rowsWithTopLevel(PropertyList(PropertyListDictionary())), 0);
-}
-
-TEST_F(TagCatalogue, IsEmptyWithoutTheKeyTags) {
-  PropertyListDictionary catalogue;
-  catalogue.set("Tags", listOfNames({"Drama"}));
-  EXPECT_EQ(rowsWithTopLevel(PropertyList(catalogue)), 0);
-}
-
-TEST_F(TagCatalogue, IsEmptyWhenTagsIsAnEmptyList) { EXPECT_EQ(rowsWithTags(listOfNames({})), 0); }
-
-TEST_F(TagCatalogue, IsEmptyWhenTagsIsNoList) {
-  EXPECT_EQ(rowsWithTags(PropertyList("Drama")), 0);
-  EXPECT_EQ(rowsWithTags(PropertyList::fromInteger(3)), 0);
-  EXPECT_EQ(rowsWithTags(PropertyList(PropertyListDictionary())), 0);
 }
 
 TEST_F(TagCatalogue, PassesOverElementsThatAreNoStrings) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "tests/support/Editor.h"
 
@@ -22,69 +24,58 @@ TEST(TagState, IsOffBeforeAnyItemsWereGiven) {
   EXPECT_EQ(editor.stateInRow(0), TagStateOff);
 }
 
-TEST(TagState, OfOneItemIsOnlyOnOrOff) {
-  EXPECT_EQ(stateOver({itemWithTags({"x"})}), TagStateOn);
-  EXPECT_EQ(stateOver({itemWithTags({"a", "x", "b"})}), TagStateOn);
-  EXPECT_EQ(stateOver({itemWithTags({"a"})}), TagStateOff);
-  EXPECT_EQ(stateOver({itemWithTags({})}), TagStateOff);
-  EXPECT_EQ(stateOver({itemWithoutTags()}), TagStateOff);
+TEST(TagState, IsOnWhereEveryItemCarriesTheTagOffWhereNoneDoesAndMixedElse) {
+  const Item x = itemWithTags({"x"});
+  const Item twice = itemWithTags({"x", "x"});
+  const Item a = itemWithTags({"a"});
+  const Item empty = itemWithTags({});
+  const Item none = itemWithoutTags();
+  const struct {
+    const char* behaviour;
+    std::vector<Item> items;
+    TagState state;
+  } rows[] = {
+      {"one item with the tag", {x}, TagStateOn},
+      {"one item with the tag among others", {itemWithTags({"a", "x", "b"})}, TagStateOn},
+      {"one item with another tag", {a}, TagStateOff},
+      {"one item with an empty list", {empty}, TagStateOff},
+      {"one item without a list", {none}, TagStateOff},
+      {"all carry it", {x, itemWithTags({"a", "x"}), itemWithTags({"x", "other"})}, TagStateOn},
+      {"none carries it", {a, empty, none, itemWithTags({"other"})}, TagStateOff},
+      {"only the first carries it", {x, a}, TagStateMixed},
+      {"only the last carries it", {a, itemWithTags({"b"}), x}, TagStateMixed},
+      {"one in the middle lacks it", {x, a, itemWithTags({"x"})}, TagStateMixed},
+      {"an item without a list carries nothing", {x, none}, TagStateMixed},
+      {"an item without a list in front carries nothing", {none, x}, TagStateMixed},
+      {"an item with an empty list carries nothing", {x, empty}, TagStateMixed},
+      {"an item with an empty list in front carries nothing", {empty, x}, TagStateMixed},
+      {"duplicates in one list", {itemWithTags({"x", "x", "x"})}, TagStateOn},
+      {"duplicates beside an item without it", {twice, a}, TagStateMixed},
+      {"duplicates beside an item that carries it once", {twice, x}, TagStateOn},
+      {"duplicates around an item without it", {twice, a, itemWithTags({"x", "x"})}, TagStateMixed},
+      {"the same item twice", {x, x}, TagStateOn},
+      {"the same item twice beside one without it", {x, x, none}, TagStateMixed},
+  };
+  for (const auto& row : rows) EXPECT_EQ(stateOver(row.items), row.state) << row.behaviour;
 }
 
-TEST(TagState, IsOnWhenEveryItemCarriesTheTag) {
-  EXPECT_EQ(stateOver({itemWithTags({"x"}), itemWithTags({"a", "x"}), itemWithTags({"x", "other"})}), TagStateOn);
-}
-
-TEST(TagState, IsOffWhenNoItemCarriesTheTag) {
-  EXPECT_EQ(stateOver({itemWithTags({"a"}), itemWithTags({}), itemWithoutTags(), itemWithTags({"other"})}),
-            TagStateOff);
-}
-
-TEST(TagState, IsMixedWhenOnlyTheFirstItemCarriesTheTag) {
-  EXPECT_EQ(stateOver({itemWithTags({"x"}), itemWithTags({"a"})}), TagStateMixed);
-}
-
-TEST(TagState, IsMixedWhenOnlyTheLastItemCarriesTheTag) {
-  EXPECT_EQ(stateOver({itemWithTags({"a"}), itemWithTags({"b"}), itemWithTags({"x"})}), TagStateMixed);
-}
-
-TEST(TagState, IsMixedWhenOneItemInTheMiddleLacksTheTag) {
-  EXPECT_EQ(stateOver({itemWithTags({"x"}), itemWithTags({"a"}), itemWithTags({"x"})}), TagStateMixed);
-}
-
-TEST(TagState, CountsAnItemWithoutAListAsCarryingNothing) {
-  EXPECT_EQ(stateOver({itemWithTags({"x"}), itemWithoutTags()}), TagStateMixed);
-  EXPECT_EQ(stateOver({itemWithoutTags(), itemWithTags({"x"})}), TagStateMixed);
-}
-
-TEST(TagState, CountsAnItemWithAnEmptyListAsCarryingNothing) {
-  EXPECT_EQ(stateOver({itemWithTags({"x"}), itemWithTags({})}), TagStateMixed);
-  EXPECT_EQ(stateOver({itemWithTags({}), itemWithTags({"x"})}), TagStateMixed);
-}
-
-TEST(TagState, CountsDuplicatesInOneListOnce) {
-  EXPECT_EQ(stateOver({itemWithTags({"x", "x", "x"})}), TagStateOn);
-  EXPECT_EQ(stateOver({itemWithTags({"x", "x"}), itemWithTags({"a"})}), TagStateMixed);
-  EXPECT_EQ(stateOver({itemWithTags({"x", "x"}), itemWithTags({"x"})}), TagStateOn);
-  EXPECT_EQ(stateOver({itemWithTags({"x", "x"}), itemWithTags({"a"}), itemWithTags({"x", "x"})}), TagStateMixed);
-}
-
-TEST(TagState, TellsLetterCaseApart) {
-  Editor editor({"Sport", "sport"});
-  editor.show({itemWithTags({"sport"})});
-  EXPECT_EQ(editor.stateInRow(0), TagStateOff);
-  EXPECT_EQ(editor.stateInRow(1), TagStateOn);
-}
-
-TEST(TagState, TellsBlanksApart) {
-  Editor editor({"Sport", " Sport", "Sport "});
-  editor.show({itemWithTags({"Sport "})});
-  EXPECT_EQ(editor.statesInAllRows(), (std::vector<TagState>{TagStateOff, TagStateOff, TagStateOn}));
-}
-
-TEST(TagState, TellsComposedAndDecomposedLettersApart) {
-  Editor editor({"Caf\xC3\xA9", "Cafe\xCC\x81"});
-  editor.show({itemWithTags({"Cafe\xCC\x81"})});
-  EXPECT_EQ(editor.statesInAllRows(), (std::vector<TagState>{TagStateOff, TagStateOn}));
+TEST(TagState, TellsEveryDifferenceOfNamesApart) {
+  const struct {
+    const char* difference;
+    Names catalogue;
+    std::string tag;
+    std::vector<TagState> states;
+  } rows[] = {{"letter case", {"Sport", "sport"}, "sport", {TagStateOff, TagStateOn}},
+              {"blanks", {"Sport", " Sport", "Sport "}, "Sport ", {TagStateOff, TagStateOff, TagStateOn}},
+              {"composed letters", {"Caf\xC3\xA9", "Cafe\xCC\x81"}, "Cafe\xCC\x81", {TagStateOff, TagStateOn}},
+              {"the empty name", {""}, "", {TagStateOn}},
+              {"the empty name beside another", {""}, "x", {TagStateOff}},
+              {"outside the catalogue", {"x"}, "Harbour Archive", {TagStateOff}}};
+  for (const auto& row : rows) {
+    Editor editor(row.catalogue);
+    editor.show({itemWithTags({row.tag})});
+    EXPECT_EQ(editor.statesInAllRows(), row.states) << row.difference;
+  }
 }
 
 TEST(TagState, TellsNamesApartThatDifferBehindAZeroByte) {
@@ -95,32 +86,12 @@ TEST(TagState, TellsNamesApartThatDifferBehindAZeroByte) {
   EXPECT_EQ(editor.stateInRow(0), TagStateOff);
 }
 
-TEST(TagState, OfTheEmptyNameIsThatOfTheEmptyTag) {
-  Editor editor({""});
-  editor.show({itemWithTags({""})});
-  EXPECT_EQ(editor.stateInRow(0), TagStateOn);
-  editor.show({itemWithTags({"x"})});
-  EXPECT_EQ(editor.stateInRow(0), TagStateOff);
-}
-
-TEST(TagState, OfTheSameItemTwiceIsThatOfTheItem) {
-  const Item item = itemWithTags({"x"});
-  EXPECT_EQ(stateOver({item, item}), TagStateOn);
-  EXPECT_EQ(stateOver({item, item, itemWithoutTags()}), TagStateMixed);
-}
-
 TEST(TagState, OfTwoRowsWithTheSameNameIsTheSame) {
   Editor editor({"x", "y", "x"});
   editor.show({itemWithTags({"x"})});
   EXPECT_EQ(editor.statesInAllRows(), (std::vector<TagState>{TagStateOn, TagStateOff, TagStateOn}));
   editor.show({itemWithTags({"x"}), itemWithTags({"y"})});
   EXPECT_EQ(editor.statesInAllRows(), (std::vector<TagState>{TagStateMixed, TagStateMixed, TagStateMixed}));
-}
-
-TEST(TagState, OfTagsOutsideTheCatalogueIsShownNowhere) {
-  Editor editor({"x"});
-  editor.show({itemWithTags({"Harbour Archive"})});
-  EXPECT_EQ(editor.statesInAllRows(), (std::vector<TagState>{TagStateOff}));
 }
 
 TEST(TagState, OutsideTheCatalogueIsOff) {

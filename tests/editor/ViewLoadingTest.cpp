@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -179,8 +180,7 @@ TEST(EditorDelegate, IsWhateverWasSet) {
 }
 
 /// An interface file in which one outlet is not connected.
-class MissingOutlet : public ::testing::Test {
- protected:
+struct MissingOutlet {
   void showAndApply() {
     editor->view();
     editor.show({a});
@@ -195,44 +195,35 @@ class MissingOutlet : public ::testing::Test {
   const Item a = itemWith({{"title", "A"}, {"description", "A"}, {"imageURL", "A"}});
 };
 
-TEST_F(MissingOutlet, OfTheTableLeavesTheFieldsAtWork) {
-  editor.views.connected.tagsTableView = nullptr;
-  showAndApply();
-  editor->updateTagsTableView();
-  EXPECT_EQ(editor.views.journal, Journal());
-  EXPECT_EQ(textOf(*a, "title"), "T");
+TEST(EditorWithoutAnOutlet, LeavesItsFieldAloneAndTheOthersAtWork) {
+  const struct {
+    const char* missing;
+    std::function<void(EditorOutlets&)> disconnect;
+    std::string title, description, imageURL;
+  } rows[] = {{"table", [](EditorOutlets& outlets) { outlets.tagsTableView = nullptr; }, "T", "D", "I"},
+              {"title", [](EditorOutlets& outlets) { outlets.titleTextField = nullptr; }, "A", "D", "I"},
+              {"description", [](EditorOutlets& outlets) { outlets.descriptionTextField = nullptr; }, "T", "A", "I"},
+              {"image URL", [](EditorOutlets& outlets) { outlets.imageURLTextField = nullptr; }, "T", "D", "A"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.missing);
+    MissingOutlet shown;
+    row.disconnect(shown.editor.views.connected);
+    shown.showAndApply();
+    shown.editor->updateTagsTableView();
+    EXPECT_EQ(textOf(*shown.a, "title"), row.title);
+    EXPECT_EQ(textOf(*shown.a, "description"), row.description);
+    EXPECT_EQ(textOf(*shown.a, "imageURL"), row.imageURL);
+    EXPECT_EQ(shown.editor.views.journal, row.missing == std::string("table") ? Journal() : Journal({"table reload"}));
+  }
 }
 
-TEST_F(MissingOutlet, OfTheTitleLeavesTheTitleAlone) {
-  editor.views.connected.titleTextField = nullptr;
-  showAndApply();
-  EXPECT_EQ(textOf(*a, "title"), "A");
-  EXPECT_EQ(textOf(*a, "description"), "D");
-  EXPECT_EQ(textOf(*a, "imageURL"), "I");
-}
-
-TEST_F(MissingOutlet, OfTheDescriptionLeavesTheDescriptionAlone) {
-  editor.views.connected.descriptionTextField = nullptr;
-  showAndApply();
-  EXPECT_EQ(textOf(*a, "title"), "T");
-  EXPECT_EQ(textOf(*a, "description"), "A");
-  EXPECT_EQ(textOf(*a, "imageURL"), "I");
-}
-
-TEST_F(MissingOutlet, OfTheImageURLLeavesTheImageURLAlone) {
-  editor.views.connected.imageURLTextField = nullptr;
-  showAndApply();
-  EXPECT_EQ(textOf(*a, "title"), "T");
-  EXPECT_EQ(textOf(*a, "description"), "D");
-  EXPECT_EQ(textOf(*a, "imageURL"), "A");
-}
-
-TEST_F(MissingOutlet, OfEveryViewChangesNothing) {
-  editor.views.connected = EditorOutlets();
-  const PropertyListDictionary before = a->values();
-  showAndApply();
-  EXPECT_EQ(a->values(), before);
-  EXPECT_EQ(editor.views.journal, Journal());
+TEST(EditorWithoutAnOutlet, OfAnyViewChangesNothing) {
+  MissingOutlet shown;
+  shown.editor.views.connected = EditorOutlets();
+  const PropertyListDictionary before = shown.a->values();
+  shown.showAndApply();
+  EXPECT_EQ(shown.a->values(), before);
+  EXPECT_EQ(shown.editor.views.journal, Journal());
 }
 
 }  // namespace

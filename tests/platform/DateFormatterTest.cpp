@@ -16,26 +16,22 @@ std::string formatted(const std::string& format, const CivilDate& utc) {
   return DateFormatter(format).stringFromDate(Instant::fromUnixTime(static_cast<double>(secondsSince1970(utc))));
 }
 
-TEST(DateFormatter, WritesYearMonthAndDayWithLeadingZeros) {
+TEST(DateFormatter, WritesThePartsThatTheFormatNames) {
+  const struct {
+    const char* behaviour;
+    const char* format;
+    CivilDate date;
+    const char* expected;
+  } rows[] = {
+      {"leading zeros", "yyyyMMdd", {2012, 3, 4, 0, 0, 0}, "20120304"},
+      {"a year of three digits", "yyyyMMdd", {900, 12, 31, 0, 0, 0}, "09001231"},
+      {"a year of five digits", "yyyyMMdd", {12012, 3, 4, 0, 0, 0}, "120120304"},
+      {"any order", "dd/MM/yyyy", {2012, 3, 4, 0, 0, 0}, "04/03/2012"},
+      {"any other character stands for itself", "-yy M d yyy é%d\n", {2012, 3, 4, 0, 0, 0}, "-yy M d yyy é%d\n"},
+      {"an empty format", "", {2012, 3, 4, 0, 0, 0}, ""},
+      {"a part that stands again", "ddddMMMyyyyy", {2012, 3, 4, 0, 0, 0}, "040403M2012y"}};
   const TimeZone here("UTC");
-  EXPECT_EQ(formatted("yyyyMMdd", CivilDate{2012, 3, 4, 0, 0, 0}), "20120304");
-  EXPECT_EQ(formatted("yyyyMMdd", CivilDate{900, 12, 31, 0, 0, 0}), "09001231");
-}
-
-TEST(DateFormatter, TakesThePartsInAnyOrder) {
-  const TimeZone here("UTC");
-  EXPECT_EQ(formatted("dd/MM/yyyy", CivilDate{2012, 3, 4, 0, 0, 0}), "04/03/2012");
-}
-
-TEST(DateFormatter, EveryOtherCharacterStandsForItself) {
-  const TimeZone here("UTC");
-  EXPECT_EQ(formatted("-yy M d yyy é%d\n", CivilDate{2012, 3, 4, 0, 0, 0}), "-yy M d yyy é%d\n");
-  EXPECT_EQ(formatted("", CivilDate{2012, 3, 4, 0, 0, 0}), "");
-}
-
-TEST(DateFormatter, WritesThePartAgainWhereItStandsAgain) {
-  const TimeZone here("UTC");
-  EXPECT_EQ(formatted("ddddMMMyyyyy", CivilDate{2012, 3, 4, 0, 0, 0}), "040403M2012y");
+  for (const auto& row : rows) EXPECT_EQ(formatted(row.format, row.date), row.expected) << row.behaviour;
 }
 
 TEST(DateFormatter, GoesByTheLocalDay) {
@@ -68,11 +64,6 @@ TEST(DateFormatter, IsEmptyForWhatIsNoTime) {
   EXPECT_EQ(formatter.stringFromDate(Instant{std::nan("")}), "");
   EXPECT_EQ(formatter.stringFromDate(Instant{std::numeric_limits<double>::infinity()}), "");
   EXPECT_EQ(formatter.stringFromDate(Instant{-1e300}), "");
-}
-
-TEST(DateFormatter, WritesYearsOfMoreThanFourDigitsWhole) {
-  const TimeZone here("UTC");
-  EXPECT_EQ(formatted("yyyyMMdd", CivilDate{12012, 3, 4, 0, 0, 0}), "120120304");
 }
 
 }  // namespace

@@ -75,66 +75,60 @@ TEST(LocalCalendar, TakesZonesThatAreRulesAndNoNames) {
   EXPECT_EQ(local(utc(2012, 7, 1, 12)), "2012-7-1 14:30:0");
 }
 
-TEST(LocalCalendar, RomeSpringNightSkipsAnHour) {
-  const TimeZone here("Europe/Rome");
-  EXPECT_EQ(local(utc(2012, 3, 25, 0, 59, 59)), "2012-3-25 1:59:59");
-  EXPECT_EQ(local(utc(2012, 3, 25, 1, 0, 0)), "2012-3-25 3:0:0");
+TEST(LocalCalendar, KnowsTheNightsInWhichClocksChange) {
+  const struct {
+    const char* zone;
+    CivilDate utc;
+    const char* expected;
+  } rows[] = {// Spring nights skip an hour.
+              {"Europe/Rome", {2012, 3, 25, 0, 59, 59}, "2012-3-25 1:59:59"},
+              {"Europe/Rome", {2012, 3, 25, 1, 0, 0}, "2012-3-25 3:0:0"},
+              {"America/New_York", {2012, 3, 11, 6, 59, 59}, "2012-3-11 1:59:59"},
+              {"America/New_York", {2012, 3, 11, 7, 0, 0}, "2012-3-11 3:0:0"},
+              // Autumn nights have one twice.
+              {"Europe/Rome", {2012, 10, 28, 0, 30, 0}, "2012-10-28 2:30:0"},
+              {"Europe/Rome", {2012, 10, 28, 0, 59, 59}, "2012-10-28 2:59:59"},
+              {"Europe/Rome", {2012, 10, 28, 1, 0, 0}, "2012-10-28 2:0:0"},
+              {"Europe/Rome", {2012, 10, 28, 1, 30, 0}, "2012-10-28 2:30:0"},
+              {"America/New_York", {2012, 11, 4, 5, 59, 59}, "2012-11-4 1:59:59"},
+              {"America/New_York", {2012, 11, 4, 6, 0, 0}, "2012-11-4 1:0:0"},
+              // By half an hour.
+              {"Australia/Lord_Howe", {2012, 3, 31, 14, 59, 59}, "2012-4-1 1:59:59"},
+              {"Australia/Lord_Howe", {2012, 3, 31, 15, 0, 0}, "2012-4-1 1:30:0"},
+              // A day that a zone skipped.
+              {"Pacific/Apia", {2011, 12, 30, 9, 59, 59}, "2011-12-29 23:59:59"},
+              {"Pacific/Apia", {2011, 12, 30, 10, 0, 0}, "2011-12-31 0:0:0"}};
+  for (const auto& row : rows) {
+    const TimeZone here(row.zone);
+    EXPECT_EQ(local(static_cast<double>(secondsSince1970(row.utc))), row.expected) << row.zone;
+  }
 }
 
-TEST(LocalCalendar, RomeAutumnNightHasAnHourTwice) {
-  const TimeZone here("Europe/Rome");
-  EXPECT_EQ(local(utc(2012, 10, 28, 0, 30, 0)), "2012-10-28 2:30:0");
-  EXPECT_EQ(local(utc(2012, 10, 28, 0, 59, 59)), "2012-10-28 2:59:59");
-  EXPECT_EQ(local(utc(2012, 10, 28, 1, 0, 0)), "2012-10-28 2:0:0");
-  EXPECT_EQ(local(utc(2012, 10, 28, 1, 30, 0)), "2012-10-28 2:30:0");
-}
-
-TEST(LocalCalendar, NewYorkSpringNightSkipsAnHour) {
-  const TimeZone here("America/New_York");
-  EXPECT_EQ(local(utc(2012, 3, 11, 6, 59, 59)), "2012-3-11 1:59:59");
-  EXPECT_EQ(local(utc(2012, 3, 11, 7, 0, 0)), "2012-3-11 3:0:0");
-}
-
-TEST(LocalCalendar, NewYorkAutumnNightHasAnHourTwice) {
-  const TimeZone here("America/New_York");
-  EXPECT_EQ(local(utc(2012, 11, 4, 5, 59, 59)), "2012-11-4 1:59:59");
-  EXPECT_EQ(local(utc(2012, 11, 4, 6, 0, 0)), "2012-11-4 1:0:0");
-}
-
-TEST(LocalCalendar, LordHoweChangesByHalfAnHour) {
-  const TimeZone here("Australia/Lord_Howe");
-  EXPECT_EQ(local(utc(2012, 3, 31, 14, 59, 59)), "2012-4-1 1:59:59");
-  EXPECT_EQ(local(utc(2012, 3, 31, 15, 0, 0)), "2012-4-1 1:30:0");
-}
-
-TEST(LocalCalendar, KnowsZonesOfHalfAndQuarterHours) {
-  EXPECT_DOUBLE_EQ(offsetIn("Asia/Kolkata", utc(2012, 7, 1)), 5.5 * hours);
-  EXPECT_DOUBLE_EQ(offsetIn("Asia/Kathmandu", utc(2012, 7, 1)), 5.75 * hours);
-  EXPECT_DOUBLE_EQ(offsetIn("Pacific/Chatham", utc(2012, 7, 1)), 12.75 * hours);
-  EXPECT_DOUBLE_EQ(offsetIn("Pacific/Kiritimati", utc(2012, 7, 1)), 14 * hours);
-}
-
-TEST(LocalCalendar, KnowsADayThatAZoneSkipped) {
-  const TimeZone here("Pacific/Apia");
-  EXPECT_EQ(local(utc(2011, 12, 30, 9, 59, 59)), "2011-12-29 23:59:59");
-  EXPECT_EQ(local(utc(2011, 12, 30, 10, 0, 0)), "2011-12-31 0:0:0");
-}
-
-TEST(LocalCalendar, KnowsOffsetsOfTheNineteenthCentury) {
-  EXPECT_DOUBLE_EQ(offsetIn("Europe/Rome", utc(1880, 1, 1)), 49 * 60 + 56);
-  EXPECT_DOUBLE_EQ(offsetIn("America/New_York", utc(1880, 1, 1)), -(4 * hours + 56 * 60 + 2));
-}
-
-TEST(LocalCalendar, KnowsOffsetsBefore1970) {
-  EXPECT_DOUBLE_EQ(offsetIn("Europe/Rome", utc(1968, 7, 1)), 2 * hours);
-  EXPECT_DOUBLE_EQ(offsetIn("Europe/Rome", utc(1960, 7, 1)), 1 * hours);
-  EXPECT_DOUBLE_EQ(offsetIn("Europe/London", utc(1969, 1, 1)), 1 * hours);
-}
-
-TEST(LocalCalendar, KnowsSummerAfter2038) {
-  EXPECT_DOUBLE_EQ(offsetIn("Europe/Rome", utc(2045, 7, 1)), 2 * hours);
-  EXPECT_DOUBLE_EQ(offsetIn("Europe/Rome", utc(2045, 1, 1)), 1 * hours);
-  EXPECT_DOUBLE_EQ(offsetIn("America/New_York", utc(2299, 7, 1)), -4 * hours);
+TEST(LocalCalendar, KnowsTheOffsetsOfEveryZoneAndTime) {
+  const struct {
+    const char* zone;
+    std::int64_t year;
+    int month;
+    double offset;
+  } rows[] = {// Of half and quarter hours, and more than twelve.
+              {"Asia/Kolkata", 2012, 7, 5.5 * hours},
+              {"Asia/Kathmandu", 2012, 7, 5.75 * hours},
+              {"Pacific/Chatham", 2012, 7, 12.75 * hours},
+              {"Pacific/Kiritimati", 2012, 7, 14 * hours},
+              // Of the nineteenth century.
+              {"Europe/Rome", 1880, 1, 49 * 60 + 56},
+              {"America/New_York", 1880, 1, -(4 * hours + 56 * 60 + 2)},
+              // Before 1970.
+              {"Europe/Rome", 1968, 7, 2 * hours},
+              {"Europe/Rome", 1960, 7, 1 * hours},
+              {"Europe/London", 1969, 1, 1 * hours},
+              // Behind 2038.
+              {"Europe/Rome", 2045, 7, 2 * hours},
+              {"Europe/Rome", 2045, 1, 1 * hours},
+              {"America/New_York", 2299, 7, -4 * hours}};
+  for (const auto& row : rows) {
+    EXPECT_DOUBLE_EQ(offsetIn(row.zone, utc(row.year, row.month, 1)), row.offset) << row.zone << " in " << row.year;
+  }
 }
 
 TEST(LocalCalendar, FractionsCountToTheSecondBefore) {
@@ -163,29 +157,25 @@ TEST(LocalCalendar, CountsFiveDigitsOfYearsBothWays) {
 // Zones whose rules stay as they have been since 2009, the first year that the narrow clock may go back to.
 class SteadyZone : public ::testing::TestWithParam<const char*> {};
 
-TEST_P(SteadyZone, NarrowSystemTimeTellsTheSameTimesUntil2300) {
-  const TimeZone here(GetParam());
+/// At random times, the same ones in every run.
+void expectSameInBothBetween(double first, double last) {
   std::mt19937_64 random(2038);
-  std::uniform_real_distribution<double> seconds(utc(2038, 1, 1), utc(2300, 1, 1));
+  std::uniform_real_distribution<double> seconds(first, last);
   for (int i = 0; i < 20000; ++i) {
     const double time = seconds(random);
     ASSERT_EQ(local(time, LocalCalendar::SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
   }
+}
+
+TEST_P(SteadyZone, NarrowSystemTimeTellsTheSameTimesFrom1902Until2300) {
+  const TimeZone here(GetParam());
+  expectSameInBothBetween(utc(1902, 1, 1), utc(2038, 1, 19));
+  expectSameInBothBetween(utc(2038, 1, 1), utc(2300, 1, 1));
 }
 
 TEST_P(SteadyZone, NarrowSystemTimeTellsEveryHourOf2040TheSame) {
   const TimeZone here(GetParam());
   for (double time = utc(2040, 1, 1); time < utc(2041, 1, 1); time += 1800) {
-    ASSERT_EQ(local(time, LocalCalendar::SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
-  }
-}
-
-TEST_P(SteadyZone, NarrowSystemTimeTellsTheSameTimesSince1902) {
-  const TimeZone here(GetParam());
-  std::mt19937_64 random(1902);
-  std::uniform_real_distribution<double> seconds(utc(1902, 1, 1), utc(2038, 1, 19));
-  for (int i = 0; i < 20000; ++i) {
-    const double time = seconds(random);
     ASSERT_EQ(local(time, LocalCalendar::SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
   }
 }

@@ -21,100 +21,77 @@ class TwoUsers : public Environment {
   }
 };
 
-std::string expanded(const std::string& path) {
-  TwoUsers environment;
-  return expandTilde(environment, path);
-}
+struct Joined {
+  const char* path;
+  const char* component;
+  const char* expected;
+};
 
 TEST(PathComponent, IsJoinedWithOneSlash) {
-  EXPECT_EQ(appendPathComponent("/a/b", "c"), "/a/b/c");
-  EXPECT_EQ(appendPathComponent("/a/b/", "c"), "/a/b/c");
-  EXPECT_EQ(appendPathComponent("/a/b//", "//c"), "/a/b/c");
-  EXPECT_EQ(appendPathComponent("a", "b/c"), "a/b/c");
+  const Joined rows[] = {{"/a/b", "c", "/a/b/c"},
+                         {"/a/b/", "c", "/a/b/c"},
+                         {"/a/b//", "//c", "/a/b/c"},
+                         {"a", "b/c", "a/b/c"},
+                         // To the root.
+                         {"/", "a", "/a"},
+                         {"/", "/a", "/a"},
+                         {"//", "a", "/a"},
+                         // To an empty path it stands alone.
+                         {"", "a", "a"},
+                         {"", "/a", "/a"},
+                         // An empty one adds nothing.
+                         {"/a", "", "/a"},
+                         {"/a/", "", "/a"},
+                         {"/a", "/", "/a"},
+                         {"/", "", "/"},
+                         {"", "", ""},
+                         // Slashes at its end are lost, any other character stays.
+                         {"/a", "b//", "/a/b"},
+                         {"/a b", "é\n..", "/a b/é\n.."}};
+  for (const Joined& row : rows) {
+    EXPECT_EQ(appendPathComponent(row.path, row.component), row.expected) << row.path << " and " << row.component;
+  }
 }
-
-TEST(PathComponent, IsJoinedToTheRoot) {
-  EXPECT_EQ(appendPathComponent("/", "a"), "/a");
-  EXPECT_EQ(appendPathComponent("/", "/a"), "/a");
-  EXPECT_EQ(appendPathComponent("//", "a"), "/a");
-}
-
-TEST(PathComponent, OfAnEmptyPathStandsAlone) {
-  EXPECT_EQ(appendPathComponent("", "a"), "a");
-  EXPECT_EQ(appendPathComponent("", "/a"), "/a");
-}
-
-TEST(PathComponent, ThatIsEmptyAddsNothing) {
-  EXPECT_EQ(appendPathComponent("/a", ""), "/a");
-  EXPECT_EQ(appendPathComponent("/a/", ""), "/a");
-  EXPECT_EQ(appendPathComponent("/a", "/"), "/a");
-  EXPECT_EQ(appendPathComponent("/", ""), "/");
-  EXPECT_EQ(appendPathComponent("", ""), "");
-}
-
-TEST(PathComponent, LosesSlashesAtItsEnd) { EXPECT_EQ(appendPathComponent("/a", "b//"), "/a/b"); }
-
-TEST(PathComponent, MayHoldAnyOtherCharacter) { EXPECT_EQ(appendPathComponent("/a b", "é\n.."), "/a b/é\n.."); }
 
 TEST(PathComponent, LastIsWhatStandsBehindTheLastSlash) {
-  EXPECT_EQ(lastPathComponent("/a/b.c"), "b.c");
-  EXPECT_EQ(lastPathComponent("/a/"), "a");
-  EXPECT_EQ(lastPathComponent("a///"), "a");
-  EXPECT_EQ(lastPathComponent("a"), "a");
-  EXPECT_EQ(lastPathComponent("/a"), "a");
+  const char* const rows[][2] = {{"/a/b.c", "b.c"}, {"/a/", "a"}, {"a///", "a"}, {"a", "a"},
+                                 {"/a", "a"},       {"/", "/"},   {"///", "/"},  {"", ""}};
+  for (const auto& row : rows) EXPECT_EQ(lastPathComponent(row[0]), row[1]) << row[0];
 }
 
-TEST(PathComponent, LastOfTheRootIsTheRoot) {
-  EXPECT_EQ(lastPathComponent("/"), "/");
-  EXPECT_EQ(lastPathComponent("///"), "/");
+TEST(PathExtension, IsWhatStandsBehindTheLastDotAndCanBeTakenAway) {
+  const struct {
+    const char* path;
+    const char* extension;
+    const char* without;
+  } rows[] = {{"a.epgconf", "epgconf", "a"},
+              {"x.y.epgconf", "epgconf", "x.y"},
+              {"/a.b/c.d", "d", "/a.b/c"},
+              {"a..b", "b", "a."},
+              {"a.b/", "b", "a"},
+              {"a.EPGConf", "EPGConf", "a"},
+              {".hidden.epgconf", "epgconf", ".hidden"},
+              // None, also where a hidden name is all that stands behind the dot.
+              {".epgconf", "", ".epgconf"},
+              {"/a/.epgconf", "", "/a/.epgconf"},
+              {"", "", ""},
+              {"a", "", "a"},
+              {"a.", "", "a."},
+              {"/", "", "/"},
+              {"/a.b/c", "", "/a.b/c"},
+              {"a/", "", "a"},
+              {".", "", "."},
+              {"..", "", ".."},
+              {"...", "", "..."}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(pathExtension(row.path), row.extension) << row.path;
+    EXPECT_EQ(deletePathExtension(row.path), row.without) << row.path;
+  }
 }
 
-TEST(PathComponent, LastOfAnEmptyPathIsEmpty) { EXPECT_EQ(lastPathComponent(""), ""); }
-
-TEST(PathExtension, IsWhatStandsBehindTheLastDot) {
-  EXPECT_EQ(pathExtension("a.epgconf"), "epgconf");
-  EXPECT_EQ(pathExtension("x.y.epgconf"), "epgconf");
-  EXPECT_EQ(pathExtension("/a.b/c.d"), "d");
-  EXPECT_EQ(pathExtension("a..b"), "b");
-  EXPECT_EQ(pathExtension("a.b/"), "b");
-}
-
-TEST(PathExtension, IsEmptyWhereThereIsNone) {
-  for (const char* name : {"", "a", "a.", "/", "/a.b/c", "a/", ".", "..", "..."})
-    EXPECT_EQ(pathExtension(name), "") << name;
-}
-
-TEST(PathExtension, OfAHiddenNameIsNotTheName) {
-  EXPECT_EQ(pathExtension(".epgconf"), "");
-  EXPECT_EQ(pathExtension("/a/.epgconf"), "");
-  EXPECT_EQ(pathExtension(".hidden.epgconf"), "epgconf");
-}
-
-TEST(PathExtension, KeepsItsLetters) { EXPECT_EQ(pathExtension("a.EPGConf"), "EPGConf"); }
-
-TEST(PathExtension, IsTakenAway) {
-  EXPECT_EQ(deletePathExtension("a.epgconf"), "a");
-  EXPECT_EQ(deletePathExtension("x.y.epgconf"), "x.y");
-  EXPECT_EQ(deletePathExtension("/a.b/c.d"), "/a.b/c");
-  EXPECT_EQ(deletePathExtension("a..b"), "a.");
-  EXPECT_EQ(deletePathExtension("a.b/"), "a");
-}
-
-TEST(PathExtension, IsNotTakenAwayWhereThereIsNone) {
-  EXPECT_EQ(deletePathExtension(".epgconf"), ".epgconf");
-  EXPECT_EQ(deletePathExtension("a."), "a.");
-  EXPECT_EQ(deletePathExtension("a"), "a");
-  EXPECT_EQ(deletePathExtension("a/"), "a");
-  EXPECT_EQ(deletePathExtension("/a.b/c"), "/a.b/c");
-  EXPECT_EQ(deletePathExtension(""), "");
-  EXPECT_EQ(deletePathExtension("/"), "/");
-}
-
-TEST(PathExtension, IsAdded) {
-  EXPECT_EQ(appendPathExtension("/a/b", "c"), "/a/b.c");
-  EXPECT_EQ(appendPathExtension("a.b", "c"), "a.b.c");
-  EXPECT_EQ(appendPathExtension("/a/b/", "c"), "/a/b.c");
-  EXPECT_EQ(appendPathExtension("b.", "c"), "b..c");
+TEST(PathExtension, IsAddedBehindADot) {
+  const Joined rows[] = {{"/a/b", "c", "/a/b.c"}, {"a.b", "c", "a.b.c"}, {"/a/b/", "c", "/a/b.c"}, {"b.", "c", "b..c"}};
+  for (const Joined& row : rows) EXPECT_EQ(appendPathExtension(row.path, row.component), row.expected) << row.path;
 }
 
 TEST(PathExtension, AddedAndTakenAwayLeavesTheName) {
@@ -124,29 +101,27 @@ TEST(PathExtension, AddedAndTakenAwayLeavesTheName) {
   }
 }
 
-TEST(Tilde, AloneIsTheHomeFolder) {
-  EXPECT_EQ(expanded("~"), "/homes/me");
-  EXPECT_EQ(expanded("~/"), "/homes/me");
-}
-
-TEST(Tilde, LeadsIntoTheHomeFolder) {
-  EXPECT_EQ(expanded("~/a/b"), "/homes/me/a/b");
-  EXPECT_EQ(expanded("~//a/"), "/homes/me/a");
-}
-
-TEST(Tilde, WithANameIsThatUsersHomeFolder) {
-  EXPECT_EQ(expanded("~other"), "/homes/other");
-  EXPECT_EQ(expanded("~other/a"), "/homes/other/a");
-  EXPECT_EQ(expanded("~top/a"), "/a");
-}
-
-TEST(Tilde, WithTheNameOfNobodyStaysAsItIs) {
-  EXPECT_EQ(expanded("~nosuchuser"), "~nosuchuser");
-  EXPECT_EQ(expanded("~nosuchuser/x/"), "~nosuchuser/x/");
+TEST(Tilde, AtTheStartIsAHomeFolder) {
+  const char* const rows[][2] = {{"~", "/homes/me"},
+                                 {"~/", "/homes/me"},
+                                 {"~/a/b", "/homes/me/a/b"},
+                                 {"~//a/", "/homes/me/a"},
+                                 // Of the user who is named.
+                                 {"~other", "/homes/other"},
+                                 {"~other/a", "/homes/other/a"},
+                                 {"~top/a", "/a"},
+                                 // Of nobody.
+                                 {"~nosuchuser", "~nosuchuser"},
+                                 {"~nosuchuser/x/", "~nosuchuser/x/"}};
+  TwoUsers environment;
+  for (const auto& row : rows) EXPECT_EQ(expandTilde(environment, row[0]), row[1]) << row[0];
 }
 
 TEST(Tilde, AnywhereElseStaysAsItIs) {
-  for (const char* path : {"", "/", "/a/~", "a~", "./~/b", " ~/a", "/a/b/"}) EXPECT_EQ(expanded(path), path);
+  TwoUsers environment;
+  for (const char* path : {"", "/", "/a/~", "a~", "./~/b", " ~/a", "/a/b/"}) {
+    EXPECT_EQ(expandTilde(environment, path), path);
+  }
 }
 
 }  // namespace
