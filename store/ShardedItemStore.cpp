@@ -111,9 +111,11 @@ std::vector<std::optional<PropertyListDictionary>> ShardedItemStore::values(
   constexpr std::size_t usualSize = 192;  // Bytes of an item's entries, and of the longer texts in them.
   const std::vector<std::shared_ptr<EPGItem>> found = items(uniqueIDs);
   for (const auto& item : found) {
+    if (!item) continue;
+    const EPGItem& one = *item;
     // Not what a face's item holds, which it would make of the platform's object a second time.
-    if (!item || typeid(*item) != typeid(MemoryItem)) continue;
-    prefetch(static_cast<const MemoryItem&>(*item).entriesInMemory(), usualSize);
+    if (typeid(one) != typeid(MemoryItem)) continue;
+    prefetch(static_cast<const MemoryItem&>(one).entriesInMemory(), usualSize);
   }
   std::vector<std::optional<PropertyListDictionary>> values(found.size());
   for (std::size_t i = 0; i < found.size(); ++i) {
