@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <limits>
+#include <optional>
+#include <vector>
 
 #include "tests/support/Dictionary.h"
 #include "tests/support/Editor.h"
@@ -17,62 +19,46 @@ std::optional<Names> tagsAfterSetting(std::ptrdiff_t state, const Item& item) {
   return tagsOf(*item);
 }
 
-TEST(TagSwitchedOn, GoesToTheEndOfTheList) {
-  EXPECT_EQ(tagsAfterSetting(1, itemWithTags({"y"})), Names({"y", "x"}));
-  EXPECT_EQ(tagsAfterSetting(1, itemWithTags({"other", "b", "a"})), Names({"other", "b", "a", "x"}));
-}
+struct SwitchedTag {
+  const char* behaviour;
+  std::optional<Names> before;  ///< Nothing where the item has no list.
+  std::optional<Names> after;
+};
 
-TEST(TagSwitchedOn, MakesTheListWhereThereWasNone) { EXPECT_EQ(tagsAfterSetting(1, itemWithoutTags()), Names({"x"})); }
-
-TEST(TagSwitchedOn, FillsAnEmptyList) { EXPECT_EQ(tagsAfterSetting(1, itemWithTags({})), Names({"x"})); }
-
-TEST(TagSwitchedOn, IsNeverAddedTwice) { EXPECT_EQ(tagsAfterSetting(1, itemWithTags({"x", "y"})), Names({"x", "y"})); }
-
-TEST(TagSwitchedOn, LeavesDuplicatesThatTheListHasAlready) {
-  EXPECT_EQ(tagsAfterSetting(1, itemWithTags({"x", "y", "x"})), Names({"x", "y", "x"}));
-}
-
-TEST(TagSwitchedOn, LeavesAnItemThatCarriesItUnchanged) {
-  const Item item = itemWithTags({"x"});
-  const PropertyListDictionary before = item->values();
-  tagsAfterSetting(1, item);
-  EXPECT_EQ(item->values(), before);
-}
-
-TEST(TagSwitchedOn, DoesNotTakeAnotherLetterCaseForItself) {
-  EXPECT_EQ(tagsAfterSetting(1, itemWithTags({"X"})), Names({"X", "x"}));
-}
-
-TEST(TagSwitchedOff, LeavesTheListEmptyInsteadOfTakingItAway) {
-  EXPECT_EQ(tagsAfterSetting(0, itemWithTags({"x"})), Names());
-}
-
-TEST(TagSwitchedOff, RemovesAllItsDuplicatesAtOnce) {
-  EXPECT_EQ(tagsAfterSetting(0, itemWithTags({"x", "y", "x"})), Names({"y"}));
-  EXPECT_EQ(tagsAfterSetting(0, itemWithTags({"x", "x", "x"})), Names());
-}
-
-TEST(TagSwitchedOff, KeepsTheOrderOfTheOthers) {
-  EXPECT_EQ(tagsAfterSetting(0, itemWithTags({"c", "x", "a", "x", "b"})), Names({"c", "a", "b"}));
-}
-
-TEST(TagSwitchedOff, KeepsDuplicatesOfOtherTags) {
-  EXPECT_EQ(tagsAfterSetting(0, itemWithTags({"a", "x", "a"})), Names({"a", "a"}));
-}
-
-TEST(TagSwitchedOff, MakesNoListWhereThereWasNone) {
-  const Item item = itemWithoutTags();
-  const PropertyListDictionary before = item->values();
-  EXPECT_EQ(tagsAfterSetting(0, item), std::nullopt);
-  EXPECT_EQ(item->values(), before);
-}
-
-TEST(TagSwitchedOff, LeavesAnItemThatDoesNotCarryItUnchanged) {
-  for (const Item& item : {itemWithTags({"y"}), itemWithTags({}), itemWithTags({"X"})}) {
+/// Sets the tag "x" to the state in each; where its list is to stay, all of the item must.
+void expectSwitched(std::ptrdiff_t state, const std::vector<SwitchedTag>& rows) {
+  for (const SwitchedTag& row : rows) {
+    SCOPED_TRACE(row.behaviour);
+    const Item item = row.before ? itemWithTags(*row.before) : itemWithoutTags();
     const PropertyListDictionary before = item->values();
-    tagsAfterSetting(0, item);
-    EXPECT_EQ(item->values(), before);
+    EXPECT_EQ(tagsAfterSetting(state, item), row.after);
+    if (row.before == row.after) {
+      EXPECT_EQ(item->values(), before);
+    }
   }
+}
+
+TEST(TagSwitchedOn, GoesToTheEndOfTheListUnlessItIsThere) {
+  expectSwitched(1, {{"behind another", Names{"y"}, Names{"y", "x"}},
+                     {"behind several", Names{"other", "b", "a"}, Names{"other", "b", "a", "x"}},
+                     {"makes the list where there was none", std::nullopt, Names{"x"}},
+                     {"fills an empty list", Names{}, Names{"x"}},
+                     {"leaves an item that carries it", Names{"x"}, Names{"x"}},
+                     {"is never added twice", Names{"x", "y"}, Names{"x", "y"}},
+                     {"leaves duplicates that are there", Names{"x", "y", "x"}, Names{"x", "y", "x"}},
+                     {"does not take another letter case for itself", Names{"X"}, Names{"X", "x"}}});
+}
+
+TEST(TagSwitchedOff, IsTakenOutEverywhereAndTheOthersStayInTheirOrder) {
+  expectSwitched(0, {{"leaves the list empty instead of taking it away", Names{"x"}, Names{}},
+                     {"duplicates go at once", Names{"x", "y", "x"}, Names{"y"}},
+                     {"nothing but duplicates", Names{"x", "x", "x"}, Names{}},
+                     {"order of the others", Names{"c", "x", "a", "x", "b"}, Names{"c", "a", "b"}},
+                     {"duplicates of others stay", Names{"a", "x", "a"}, Names{"a", "a"}},
+                     {"makes no list where there was none", std::nullopt, std::nullopt},
+                     {"leaves an item with another tag", Names{"y"}, Names{"y"}},
+                     {"leaves an empty list", Names{}, Names{}},
+                     {"leaves another letter case", Names{"X"}, Names{"X"}}});
 }
 
 TEST(TagState, SetToMixedOrAnyUnknownStateChangesNothing) {

@@ -16,6 +16,7 @@
 #include "tests/support/Property.h"
 #include "tests/support/RandomText.h"
 #include "tests/xml/LibXMLReader.h"
+#include "tests/xml/RandomXMLDocument.h"
 #include "xml/UTF8.h"
 #include "xml/XMLReader.h"
 
@@ -23,168 +24,6 @@ namespace epg::test {
 namespace {
 
 using Halves = XMLReader::Halves;
-
-/// Characters that stand in libxml2's document for what it would not read there.
-const char* const controlCharacter = "\uE001";
-const char* const noText = "\uE002";
-
-/// A piece of an element's content.
-struct Piece {
-  enum Kind {
-    Text,
-    Between,  ///< Markup that no text reaches across, and no element.
-    Element
-  };
-  Kind kind;
-  const char* text;
-};
-
-const Piece pieces[] = {{Piece::Text, " "},
-                        {Piece::Text, "\n"},
-                        {Piece::Text, "\t "},
-                        {Piece::Text, "\r\n"},
-                        {Piece::Text, "x"},
-                        {Piece::Text, "text with an é and 節"},
-                        {Piece::Text, "&amp;"},
-                        {Piece::Text, "&#233;"},
-                        {Piece::Between, "<!-- c -->"},
-                        {Piece::Between, "<!---->"},
-                        {Piece::Between, "<![CDATA[]]>"},
-                        {Piece::Between, "<![CDATA[ \r\n<b>&amp; ]]>"},
-                        {Piece::Between, "<?title p?>"},
-                        {Piece::Element, "<b/>"},
-                        {Piece::Element, "<b  a='1'\n />"},
-                        {Piece::Element, "<c a=\"x\ty\r\nz\" b='&lt;&quot;&#10;'/>"},
-                        {Piece::Element, "<d> </d >"}};
-
-/// A piece that the reader takes and libxml2 does not, with what libxml2 is given in its place.
-struct LaxPiece {
-  Piece piece;
-  const char* strict;         ///< Where halves are replaced.
-  const char* strictRefused;  ///< Where they are refused.
-  const char* unresolved;     ///< The reference that stands for no character, in any case or where halves are refused.
-};
-
-const LaxPiece laxPieces[] = {
-    // Cannot be misunderstood, and a file that somebody's tool wrote so would else be lost.
-    {{Piece::Text, "]]>"}, "]]&gt;", "]]&gt;", nullptr},
-    {{Piece::Text, "\x01"}, controlCharacter, controlCharacter, nullptr},
-    {{Piece::Between, "<!-- -- -->"}, "<!---->", "<!---->", nullptr},
-    {{Piece::Between, "<?xml version='1.0'?>"}, "<?p?>", "<?p?>", nullptr},
-    // Writers that count in UTF-16 make such references.
-    {{Piece::Text, "&#xD83D;&#xDE00;"}, "&#x1F600;", noText, "&#xD83D;"},
-    {{Piece::Text, "&#xD83D;"}, "&#xFFFD;", noText, "&#xD83D;"},
-    // Matters only to who asks for this text: the others can still be read.
-    {{Piece::Text, "&unknown;"}, noText, noText, "&unknown;"},
-    {{Piece::Text, "& ;"}, noText, noText, "& ;"},
-    {{Piece::Element, "<d a='&unknown;'> </d>"}, "<d a='\uE002'> </d>", "<d a='\uE002'> </d>", nullptr}};
-
-/// What begins a document and is read by both in the same way.
-const char* const starts[] = {"", "<?xml version=\"1.0\"?>\n", "<!-- c -->\r\n", "<?p?>", "<!DOCTYPE a>", "\n\n"};
-
-/// "line 3, column 7" of a place in the document, counted from 1 in characters.
-std::string placeIn(const std::string& document, std::size_t offset) {
-  std::size_t line = 1;
-  std::size_t column = 1;
-  for (std::size_t i = 0; i < offset; ++i) {
-    const auto byte = static_cast<unsigned char>(document[i]);
-    if (byte == '\n') {
-      ++line;
-      column = 1;
-    } else if ((byte & 0xC0) != 0x80) {
-      ++column;
-    }
-  }
-  return "line " + std::to_string(line) + ", column " + std::to_string(column);
-}
-
-/// A random document, as the reader gets it and as libxml2 does, with what is known of it from its making.
-class RandomDocument {
- public:
-  struct Element {
-    std::size_t offset;
-    std::optional<std::size_t> textWithFault;  ///< The offset of the first text with an unresolved reference.
-    std::string unresolved;                    ///< That reference.
-  };
-
-  RandomDocument(Halves halves, bool withLaxPieces) : halves_(halves) {
-    add(starts[below(std::size(starts))]);
-    open("<a>", "</a>");
-    for (Times content(0, sizeOfCase()); content.next();) {
-      const std::size_t kind = below(withLaxPieces ? 10 : 8);
-      if (kind == 7) {
-        openAny();
-      } else if (kind == 6 && open_.size() > 1) {
-        close();
-      } else if (kind >= 8) {
-        add(laxPieces[below(std::size(laxPieces))]);
-      } else {
-        add(pieces[below(std::size(pieces))]);
-      }
-    }
-    while (!open_.empty()) close();
-    rootEnd = text.size();
-    add(oneTextOf({"", "\n", "<!-- c --> ", "<?p?>"}));
-  }
-
-  std::string text;
-  std::string strict;             ///< What libxml2 gets.
-  std::vector<Element> elements;  ///< In the document's order.
-  std::size_t rootEnd = 0;
-
- private:
-  struct Open {
-    std::size_t element;
-    std::string end;
-  };
-
-  void add(const std::string& both) { add(both, both); }
-  void add(const std::string& here, const std::string& there) {
-    text += here;
-    strict += there;
-  }
-
-  void add(const Piece& piece) { add(piece, piece.text); }
-  void add(const Piece& piece, const char* there) {
-    if (piece.kind == Piece::Element) elements.push_back({text.size(), std::nullopt, {}});
-    add(piece.text, there);
-    if (piece.kind != Piece::Text) textStart_ = text.size();
-  }
-
-  void add(const LaxPiece& lax) {
-    const char* const there = halves_ == Halves::Refused ? lax.strictRefused : lax.strict;
-    Element& around = elements[open_.back().element];
-    if (lax.unresolved && there == noText && !around.textWithFault) {
-      around.textWithFault = textStart_;
-      around.unresolved = lax.unresolved;
-    }
-    add(lax.piece, there);
-  }
-
-  void openAny() {
-    static const char* const tags[][2] = {
-        {"<a>", "</a>"}, {"<b c='1' d='2'>", "</b>"}, {"<title>", "</title>"}, {"<b>", "</b>"}};
-    const auto& tag = tags[below(std::size(tags))];
-    open(tag[0], tag[1]);
-  }
-
-  void open(const char* tag, const char* end) {
-    elements.push_back({text.size(), std::nullopt, {}});
-    open_.push_back({elements.size() - 1, end});
-    add(tag);
-    textStart_ = text.size();
-  }
-
-  void close() {
-    add(open_.back().end);
-    open_.pop_back();
-    textStart_ = text.size();
-  }
-
-  Halves halves_;
-  std::vector<Open> open_;
-  std::size_t textStart_ = 0;  ///< Where the text began that a piece of text added now belongs to.
-};
 
 pugi::xml_node followingElement(pugi::xml_node node) {
   do {
@@ -241,7 +80,7 @@ std::size_t occurrences(const std::string& text, const std::string& part) {
 TEST(XMLReaderProperties, DocumentIsReadAsByLibXMLSaveForWhatTheReaderTakesBesides) {
   expectForCases(2000, [] {
     const Halves halves = oneOf({Halves::Refused, Halves::Replaced});
-    const RandomDocument document(halves, true);
+    const RandomXMLDocument document(halves, true);
     tell("document", document.text);
     tell("document for libxml2", document.strict);
     const LibXMLDocument expected = readByLibXML(document.strict);
@@ -257,14 +96,14 @@ TEST(XMLReaderProperties, DocumentIsReadAsByLibXMLSaveForWhatTheReaderTakesBesid
 TEST(XMLReaderProperties, PlacesAndProblemsAreThoseOfTheElementsAndTextsAsWritten) {
   expectForCases(1000, [] {
     const Halves halves = oneOf({Halves::Refused, Halves::Replaced});
-    const RandomDocument document(halves, true);
+    const RandomXMLDocument document(halves, true);
     tell("document", document.text);
     const auto reader = XMLReader::parse(document.text, nullptr, halves);
     HOLDS(reader != nullptr);
     const auto elements = elementsOf(reader->root());
     HOLDS(elements.size() == document.elements.size());
     for (std::size_t i = 0; i < elements.size(); ++i) {
-      const RandomDocument::Element& written = document.elements[i];
+      const RandomXMLDocument::Element& written = document.elements[i];
       const std::string place = placeIn(document.text, written.offset);
       HOLDS(reader->place(elements[i]) == place);
       std::string problem;
@@ -282,7 +121,7 @@ TEST(XMLReaderProperties, PlacesAndProblemsAreThoseOfTheElementsAndTextsAsWritte
 
 TEST(XMLReaderProperties, ElementAsItStandsIsReadAsInTheDocument) {
   expectForCases(300, [] {
-    const RandomDocument document(Halves::Replaced, true);
+    const RandomXMLDocument document(Halves::Replaced, true);
     tell("document", document.text);
     const auto reader = XMLReader::parse(document.text, nullptr, Halves::Replaced);
     HOLDS(reader != nullptr);
@@ -314,7 +153,7 @@ TEST(XMLReaderProperties, ElementAsItStandsIsReadAsInTheDocument) {
 
 TEST(XMLReaderProperties, AnythingBesidesTheOneRootElementIsRefusedWithItsPlace) {
   expectForCases(200, [] {
-    const RandomDocument document(Halves::Refused, false);
+    const RandomXMLDocument document(Halves::Refused, false);
     const std::string surplus = oneTextOf({"<b/>", "<![CDATA[]]>", "<a>x</a>"});
     const std::string text = document.text + surplus;
     tell("document", text);
@@ -374,7 +213,7 @@ std::size_t characterLength(const std::string& bytes, std::size_t at) {
 
 TEST(XMLReaderProperties, BrokenDocumentIsRefusedAsByLibXMLSaveForWhatTheReaderTakesBesides) {
   expectForCases(4000, [] {
-    const RandomDocument document(Halves::Refused, false);
+    const RandomXMLDocument document(Halves::Refused, false);
     std::string text = document.text;
     const std::size_t at = onceIn(8) ? text.size() : below(text.size() + 1);
     const bool isInRoot = at > document.elements[0].offset && at < document.rootEnd;
@@ -402,7 +241,7 @@ TEST(XMLReaderProperties, BrokenDocumentIsRefusedAsByLibXMLSaveForWhatTheReaderT
 
 TEST(XMLReaderProperties, FirstByteThatIsNoTextIsToldWithItsPlace) {
   expectForCases(1000, [] {
-    std::string text = RandomDocument(Halves::Refused, true).text;
+    std::string text = RandomXMLDocument(Halves::Refused, true).text;
     const bool zero = onceIn(2);
     // Among the first two bytes a zero would make UTF-16 of the document.
     const std::size_t at = std::max<std::size_t>(below(text.size() + 1), zero ? 2 : 0);

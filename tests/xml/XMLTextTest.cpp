@@ -29,7 +29,7 @@ TEST(XMLTextEscaping, EscapesWhatItsContextGivesAMeaning) {
               {"markup", "a&b<c>d", "a&amp;b&lt;c&gt;d", "a&amp;b&lt;c&gt;d"},
               {"again", "&&", "&amp;&amp;", "&amp;&amp;"},
               {"what is escaped already", "&amp;", "&amp;amp;", "&amp;amp;"},
-              {"carriage return", "a\rb", "a&#13;b", "a&#13;b"},
+              {"carriage return", "a\rb\r\n", "a&#13;b&#13;\n", "a&#13;b&#13;&#10;"},
               {"tab and line feed", "\t\n", "\t\n", "&#9;&#10;"},
               {"quotes", "\"'", "\"'", "&quot;'"},
               {"delete and the higher control characters", "\x7F\xC2\x80\xC2\x9F", "\x7F\xC2\x80\xC2\x9F",
