@@ -182,8 +182,8 @@ void measureAll(const std::string& costsPath) {
     costs << std::endl;
     const std::string target = "export " + std::to_string(count) + " events";
     if (count == 100000) {
-      table.atLeastAsFast(target, result, Contest::LibXML2, "libxml2 writer", 3);
-      table.atMost(target, result, Contest::Limit, "limit", 2);
+      table.atLeastAsFast(target, result, Contest::LibXML2, "libxml2 writer", 4);
+      table.atMost(target, result, Contest::Limit, "limit", 1.2);
     } else if (count > 1000) {
       table.information(target, result, Contest::LibXML2, "libxml2 writer");
       table.information(target, result, Contest::Limit, "limit");
