@@ -57,7 +57,7 @@ class BundleWithCatalogue : public Bundle {
   }
   EditorOutlets loadInterface(const std::string&, EPGDorvaSelinViewController& owner) override {
     editor = &owner;
-    return {&view, &table, &imageURL, &title, &description};
+    return {&view, &table, {&title, &description, &imageURL}};
   }
 
   EPGDorvaSelinViewController* editor = nullptr;

@@ -32,9 +32,9 @@ epg::EditorOutlets EPGDorvaSelinViewControllerParts::outlets() {
   epg::EditorOutlets outlets;
   outlets.view = view.view != nil ? &view : nullptr;
   outlets.tagsTableView = tagsTableView.tableView != nil ? &tagsTableView : nullptr;
-  outlets.imageURLTextField = imageURLTextField.textField != nil ? &imageURLTextField : nullptr;
-  outlets.titleTextField = titleTextField.textField != nil ? &titleTextField : nullptr;
-  outlets.descriptionTextField = descriptionTextField.textField != nil ? &descriptionTextField : nullptr;
+  for (std::size_t i = 0; i < textFields.size(); ++i) {
+    outlets.textFields[i] = textFields[i].textField != nil ? &textFields[i] : nullptr;
+  }
   return outlets;
 }
 
@@ -62,6 +62,7 @@ void forgetDataSource(NSView* view, id dataSource) {
 
 @interface EPGDorvaSelinViewController ()
 - (const epg::TableView*)coreTableView:(NSTableView*)tableView;
+- (void)setTextField:(NSTextField*)textField at:(std::size_t)index;
 @end
 
 @implementation EPGDorvaSelinViewController
@@ -111,22 +112,24 @@ void forgetDataSource(NSView* view, id dataSource) {
   _parts->controller.setOutlets(_parts->outlets());
 }
 
+- (void)setTextField:(NSTextField*)textField at:(std::size_t)index {
+  _parts->textFields[index].textField = textField;
+  _parts->controller.setOutlets(_parts->outlets());
+}
+
 - (void)setImageURLTextField:(NSTextField*)textField {
   imageURLTextField = textField;
-  _parts->imageURLTextField.textField = textField;
-  _parts->controller.setOutlets(_parts->outlets());
+  [self setTextField:textField at:epg::epgItemTextAt("imageURL")];
 }
 
 - (void)setTitleTextField:(NSTextField*)textField {
   titleTextField = textField;
-  _parts->titleTextField.textField = textField;
-  _parts->controller.setOutlets(_parts->outlets());
+  [self setTextField:textField at:epg::epgItemTextAt("title")];
 }
 
 - (void)setDescriptionTextField:(NSTextField*)textField {
   descriptionTextField = textField;
-  _parts->descriptionTextField.textField = textField;
-  _parts->controller.setOutlets(_parts->outlets());
+  [self setTextField:textField at:epg::epgItemTextAt("description")];
 }
 
 - (void)setItems:(NSMutableArray*)items {

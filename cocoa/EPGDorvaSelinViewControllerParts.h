@@ -2,12 +2,14 @@
 
 #import <AppKit/AppKit.h>
 
+#include <array>
 #include <memory>
 #include <string>
 
 #import "cocoa/EPGDorvaSelinViewController.h"
 #import "cocoa/bridge/EditorViews.h"
 #include "editor/EPGDorvaSelinViewController.h"
+#include "model/EPGItemTexts.h"
 
 namespace epg::cocoa {
 
@@ -37,9 +39,7 @@ struct EPGDorvaSelinViewControllerParts {
   epg::cocoa::CocoaBundle bundle;
   epg::cocoa::CocoaView view;
   epg::cocoa::CocoaTableView tagsTableView;
-  epg::cocoa::CocoaTextField imageURLTextField;
-  epg::cocoa::CocoaTextField titleTextField;
-  epg::cocoa::CocoaTextField descriptionTextField;
+  std::array<epg::cocoa::CocoaTextField, epg::epgItemTexts.size()> textFields;
   epg::EPGDorvaSelinViewController controller;
 };
 

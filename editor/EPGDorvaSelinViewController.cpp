@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "model/EPGItemTexts.h"
 #include "model/KeyConstants.h"
 #include "plist/PropertyListFile.h"
 
@@ -169,24 +170,21 @@ void EPGDorvaSelinViewController::updateTagsTableView() {
   if (outlets_.tagsTableView) outlets_.tagsTableView->reloadData();
 }
 
-void EPGDorvaSelinViewController::updateImageURLTextField() {
-  updateTextField(outlets_.imageURLTextField, ZRLEPGDSImageURLKey);
-}
+void EPGDorvaSelinViewController::updateImageURLTextField() { updateTextField(epgItemTextAt("imageURL")); }
 
-void EPGDorvaSelinViewController::updateTitleTextField() { updateTextField(outlets_.titleTextField, ZRLEPGDSTitleKey); }
+void EPGDorvaSelinViewController::updateTitleTextField() { updateTextField(epgItemTextAt("title")); }
 
-void EPGDorvaSelinViewController::updateDescriptionTextField() {
-  updateTextField(outlets_.descriptionTextField, ZRLEPGDSDescriptionKey);
-}
+void EPGDorvaSelinViewController::updateDescriptionTextField() { updateTextField(epgItemTextAt("description")); }
 
-void EPGDorvaSelinViewController::updateTextField(TextField* textField, const char* key) {
+void EPGDorvaSelinViewController::updateTextField(std::size_t index) {
+  TextField* const textField = outlets_.textFields[index];
   if (!textField) return;
   PropertyListDictionary commonHolder;
   std::optional<std::string_view> common;
   const std::size_t count = items_ ? items_->size() : 0;
   for (std::size_t i = 0; i < count; ++i) {
     PropertyListDictionary values = items_->at(i)->values();
-    const auto value = stringValue(values, key);
+    const auto value = stringValue(values, epgItemTexts[index].key);
     // Items without the entry are passed over only until the first that has it: after that they differ.
     if (common && value != common) {
       setMixedTextField(textField, true);
@@ -213,15 +211,13 @@ void EPGDorvaSelinViewController::setMixedTextField(TextField* textField, bool m
 
 void EPGDorvaSelinViewController::applyChanges() {
   std::vector<PropertyListDictionary::Entry> entries;
-  const auto addField = [&](const TextField* field, const char* key) {
-    if (!field) return;
+  for (std::size_t i = 0; i < epgItemTexts.size(); ++i) {
+    const TextField* const field = outlets_.textFields[i];
+    if (!field) continue;
     const std::string text = field->stringValue();
     const bool mixed = field->placeholderString().has_value();
-    if (!mixed || !text.empty()) entries.emplace_back(key, text);
-  };
-  addField(outlets_.titleTextField, ZRLEPGDSTitleKey);
-  addField(outlets_.descriptionTextField, ZRLEPGDSDescriptionKey);
-  addField(outlets_.imageURLTextField, ZRLEPGDSImageURLKey);
+    if (!mixed || !text.empty()) entries.emplace_back(epgItemTexts[i].key, text);
+  }
   if (!items_ || entries.empty()) return;
   for (std::size_t i = 0; i < items_->size(); ++i) items_->at(i)->setValues(entries);
 }

@@ -79,7 +79,8 @@ class EPGDorvaSelinViewController {
   void applyChanges();
 
  private:
-  void updateTextField(TextField* textField, const char* key);
+  /// Of the text value at this place of the list.
+  void updateTextField(std::size_t index);
   bool isTagIndex(std::ptrdiff_t index) const;
   /// The states of all catalogue tags in one pass over the items.
   std::vector<TagState> tagStates() const;

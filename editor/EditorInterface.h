@@ -1,8 +1,10 @@
 #pragma once
 
-#include <memory>
+#include <array>
 #include <optional>
 #include <string>
+
+#include "model/EPGItemTexts.h"
 
 namespace epg {
 
@@ -34,9 +36,7 @@ class TextField : public View {
 struct EditorOutlets {
   View* view = nullptr;
   TableView* tagsTableView = nullptr;
-  TextField* imageURLTextField = nullptr;
-  TextField* titleTextField = nullptr;
-  TextField* descriptionTextField = nullptr;
+  std::array<TextField*, epgItemTexts.size()> textFields{};  ///< Of each text value, in the order of their list.
 };
 
 class EPGDorvaSelinViewController;

@@ -16,6 +16,7 @@
 #include "export/DayFile.h"
 #include "export/EventOrder.h"
 #include "fuzz/Check.h"
+#include "model/EPGItemTexts.h"
 #include "model/KeyConstants.h"
 #include "store/MemoryItem.h"
 #include "store/ShardedItemStore.h"
@@ -62,19 +63,20 @@ std::vector<xmlNodePtr> elements(xmlNodePtr parent) {
   return children;
 }
 
-std::string value(const epg::PropertyListDictionary& item, const char* key) {
+std::string value(const epg::PropertyListDictionary& item, std::string_view key) {
   const epg::PropertyList* const found = item.find(key);
   return found && found->asString() ? std::string(*found->asString()) : std::string();
 }
 
 void checkProgram(xmlNodePtr program, const epg::PropertyListDictionary& item) {
   const std::vector<xmlNodePtr> parts = elements(program);
-  FUZZ_CHECK(parts.size() == 6);
-  FUZZ_CHECK(contentOf(parts[2]) == carried(value(item, epg::ZRLEPGDSTitleKey)));
-  FUZZ_CHECK(contentOf(parts[3]) == carried(value(item, epg::ZRLEPGDSDescriptionKey)));
-  FUZZ_CHECK(contentOf(parts[4]) == carried(value(item, epg::ZRLEPGDSImageURLKey)));
+  // Date and time, the texts, the tags.
+  FUZZ_CHECK(parts.size() == 2 + epg::epgItemTexts.size() + 1);
+  for (std::size_t i = 0; i < epg::epgItemTexts.size(); ++i) {
+    FUZZ_CHECK(contentOf(parts[2 + i]) == carried(value(item, epg::epgItemTexts[i].key)));
+  }
   const epg::PropertyList* const tags = item.find(epg::ZRLEPGDSTagsKey);
-  const std::vector<xmlNodePtr> written = elements(parts[5]);
+  const std::vector<xmlNodePtr> written = elements(parts.back());
   FUZZ_CHECK(written.size() == (tags ? tags->asArray()->size() : 0));
   for (std::size_t i = 0; i < written.size(); ++i) {
     FUZZ_CHECK(contentOf(written[i]) == carried(std::string(*(*tags->asArray())[i].asString())));
@@ -89,11 +91,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   bool allUTF8 = true;
   for (int i = input.ConsumeIntegralInRange(0, 4); i > 0; --i) {
     epg::PropertyListDictionary item;
-    for (const char* const key : {epg::ZRLEPGDSTitleKey, epg::ZRLEPGDSDescriptionKey, epg::ZRLEPGDSImageURLKey}) {
+    for (const epg::EPGItemText& value : epg::epgItemTexts) {
       if (!input.ConsumeBool()) continue;
       const std::string text = anyText(input);
       allUTF8 = allUTF8 && epg::isUTF8(text);
-      item.set(key, text);
+      item.set(value.key, text);
     }
     if (input.ConsumeBool()) {
       epg::PropertyList::Array tags;

@@ -20,4 +20,11 @@ constexpr std::array<EPGItemText, 3> epgItemTexts{{
     {"imageURL", "imgUrl", "Image URL"},
 }};
 
+/// Where the text value with this key stands in the list; beyond its end where there is none.
+constexpr std::size_t epgItemTextAt(std::string_view key) {
+  std::size_t index = 0;
+  while (index < epgItemTexts.size() && epgItemTexts[index].key != key) ++index;
+  return index;
+}
+
 }  // namespace epg

@@ -50,9 +50,7 @@ EditorOutlets CommandLineBundle::loadInterface(const std::string& /*nibName*/, E
   EditorOutlets outlets;
   outlets.view = &view_;
   outlets.tagsTableView = &tagsTable_;
-  outlets.imageURLTextField = &imageURL_;
-  outlets.titleTextField = &title_;
-  outlets.descriptionTextField = &description_;
+  for (std::size_t i = 0; i < textFields_.size(); ++i) outlets.textFields[i] = &textFields_[i];
   return outlets;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 
 #include "editor/EditorInterface.h"
+#include "model/EPGItemTexts.h"
 
 namespace epg {
 
@@ -43,9 +46,8 @@ class CommandLineBundle : public Bundle {
   /// Null until the editor view has been asked for.
   EPGDorvaSelinViewController* editor() const { return editor_; }
   TableWithoutCells& tagsTable() { return tagsTable_; }
-  TextFieldValue& imageURL() { return imageURL_; }
-  TextFieldValue& title() { return title_; }
-  TextFieldValue& description() { return description_; }
+  /// The field of the text value at this place of the list.
+  TextFieldValue& textField(std::size_t index) { return textFields_[index]; }
 
  private:
   Environment& environment_;
@@ -53,9 +55,7 @@ class CommandLineBundle : public Bundle {
   EPGDorvaSelinViewController* editor_ = nullptr;
   View view_;
   TableWithoutCells tagsTable_;
-  TextFieldValue imageURL_;
-  TextFieldValue title_;
-  TextFieldValue description_;
+  std::array<TextFieldValue, epgItemTexts.size()> textFields_;
 };
 
 /// The folder of the plug-in's resources: the one that the environment variable DORVASELIN_RESOURCES names, otherwise

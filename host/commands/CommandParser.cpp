@@ -13,6 +13,7 @@
 #include "host/commands/ExitStatus.h"
 #include "host/commands/ParserArguments.h"
 #include "host/commands/Version.h"
+#include "host/terminal/LineText.h"
 #include "host/terminal/Messages.h"
 #include "host/terminal/Refusal.h"
 #include "xml/XMLText.h"
@@ -20,6 +21,15 @@
 namespace epg {
 
 namespace {
+
+/// "--image-url" for "image URL".
+std::string optionNamed(std::string text) {
+  for (char& character : text) {
+    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+    if (character == ' ') character = '-';
+  }
+  return "--" + text;
+}
 
 /// Stands for the IDs on standard input, unless it comes behind "--".
 const char* const standardInput = "-";
@@ -216,9 +226,11 @@ class Parser {
     CLI::App* const command =
         add("edit", "Edit one entry or many at once", [this] { return runEdit(context_, edit_); });
     addIDs(command, &edit_.ids);
-    addOption(command, ValueKind::Text, "--title", "TEXT", &edit_.title, "The title of all of them");
-    addOption(command, ValueKind::Text, "--description", "TEXT", &edit_.description, "The description of all of them");
-    addOption(command, ValueKind::Text, "--image-url", "TEXT", &edit_.imageURL, "The image URL of all of them");
+    for (std::size_t i = 0; i < epgItemTexts.size(); ++i) {
+      const std::string name = labelInSentence(epgItemTexts[i].label);
+      addOption(command, ValueKind::Text, optionNamed(name), "TEXT", &edit_.texts[i],
+                "The " + name + " of all of them");
+    }
     addOption(command, ValueKind::Tag, "--tag", "NAME", &edit_.tags, "Turn a tag of the catalogue on; may be repeated")
         ->take_all()
         ->allow_extra_args(false);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "host/commands/UniqueIDArguments.h"
+#include "model/EPGItemTexts.h"
 
 namespace epg {
 
@@ -62,9 +64,8 @@ int runShow(CommandContext& context, const ShowOptions& options);
 
 struct EditOptions {
   std::vector<UniqueIDArgument> ids;
-  std::optional<std::string> title;
-  std::optional<std::string> description;
-  std::optional<std::string> imageURL;
+  /// What is typed into the field of each text value, in the order of their list.
+  std::array<std::optional<std::string>, epgItemTexts.size()> texts;
   std::vector<std::string> tags;
   std::vector<std::string> untags;
   bool dryRun = false;

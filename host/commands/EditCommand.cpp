@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 #include <unordered_set>
 
 #include "host/commands/CommandContext.h"
@@ -26,20 +28,20 @@ void refuseContradictions(const EditOptions& options) {
       throw WrongUsage("--tag and --untag both name \"" + tag + "\"");
     }
   }
-  for (const auto* text : {&options.title, &options.description, &options.imageURL}) {
-    if (*text && !isCarriedByXML(**text)) {
-      throw WrongUsage("the text \"" + escapedForLine(**text) + "\" holds control characters that no entry can keep");
+  for (const std::optional<std::string>& text : options.texts) {
+    if (text && !isCarriedByXML(*text)) {
+      throw WrongUsage("the text \"" + escapedForLine(*text) + "\" holds control characters that no entry can keep");
     }
   }
 }
 
 /// Types into a field as an operator would.
-void type(CommandContext& context, TextField& field, const std::optional<std::string>& text, const char* what) {
+void type(CommandContext& context, TextField& field, const std::optional<std::string>& text, std::string_view label) {
   if (!text) return;
   field.setStringValue(*text);
   if (text->empty() && field.placeholderString()) {
-    context.messages.line(std::string("the entries differ in their ") + what +
-                          "; an empty text leaves each as it is (a text that they share can be emptied)");
+    context.messages.line("the entries differ in their " + labelInSentence(label) +
+                          "s; an empty text leaves each as it is (a text that they share can be emptied)");
   }
 }
 
@@ -58,9 +60,9 @@ void operate(CommandContext& context, PluginSession& session, const EditOptions&
   if (needsCatalogue && catalogue.empty()) throw Refusal(missingCatalogueMessage(context, session));
   const std::vector<std::size_t> on = tagIndexes(catalogue, options.tags);
   const std::vector<std::size_t> off = tagIndexes(catalogue, options.untags);
-  type(context, session.bundle().title(), options.title, "titles");
-  type(context, session.bundle().description(), options.description, "descriptions");
-  type(context, session.bundle().imageURL(), options.imageURL, "image URLs");
+  for (std::size_t i = 0; i < epgItemTexts.size(); ++i) {
+    type(context, session.bundle().textField(i), options.texts[i], epgItemTexts[i].label);
+  }
   click(session, on, TagStateOn);
   click(session, off, TagStateOff);
 }

@@ -1,5 +1,7 @@
 #include "host/commands/EditorText.h"
 
+#include <cstddef>
+#include <string_view>
 #include <variant>
 
 #include "host/commands/CommandLineBundle.h"
@@ -17,7 +19,7 @@ std::string shownText(const TextField& field) {
   return text.empty() ? field.placeholderString().value_or("") : escapedForLine(text);
 }
 
-void writeField(std::ostream& output, const char* label, const TextField& field) {
+void writeField(std::ostream& output, std::string_view label, const TextField& field) {
   const std::string text = shownText(field);
   output << label << ':' << (text.empty() ? "" : " ") << text << '\n';
 }
@@ -38,9 +40,9 @@ void openEditor(PluginSession& session, const std::vector<std::string>& ids) {
 
 void writeEditor(PluginSession& session, std::ostream& output) {
   CommandLineBundle& bundle = session.bundle();
-  writeField(output, "Title", bundle.title());
-  writeField(output, "Description", bundle.description());
-  writeField(output, "Image URL", bundle.imageURL());
+  for (std::size_t i = 0; i < epgItemTexts.size(); ++i) {
+    writeField(output, epgItemTexts[i].label, bundle.textField(i));
+  }
   const std::vector<std::string> tags = tagCatalogue(session);
   for (std::size_t i = 0; i < tags.size(); ++i) {
     const auto value =

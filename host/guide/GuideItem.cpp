@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <set>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "host/guide/XMLTVGuide.h"
+#include "model/EPGItemTexts.h"
 #include "xml/XMLText.h"
 
 namespace epg {
@@ -47,8 +50,9 @@ PropertyListDictionary GuideItems::itemOfProgramme(const XMLTVProgramme& program
 
 PropertyListDictionary itemReplacedByProgramme(PropertyListDictionary values,
                                                const PropertyListDictionary& programmesItem) {
-  for (const char* const key :
-       {ZRLEPGDSUniqueIDKey, ZRLEPGDSTitleKey, ZRLEPGDSDescriptionKey, ZRLEPGDSImageURLKey, ZRLEPGDSTagsKey}) {
+  std::vector<std::string_view> keys{ZRLEPGDSUniqueIDKey, ZRLEPGDSTagsKey};
+  for (const EPGItemText& text : epgItemTexts) keys.push_back(text.key);
+  for (const std::string_view key : keys) {
     if (const PropertyList* const value = programmesItem.find(key)) {
       values.set(key, *value);
     } else {

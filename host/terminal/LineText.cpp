@@ -116,6 +116,12 @@ std::string_view strippedOfWhiteSpace(std::string_view text) {
   return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
 }
 
+std::string labelInSentence(std::string_view label) {
+  std::string text(label);
+  if (!text.empty() && text[0] >= 'A' && text[0] <= 'Z') text[0] = static_cast<char>(text[0] - 'A' + 'a');
+  return text;
+}
+
 std::string counted(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }

@@ -28,6 +28,9 @@ bool steersOutput(const std::string& text);
 /// long as the text.
 std::string_view strippedOfWhiteSpace(std::string_view text);
 
+/// A label as it stands within a sentence: "image URL" for "Image URL".
+std::string labelInSentence(std::string_view label);
+
 /// "1 entry", "3 entries".
 std::string counted(std::size_t count, const char* one, const char* many);
 

@@ -200,10 +200,13 @@ TEST(EditorWithoutAnOutlet, LeavesItsFieldAloneAndTheOthersAtWork) {
     const char* missing;
     std::function<void(EditorOutlets&)> disconnect;
     std::string title, description, imageURL;
-  } rows[] = {{"table", [](EditorOutlets& outlets) { outlets.tagsTableView = nullptr; }, "T", "D", "I"},
-              {"title", [](EditorOutlets& outlets) { outlets.titleTextField = nullptr; }, "A", "D", "I"},
-              {"description", [](EditorOutlets& outlets) { outlets.descriptionTextField = nullptr; }, "T", "A", "I"},
-              {"image URL", [](EditorOutlets& outlets) { outlets.imageURLTextField = nullptr; }, "T", "D", "A"}};
+  } rows[] = {
+      {"table", [](EditorOutlets& outlets) { outlets.tagsTableView = nullptr; }, "T", "D", "I"},
+      {"title", [](EditorOutlets& outlets) { outlets.textFields[epgItemTextAt("title")] = nullptr; }, "A", "D", "I"},
+      {"description", [](EditorOutlets& outlets) { outlets.textFields[epgItemTextAt("description")] = nullptr; }, "T",
+       "A", "I"},
+      {"image URL", [](EditorOutlets& outlets) { outlets.textFields[epgItemTextAt("imageURL")] = nullptr; }, "T", "D",
+       "A"}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.missing);
     MissingOutlet shown;

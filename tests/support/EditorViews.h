@@ -55,7 +55,7 @@ class EditorViews : public Bundle {
   JournalField description{"description", journal};
 
   /// What the interface file connects; take one away and the editor goes without it.
-  EditorOutlets connected{&view, &table, &imageURL, &title, &description};
+  EditorOutlets connected{&view, &table, {&title, &description, &imageURL}};
   /// The path that the bundle answers for its tag catalogue.
   std::optional<std::string> catalogue;
 

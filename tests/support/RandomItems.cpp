@@ -1,7 +1,9 @@
 #include "tests/support/RandomItems.h"
 
 #include <cstddef>
+#include <string>
 
+#include "model/EPGItemTexts.h"
 #include "tests/support/Draw.h"
 
 namespace epg::test {
@@ -17,8 +19,8 @@ NaiveItem naiveItemOfAnyKind() {
   item.hasTagsEntry = tagsEntry > 1;
   item.tagsEntryIsList = tagsEntry != 2;
   if (tagsEntry > 2) item.tags = upTo(4, [] { return mostly(8, tagName); });
-  for (const char* const key : {ZRLEPGDSTitleKey, ZRLEPGDSDescriptionKey, ZRLEPGDSImageURLKey}) {
-    if (onceIn(2)) item.texts[key] = mostly(10, fieldText);
+  for (const EPGItemText& text : epgItemTexts) {
+    if (onceIn(2)) item.texts[std::string(text.key)] = mostly(10, fieldText);
   }
   return item;
 }

@@ -15,6 +15,7 @@
 #include "plist/PropertyListFile.h"
 #include "plugin/EPGDorvaSelinManagerPlugin.h"
 #include "plugin/KeyConstants.h"
+#include "store/MemoryItem.h"
 
 namespace {
 
@@ -53,7 +54,7 @@ int run(const std::string& dataFolder) {
   const std::shared_ptr<epg::ObjectEnd> end = plugin->end();
   epg::PropertyListDictionary values;
   values.set(epg::ZRLEPGDSTitleKey, "Harbour & Home");
-  plugin->epgItems()->setItem("entry", std::make_shared<epg::EPGItem>(std::move(values)));
+  plugin->epgItems()->setItem("entry", std::make_shared<epg::MemoryItem>(std::move(values)));
   plugin->saveEPGItemsToFile();
 
   ExportReport report;
