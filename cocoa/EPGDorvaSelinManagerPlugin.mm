@@ -69,9 +69,9 @@ class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
   }
 
  protected:
-  void detachSaveThread(std::shared_ptr<const epg::EPGItemStoreSnapshot> snapshot) override {
+  void detachSaveThread(const std::shared_ptr<const epg::EPGItemStoreSnapshot>& snapshot) override {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    detachThread(@selector(saveEPGItemsToFileThread:), epg::cocoa::objectOfSnapshot(std::move(snapshot)));
+    detachThread(@selector(saveEPGItemsToFileThread:), epg::cocoa::objectOfSnapshot(snapshot));
     [pool drain];
   }
 

@@ -133,7 +133,7 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFile() {
   }
 }
 
-void EPGDorvaSelinManagerPlugin::detachSaveThread(std::shared_ptr<const EPGItemStoreSnapshot> snapshot) {
+void EPGDorvaSelinManagerPlugin::detachSaveThread(const std::shared_ptr<const EPGItemStoreSnapshot>& snapshot) {
   // safeguard: threads that hold the object
   environment_.detachThread([self = shared_from_this(), snapshot] { self->saveEPGItemsToFileThread(*snapshot); });
 }

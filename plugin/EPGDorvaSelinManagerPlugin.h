@@ -118,7 +118,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   // What a face whose platform has objects of its own does its own way.
 
   /// Makes `saveEPGItemsToFileThread` run with the snapshot on a thread that holds this object until it ends.
-  virtual void detachSaveThread(std::shared_ptr<const EPGItemStoreSnapshot> snapshot);
+  virtual void detachSaveThread(const std::shared_ptr<const EPGItemStoreSnapshot>& snapshot);
 
   // An export in its two halves, for a face that brings its own list to a thread of its own.
 

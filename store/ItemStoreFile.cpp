@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "platform/Paths.h"
 #include "plist/PropertyListFile.h"
+#include "store/ItemValues.h"
 #include "store/Prefetch.h"
 
 namespace epg {
@@ -72,6 +74,36 @@ std::vector<SortedRecord> sortedRecords(const EPGItemStoreSnapshot& snapshot) {
   return records;
 }
 
+/// What stands under the records, a few of them read at once.
+class ContentsInOrder {
+ public:
+  explicit ContentsInOrder(const std::vector<SortedRecord>& records) : records_(records) {}
+
+  /// To be asked for each in turn.
+  PropertyList at(std::size_t index) {
+    if (index % few == 0) read(index);
+    const std::optional<PropertyListDictionary>& values = values_[index % few];
+    return values ? PropertyList(*values) : records_[index].record->entry.value;
+  }
+
+ private:
+  static constexpr std::size_t few = 16;
+
+  void read(std::size_t first) {
+    const std::size_t end = std::min(first + few, records_.size());
+    for (std::size_t i = end; i < std::min(end + few, records_.size()); ++i) {
+      prefetch(records_[i].record, sizeof(EPGItemStoreRecord));
+    }
+    items_.clear();
+    for (std::size_t i = first; i < end; ++i) items_.push_back(records_[i].record->entry.item.get());
+    values_ = valuesOfItems(items_);
+  }
+
+  const std::vector<SortedRecord>& records_;
+  std::vector<const EPGItem*> items_;
+  std::vector<std::optional<PropertyListDictionary>> values_;
+};
+
 }  // namespace
 
 std::string itemStorePath(const std::string& dataFolderPath) {
@@ -87,10 +119,8 @@ bool writeItemStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot) {
   std::vector<std::string_view> keys;
   keys.reserve(records.size());
   for (const SortedRecord& sorted : records) keys.emplace_back(sorted.record->uniqueID);
-  return writePropertyListXML(file, keys, [&](std::size_t i) {
-    const EPGItemStoreEntry& entry = records[i].record->entry;
-    return entry.item ? PropertyList(entry.item->values()) : entry.value;
-  });
+  ContentsInOrder contents(records);
+  return writePropertyListXML(file, keys, [&](std::size_t i) { return contents.at(i); });
 }
 
 }  // namespace epg

@@ -1,9 +1,9 @@
 #include "store/ShardedItemStore.h"
 
 #include <functional>
-#include <typeinfo>
 #include <utility>
 
+#include "store/ItemValues.h"
 #include "store/MemoryItem.h"
 #include "store/Prefetch.h"
 
@@ -108,22 +108,12 @@ std::vector<std::shared_ptr<EPGItem>> ShardedItemStore::items(const std::vector<
 
 std::vector<std::optional<PropertyListDictionary>> ShardedItemStore::values(
     const std::vector<const std::string*>& uniqueIDs) const {
-  constexpr std::size_t usualSize = 192;  // Bytes of an item's entries, and of the longer texts in them.
+  // Held until their values are taken.
   const std::vector<std::shared_ptr<EPGItem>> found = items(uniqueIDs);
-  for (const auto& item : found) {
-    if (!item) continue;
-    const EPGItem& one = *item;
-    // Not what a face's item holds, which it would make of the platform's object a second time.
-    if (typeid(one) != typeid(MemoryItem)) continue;
-    prefetch(static_cast<const MemoryItem&>(one).entriesInMemory(), usualSize);
-  }
-  std::vector<std::optional<PropertyListDictionary>> values(found.size());
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    if (!found[i]) continue;
-    values[i] = found[i]->values();
-    for (const auto& [key, value] : *values[i]) prefetch(value.block(), usualSize);
-  }
-  return values;
+  std::vector<const EPGItem*> pointers;
+  pointers.reserve(found.size());
+  for (const auto& item : found) pointers.push_back(item.get());
+  return valuesOfItems(pointers);
 }
 
 void ShardedItemStore::setItem(const SharedText& uniqueID, std::shared_ptr<EPGItem> item) {
