@@ -28,7 +28,7 @@ class DayFileElements {
   void end(std::string_view /*name*/) {
     last_ = std::move(open_.back());
     open_.pop_back();
-    if (!open_.empty()) open_.back().addChild(last_);
+    if (!open_.empty()) open_.back().addChild(std::move(last_));
   }
 
   XMLElement last() { return std::move(last_); }

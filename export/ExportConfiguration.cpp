@@ -10,10 +10,9 @@
 namespace epg {
 
 const char* const exportConfigurationExtension = "epgconf";
+const char* const defaultExportConfigurationName = "Default EPG Settings";
 
 namespace {
-
-const char* const nameOfferedWithoutConfigurations = "Default EPG Settings";
 
 PropertyListDictionary defaultConfiguration(Environment& environment) {
   PropertyListDictionary configuration;
@@ -31,7 +30,7 @@ std::vector<std::string> exportConfigurationNames(Environment& environment, cons
   for (const std::string& entry : entries) {
     if (pathExtension(entry) == exportConfigurationExtension) names.push_back(deletePathExtension(entry));
   }
-  if (names.empty()) names.emplace_back(nameOfferedWithoutConfigurations);
+  if (names.empty()) names.emplace_back(defaultExportConfigurationName);
   return names;
 }
 

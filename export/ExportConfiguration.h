@@ -14,8 +14,11 @@ class Environment;
 /// The extension of export configuration files in the data folder.
 extern const char* const exportConfigurationExtension;
 
-/// The names of the export configurations in the data folder, in the order the system lists them; the single name
-/// "Default EPG Settings" where there is none or the folder cannot be listed.
+/// The name that is offered where there is no configuration: "Default EPG Settings".
+extern const char* const defaultExportConfigurationName;
+
+/// The names of the export configurations in the data folder, in the order the system lists them; the default name
+/// alone where there is none or the folder cannot be listed.
 std::vector<std::string> exportConfigurationNames(Environment& environment, const std::string& dataFolderPath);
 
 /// The named export configuration, or the default one (the user's Desktop) when it cannot be read. A configuration

@@ -10,6 +10,7 @@
 #include "platform/Paths.h"
 #include "plist/PropertyListFile.h"
 #include "store/ItemValues.h"
+#include "store/MemoryItem.h"
 #include "store/Prefetch.h"
 
 namespace epg {
@@ -95,7 +96,10 @@ class ContentsInOrder {
       prefetch(records_[i].record, sizeof(EPGItemStoreRecord));
     }
     items_.clear();
-    for (std::size_t i = first; i < end; ++i) items_.push_back(records_[i].record->entry.item.get());
+    for (std::size_t i = first; i < end; ++i) {
+      items_.push_back(records_[i].record->entry.item.get());
+      prefetch(items_.back(), sizeof(MemoryItem));
+    }
     values_ = valuesOfItems(items_);
   }
 

@@ -17,9 +17,9 @@ std::string itemStorePath(const std::string& dataFolderPath);
 /// What the file holds, for a `ShardedItemStore`; empty when it cannot be read.
 PropertyListDictionary readItemStore(Environment& environment, const std::string& path);
 
-/// Appends the file as it is to hold the snapshot, in the order of the IDs' bytes, each item as it is when its turn
-/// comes. False, with an undefined beginning appended, when the store holds what no property-list file can hold. Ends
-/// early when the sink fails.
+/// Appends the file as it is to hold the snapshot, in the order of the IDs' bytes, each item as it is shortly before
+/// its turn comes. False, with an undefined beginning appended, when the store holds what no property-list file can
+/// hold. Ends early when the sink fails.
 bool writeItemStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot);
 
 }  // namespace epg

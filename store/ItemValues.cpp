@@ -10,7 +10,6 @@ namespace epg {
 
 std::vector<std::optional<PropertyListDictionary>> valuesOfItems(const std::vector<const EPGItem*>& items) {
   constexpr std::size_t usualSize = 192;  // Bytes of an item's entries, and of the longer texts in them.
-  for (const EPGItem* const item : items) prefetch(item, sizeof(MemoryItem));
   for (const EPGItem* const item : items) {
     // Not what a face's item holds, which it would make of the platform's object a second time.
     if (!item || typeid(*item) != typeid(MemoryItem)) continue;

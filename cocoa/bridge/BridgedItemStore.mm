@@ -31,6 +31,7 @@ void BridgedItemStore::recordWillStand(const EPGItemStoreRecord& record) const {
 
 void BridgedItemStore::recordIsGone(const EPGItemStoreRecord& record) const {
   if (const FaceObject* const face = record.face()) {
+    // Into the pool.
     static_cast<const HandedOutObject*>(face)->object();
   }
 }

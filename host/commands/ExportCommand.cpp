@@ -20,8 +20,6 @@ namespace epg {
 
 namespace {
 
-const char* const defaultConfigurationName = "Default EPG Settings";
-
 /// Keeps the report of one export. May be read after the plug-in object is gone.
 class ExportReport : public TelvarinManagerEPGPluginProtocol_Delegate {
  public:
@@ -41,7 +39,7 @@ class ExportReport : public TelvarinManagerEPGPluginProtocol_Delegate {
 std::string chosenConfiguration(const std::vector<std::string>& names, const std::optional<std::string>& wanted) {
   if (wanted) {
     const bool isKnown =
-        *wanted == defaultConfigurationName || std::find(names.begin(), names.end(), *wanted) != names.end();
+        *wanted == defaultExportConfigurationName || std::find(names.begin(), names.end(), *wanted) != names.end();
     if (isKnown) return *wanted;
   } else if (names.size() == 1) {
     return names.front();
@@ -59,7 +57,7 @@ PropertyListDictionary readConfiguration(CommandContext& context, const std::str
       appendPathExtension(appendPathComponent(context.dataFolderPath, name), exportConfigurationExtension);
   const std::optional<std::string> content = contentIfThere(context.environment, path);
   if (content) return dictionaryInPropertyList(*content, path);
-  if (name != defaultConfigurationName) throw Refusal(path + ": " + systemMessage(ENOENT));
+  if (name != defaultExportConfigurationName) throw Refusal(path + ": " + systemMessage(ENOENT));
   return exportConfiguration(context.environment, context.dataFolderPath, name);
 }
 

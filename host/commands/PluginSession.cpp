@@ -12,16 +12,12 @@
 #include "host/terminal/Messages.h"
 #include "host/terminal/Progress.h"
 #include "host/terminal/Refusal.h"
-#include "platform/Paths.h"
+#include "store/ItemStoreFile.h"
 #include "xml/XMLText.h"
 
 namespace epg {
 
 namespace {
-
-std::string storePath(const CommandContext& context) {
-  return appendPathComponent(context.dataFolderPath, "EPGItems.plist");
-}
 
 /// Otherwise a misspelt name would pass for an empty folder.
 void refuseMissingFolder(CommandContext& context, PluginSession::Purpose purpose) {
@@ -37,7 +33,7 @@ void refuseMissingFolder(CommandContext& context, PluginSession::Purpose purpose
 void refuseStoreThatWasNotRead(CommandContext& context, const EPGItemStore& store) {
   const std::size_t entries = store.snapshot()->size();
   if (entries > 0) return;
-  const std::string path = storePath(context);
+  const std::string path = itemStorePath(context.dataFolderPath);
   const std::optional<std::string> content = contentIfThere(context.environment, path);
   if (!content) return;
   if (dictionaryInPropertyList(*content, path).size() != entries) {
@@ -100,7 +96,7 @@ void PluginSession::end(const char* work) {
 void PluginSession::endAfterSave() {
   const std::string changedIDs = changedIDsMessage(*plugin_->epgItems());
   end("Saving the item store");
-  const std::string path = storePath(context_);
+  const std::string path = itemStorePath(context_.dataFolderPath);
   const std::optional<int> error = lastReplacementError(context_.environment, path);
   if (error == 0) {
     if (!changedIDs.empty()) context_.messages.line(path + ": " + changedIDs);

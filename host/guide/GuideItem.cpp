@@ -4,7 +4,6 @@
 #include <set>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "host/guide/XMLTVGuide.h"
 #include "model/EPGItemTexts.h"
@@ -50,15 +49,16 @@ PropertyListDictionary GuideItems::itemOfProgramme(const XMLTVProgramme& program
 
 PropertyListDictionary itemReplacedByProgramme(PropertyListDictionary values,
                                                const PropertyListDictionary& programmesItem) {
-  std::vector<std::string_view> keys{ZRLEPGDSUniqueIDKey, ZRLEPGDSTagsKey};
-  for (const EPGItemText& text : epgItemTexts) keys.push_back(text.key);
-  for (const std::string_view key : keys) {
+  const auto replace = [&](std::string_view key) {
     if (const PropertyList* const value = programmesItem.find(key)) {
       values.set(key, *value);
     } else {
       values.remove(key);
     }
-  }
+  };
+  replace(ZRLEPGDSUniqueIDKey);
+  for (const EPGItemText& text : epgItemTexts) replace(text.key);
+  replace(ZRLEPGDSTagsKey);
   return values;
 }
 

@@ -42,6 +42,15 @@ class Leftovers : public ::testing::Test {
 
   int replace(const std::string& content) { return replaceFile(Environment::standard(), target, content); }
 
+  void expectKeptByAReplacement(const Names& others) {
+    for (const std::string& name : others) writeFile(folder.file(name), "another's");
+    EXPECT_EQ(replace("new"), 0);
+    Names expected = others;
+    expected.push_back("target");
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(namesIn(folder.path()), expected);
+  }
+
   TemporaryFolder folder;
   std::string target = folder.file("target");
 };
@@ -135,24 +144,14 @@ TEST_F(Leftovers, AreKeptWhenTheReplacementFails) {
 
 TEST_F(Leftovers, OfOtherTargetsAreKept) {
   const Names others = {".other.99999-1.tmp", ".target.x.99999-1.tmp", ".targe.99999-1.tmp", ".x.target.99999-1.tmp"};
-  for (const std::string& name : others) writeFile(folder.file(name), "another's");
-  EXPECT_EQ(replace("new"), 0);
-  Names expected = others;
-  expected.push_back("target");
-  std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(namesIn(folder.path()), expected);
+  expectKeptByAReplacement(others);
 }
 
 TEST_F(Leftovers, FilesThatOnlyLookAlikeAreKept) {
   const Names others = {".target.tmp",         ".target..tmp",         ".target.backup.tmp", ".target.99999-1.tmp.old",
                         "target.99999-1.tmp",  ".target.99999-1.TMP",  ".target.99999-1",    ".target.1a.tmp",
                         ".target.99999 1.tmp", ".target.99999-1.tmp~", ".TARGET.99999-1.tmp"};
-  for (const std::string& name : others) writeFile(folder.file(name), "another's");
-  EXPECT_EQ(replace("new"), 0);
-  Names expected = others;
-  expected.push_back("target");
-  std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(namesIn(folder.path()), expected);
+  expectKeptByAReplacement(others);
 }
 
 TEST_F(Leftovers, FolderWithTheNameOfOneIsKeptAndIsNoError) {
