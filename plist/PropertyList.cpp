@@ -75,8 +75,6 @@ const void* PropertyList::block() const noexcept {
   return entries ? entries->block() : nullptr;
 }
 
-const SharedText* PropertyList::sharedText() const { return std::get_if<SharedText>(&value_); }
-
 bool operator==(const PropertyList& a, const PropertyList& b) {
   if (a.type() != b.type()) return false;
   switch (a.type()) {

@@ -157,4 +157,6 @@ inline bool PropertyListDictionary::shares(const PropertyListDictionary& other) 
   return entries_.data() == other.entries_.data();
 }
 
+inline const SharedText* PropertyList::sharedText() const { return std::get_if<SharedText>(&value_); }
+
 }  // namespace epg

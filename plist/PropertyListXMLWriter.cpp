@@ -43,7 +43,7 @@ class XMLWriter {
   bool value(const PropertyList& list, int depth) {
     switch (list.type()) {
       case PropertyList::Type::String:
-        return text("<string>", *list.asString(), "</string>\n");
+        return string(*list.sharedText());
       case PropertyList::Type::Integer:
         line("<integer>", (list.asInteger()->negative ? "-" : "") + std::to_string(list.asInteger()->magnitude),
              "</integer>\n");
@@ -70,7 +70,8 @@ class XMLWriter {
   }
 
   /// Needs keys that XML can carry.
-  bool dictionary(const std::vector<std::string_view>& keys, const PropertyListValues& valueOfKey, int depth) {
+  bool dictionary(const std::vector<std::string_view>& keys, bool areLiteral, const PropertyListValues& valueOfKey,
+                  int depth) {
     if (keys.empty()) {
       line("<dict/>\n");
       return true;
@@ -78,7 +79,7 @@ class XMLWriter {
     line("<dict>\n");
     ++level_;
     for (std::size_t i = 0; i < keys.size() && !document_.failed(); ++i) {
-      if (!entry(keys[i], valueOfKey(i), depth)) return false;
+      if (!entry(keys[i], areLiteral, valueOfKey(i), depth)) return false;
     }
     --level_;
     line("</dict>\n");
@@ -86,11 +87,15 @@ class XMLWriter {
   }
 
  private:
-  void indent() {
-    static constexpr std::string_view tabs = "\t\t\t\t\t\t\t\t";
+  static constexpr std::string_view tabs = "\t\t\t\t\t\t\t\t";
+
+  void indent() { appendIndented(tabs); }
+
+  /// Appends a tag that stands behind all of `tabs`, with only as many of these as the level has.
+  void appendIndented(std::string_view tabsAndTag) {
     auto missing = static_cast<std::size_t>(level_);
     for (; missing > tabs.size(); missing -= tabs.size()) document_.append(tabs);
-    document_.append(tabs.substr(0, missing));
+    document_.append(tabsAndTag.substr(tabs.size() - missing));
   }
 
   void line(std::string_view whole) {
@@ -104,10 +109,10 @@ class XMLWriter {
     document_.append(endTag);
   }
 
-  bool text(std::string_view startTag, std::string_view content, std::string_view endTag) {
-    line(startTag);
+  bool string(std::string_view content) {
+    appendIndented("\t\t\t\t\t\t\t\t<string>");
     if (!appendXMLText(document_, content, XMLContext::Text)) return false;
-    document_.append(endTag);
+    document_.append("</string>\n");
     return true;
   }
 
@@ -184,19 +189,26 @@ class XMLWriter {
     }
     line("<dict>\n");
     ++level_;
-    const bool areCarried =
-        std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isCarriedByXML(one.first); });
-    const PropertyListDictionary carried = areCarried ? entries : withCarriedKeys(entries);
+    const bool areLiteral =
+        std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isLiteralInXML(one.first); });
+    const PropertyListDictionary carried = areLiteral ? entries : withCarriedKeys(entries);
     for (const auto& [key, content] : carried) {
-      if (!entry(key, content, depth)) return false;
+      if (!entry(key, areLiteral, content, depth)) return false;
     }
     --level_;
     line("</dict>\n");
     return true;
   }
 
-  bool entry(std::string_view key, const PropertyList& content, int depth) {
-    return text("<key>", key, "</key>\n") && value(content, depth + 1);
+  bool entry(std::string_view key, bool isLiteral, const PropertyList& content, int depth) {
+    appendIndented("\t\t\t\t\t\t\t\t<key>");
+    if (isLiteral) {
+      document_.append(key);
+    } else if (!appendXMLText(document_, key, XMLContext::Text)) {
+      return false;
+    }
+    document_.append("</key>\n");
+    return value(content, depth + 1);
   }
 
   ByteSink& document_;
@@ -215,7 +227,8 @@ bool writePropertyListXML(ByteSink& document, const PropertyList& value) {
 
 bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view>& keys,
                           const PropertyListValues& valueOfKey) {
-  if (!std::all_of(keys.begin(), keys.end(), isCarriedByXML)) {
+  const bool areLiteral = std::all_of(keys.begin(), keys.end(), isLiteralInXML);
+  if (!areLiteral && !std::all_of(keys.begin(), keys.end(), isCarriedByXML)) {
     // What becomes of such a key depends on all the others, and so may its place.
     std::vector<PropertyListDictionary::Entry> entries;
     entries.reserve(keys.size());
@@ -224,7 +237,7 @@ bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view
   }
   XMLWriter writer(document);
   writer.documentStart();
-  if (!writer.dictionary(keys, valueOfKey, 1)) return false;
+  if (!writer.dictionary(keys, areLiteral, valueOfKey, 1)) return false;
   writer.documentEnd();
   return true;
 }

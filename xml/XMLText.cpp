@@ -167,6 +167,12 @@ std::string_view escapedForm(char character) {
 
 bool isUTF8(std::string_view text) { return lengthOfUTF8(text) == text.size(); }
 
+bool isLiteralInXML(std::string_view text) {
+  constexpr unsigned any = 0xFF;
+  const char* const end = text.data() + text.size();
+  return findByte(text.data(), end, any) == end;
+}
+
 bool isCarriedByXML(std::string_view text) {
   const char* const end = text.data() + text.size();
   const char* const special = findByte(text.data(), end, kind::beyondASCII | kind::uncarried);

@@ -13,6 +13,8 @@ bool isUTF8(std::string_view text);
 /// What stands for a character that XML 1.0 cannot carry: U+FFFD.
 extern const char* const replacementCharacter;
 
+/// Whether the text is ASCII that stands in any document, even in an attribute, just as it is.
+bool isLiteralInXML(std::string_view text);
 /// Whether the text is UTF-8 and every character of it can stand in an XML 1.0 document.
 bool isCarriedByXML(std::string_view text);
 /// The text with U+FFFD for each character that cannot. Text that is not UTF-8 is left as it is.

@@ -40,6 +40,7 @@ void expectTheSame(const std::string& text) {
     }
   }
   const auto carried = escaped(text, XMLContext::Text, Apostrophes::AsTheyAre);
+  if (isLiteralInXML(text)) HOLDS(escaped(text, XMLContext::Attribute, Apostrophes::AsReferences) == text);
   HOLDS(isCarriedByXML(text) == (carried && carriedByXML(text) == text));
 }
 

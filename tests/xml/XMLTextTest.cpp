@@ -71,6 +71,23 @@ TEST(XMLTextEscaping, RefusesWhatIsNotUTF8) {
   }
 }
 
+TEST(XMLTextLiteral, IsWhatStandsInTextsAndAttributesAsItIs) {
+  for (const char* text : {"", "a", "imageURL", "a b;c/d=e?f~", "0123456789abcdef#0123456789", "#", "\x7F"}) {
+    EXPECT_TRUE(isLiteralInXML(text)) << text;
+    EXPECT_EQ(inText(text), text);
+    EXPECT_EQ(inAttribute(text), text);
+  }
+}
+
+TEST(XMLTextLiteral, IsNothingElseWhereverItStands) {
+  for (const char* special : {"&", "<", ">", "\"", "'", "\t", "\n", "\r", "\x01", "\x1F", "\x80", "é"}) {
+    for (std::size_t before = 0; before < 10; ++before) {
+      EXPECT_FALSE(isLiteralInXML(std::string(before, '#') + special + "after")) << special << before;
+      EXPECT_FALSE(isLiteralInXML(std::string(before, 'a') + special)) << special << before;
+    }
+  }
+}
+
 TEST(XMLTextCarried, IsEverythingThatXMLHas) {
   for (const char* text : {"", "a\t\n\r", "\x7F\xC2\x80", "é節🎬", "\xEF\xBF\xBD", "\xEF\xB7\x90\xF0\x9F\xBF\xBE"}) {
     EXPECT_TRUE(isCarriedByXML(text)) << text;
