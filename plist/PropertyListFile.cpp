@@ -10,6 +10,7 @@ namespace epg {
 
 std::optional<PropertyList> parsePropertyList(std::string bytes, std::string* problem) {
   if (isBinaryPropertyList(bytes)) return parseBinaryPropertyList(bytes, problem);
+  if (isOldStylePropertyList(bytes)) return parseOldStylePropertyList(bytes, problem);
   return parseXMLPropertyList(std::move(bytes), problem);
 }
 

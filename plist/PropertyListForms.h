@@ -26,4 +26,8 @@ std::optional<PropertyList> parseAnyXMLPropertyList(std::string bytes, std::stri
 bool isBinaryPropertyList(const std::string& bytes);
 std::optional<PropertyList> parseBinaryPropertyList(const std::string& bytes, std::string* problem);
 
+/// Whether the bytes begin as the old-style form does, and as neither of the others.
+bool isOldStylePropertyList(std::string_view bytes);
+std::optional<PropertyList> parseOldStylePropertyList(const std::string& bytes, std::string* problem);
+
 }  // namespace epg

@@ -43,7 +43,8 @@ class XMLWriter {
   bool value(const PropertyList& list, int depth) {
     switch (list.type()) {
       case PropertyList::Type::String:
-        return string(*list.sharedText());
+        string(*list.sharedText());
+        return true;
       case PropertyList::Type::Integer:
         line("<integer>", (list.asInteger()->negative ? "-" : "") + std::to_string(list.asInteger()->magnitude),
              "</integer>\n");
@@ -109,11 +110,15 @@ class XMLWriter {
     document_.append(endTag);
   }
 
-  bool string(std::string_view content) {
+  void string(std::string_view content) {
     appendIndented("\t\t\t\t\t\t\t\t<string>");
-    if (!appendXMLText(document_, content, XMLContext::Text)) return false;
+    text(content);
     document_.append("</string>\n");
-    return true;
+  }
+
+  /// What is no Unicode is replaced, as nothing else would ever be saved again for its sake.
+  void text(std::string_view content) {
+    appendXMLText(document_, content, XMLContext::Text, Apostrophes::AsTheyAre, Malformed::Replaced);
   }
 
   /// The shortest of the usual precisions that reads back as the same number.
@@ -204,8 +209,8 @@ class XMLWriter {
     appendIndented("\t\t\t\t\t\t\t\t<key>");
     if (isLiteral) {
       document_.append(key);
-    } else if (!appendXMLText(document_, key, XMLContext::Text)) {
-      return false;
+    } else {
+      text(key);
     }
     document_.append("</key>\n");
     return value(content, depth + 1);

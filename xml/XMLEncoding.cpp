@@ -75,35 +75,6 @@ std::optional<std::string> convertToUTF8(const std::string& bytes, const char* e
   return text;
 }
 
-std::optional<std::string> convertUTF16ToUTF8(const std::string& bytes, std::size_t from, bool bigEndian,
-                                              std::string* problem) {
-  std::string text;
-  text.reserve(bytes.size() / 2 + bytes.size() / 8);
-  std::uint32_t high = 0;
-  for (std::size_t i = from; i + 1 < bytes.size(); i += 2) {
-    const auto first = static_cast<unsigned char>(bytes[i]);
-    const auto second = static_cast<unsigned char>(bytes[i + 1]);
-    const std::uint32_t unit = bigEndian ? std::uint32_t{first} << 8 | second : std::uint32_t{second} << 8 | first;
-    const bool low = isLowSurrogate(unit);
-    if (low != (high != 0)) {
-      *problem = "byte " + std::to_string(i + 1) + ": not UTF-16 (half of a surrogate pair)";
-      return std::nullopt;
-    }
-    if (isHighSurrogate(unit)) {
-      high = unit;
-      continue;
-    }
-    const std::uint32_t point = low ? characterOfSurrogates(high, unit) : unit;
-    high = 0;
-    utf8::append(point, std::back_inserter(text));
-  }
-  if ((bytes.size() - from) % 2 != 0 || high != 0) {
-    *problem = "byte " + std::to_string(bytes.size()) + ": not UTF-16 (the last character is cut off)";
-    return std::nullopt;
-  }
-  return text;
-}
-
 bool isUTF8Name(const std::string& encoding) {
   return encoding.empty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII" || encoding == "ASCII";
 }
@@ -130,6 +101,35 @@ const UTF16Start* utf16StartOf(const std::string& bytes) {
 
 }  // namespace
 
+std::optional<std::string> utf8FromUTF16(const std::string& bytes, std::size_t from, bool isBigEndian,
+                                         std::string* problem) {
+  std::string text;
+  text.reserve(bytes.size() / 2 + bytes.size() / 8);
+  std::uint32_t high = 0;
+  for (std::size_t i = from; i + 1 < bytes.size(); i += 2) {
+    const auto first = static_cast<unsigned char>(bytes[i]);
+    const auto second = static_cast<unsigned char>(bytes[i + 1]);
+    const std::uint32_t unit = isBigEndian ? std::uint32_t{first} << 8 | second : std::uint32_t{second} << 8 | first;
+    const bool low = isLowSurrogate(unit);
+    if (low != (high != 0)) {
+      *problem = "byte " + std::to_string(i + 1) + ": not UTF-16 (half of a surrogate pair)";
+      return std::nullopt;
+    }
+    if (isHighSurrogate(unit)) {
+      high = unit;
+      continue;
+    }
+    const std::uint32_t point = low ? characterOfSurrogates(high, unit) : unit;
+    high = 0;
+    utf8::append(point, std::back_inserter(text));
+  }
+  if ((bytes.size() - from) % 2 != 0 || high != 0) {
+    *problem = "byte " + std::to_string(bytes.size()) + ": not UTF-16 (the last character is cut off)";
+    return std::nullopt;
+  }
+  return text;
+}
+
 bool isXMLInUTF8(const std::string& bytes) {
   return startsWith(bytes, markOfUTF8, 3) || (!utf16StartOf(bytes) && isUTF8Name(declaredEncoding(bytes)));
 }
@@ -137,7 +137,7 @@ bool isXMLInUTF8(const std::string& bytes) {
 std::optional<std::string> convertedToUTF8(const std::string& bytes, std::string* problem) {
   if (startsWith(bytes, markOfUTF8, 3)) return bytes.substr(3);
   if (const UTF16Start* const start = utf16StartOf(bytes)) {
-    return convertUTF16ToUTF8(bytes, start->markLength, start->isBigEndian, problem);
+    return utf8FromUTF16(bytes, start->markLength, start->isBigEndian, problem);
   }
   const std::string encoding = declaredEncoding(bytes);
   if (isUTF8Name(encoding)) return std::nullopt;

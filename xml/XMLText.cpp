@@ -1,5 +1,6 @@
 #include "xml/XMLText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -124,9 +125,27 @@ std::size_t findNoncharacter(std::string_view text, std::size_t from) {
   return at;
 }
 
-bool appendBeyondASCII(ByteSink& document, std::string_view bytes) {
-  // safeguard: refusing text that is not UTF-8
-  if (!isUTF8(bytes)) return false;
+/// With one U+FFFD for each byte that begins no character, together with the bytes behind it that only go on.
+std::string withMalformedReplaced(std::string_view text) {
+  std::string replaced;
+  for (;;) {
+    const std::size_t good = lengthOfUTF8(text);
+    replaced += text.substr(0, good);
+    text.remove_prefix(good);
+    if (text.empty()) return replaced;
+    replaced += replacementCharacter;
+    const auto* const next =
+        std::find_if(text.begin() + 1, text.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
+    text.remove_prefix(static_cast<std::size_t>(next - text.begin()));
+  }
+}
+
+bool appendBeyondASCII(ByteSink& document, std::string_view bytes, Malformed malformed) {
+  if (!isUTF8(bytes)) {
+    // safeguard: refusing text that is not UTF-8
+    if (malformed == Malformed::Refused) return false;
+    return appendBeyondASCII(document, withMalformedReplaced(bytes), malformed);
+  }
   std::size_t unwritten = 0;
   std::size_t at = findNoncharacter(bytes, 0);
   while (at != std::string_view::npos) {
@@ -182,7 +201,8 @@ bool isCarriedByXML(std::string_view text) {
 }
 
 std::string carriedByXML(std::string_view text) {
-  if (isCarriedByXML(text) || !isUTF8(text)) return std::string(text);
+  if (!isUTF8(text)) return carriedByXML(withMalformedReplaced(text));
+  if (isCarriedByXML(text)) return std::string(text);
   std::string carried;
   for (std::size_t at = 0; at < text.size();) {
     if (isNoncharacter(text, at)) {
@@ -198,7 +218,8 @@ std::string carriedByXML(std::string_view text) {
   return carried;
 }
 
-bool appendXMLText(ByteSink& document, std::string_view text, XMLContext context, Apostrophes apostrophes) {
+bool appendXMLText(ByteSink& document, std::string_view text, XMLContext context, Apostrophes apostrophes,
+                   Malformed malformed) {
   const unsigned special = kind::beyondASCII | kind::uncarried | kind::escaped |
                            (context == XMLContext::Attribute ? kind::escapedInAttributes : 0) |
                            (apostrophes == Apostrophes::AsReferences ? kind::apostrophe : 0);
@@ -211,8 +232,8 @@ bool appendXMLText(ByteSink& document, std::string_view text, XMLContext context
     if (at == end) return true;
     if (is(*at, kind::beyondASCII)) {
       at = endBeyondASCII(plainEnd, end);
-      if (!appendBeyondASCII(document, std::string_view(plainEnd, static_cast<std::size_t>(at - plainEnd))))
-        return false;
+      const std::string_view beyondASCII(plainEnd, static_cast<std::size_t>(at - plainEnd));
+      if (!appendBeyondASCII(document, beyondASCII, malformed)) return false;
     } else {
       document.append(escapedForm(*at));
       ++at;

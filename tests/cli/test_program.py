@@ -220,7 +220,7 @@ class Store(dorvaselin.CommandLineTest):
         self.assertEqual(self.store_path.read_bytes(), before)
 
     def test_a_store_that_is_no_property_list_stays_as_it_is(self):
-        for content in (b"", b"\0" * 100, b"<plist>", b"bplist00" + b"\xff" * 40, b"{ E1 = {}; }"):
+        for content in (b"", b"\0" * 100, b"<plist>", b"bplist00" + b"\xff" * 40, b"{ E1 = {}; "):
             self.data.mkdir(exist_ok=True)
             self.store_path.write_bytes(content)
             for arguments in (

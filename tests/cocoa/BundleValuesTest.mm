@@ -34,6 +34,16 @@ NSDictionary* valuesOfEveryKind() {
   return values;
 }
 
+/// A character of every kind, those among them that need an escape in some form of property lists.
+NSString* everyCharacter() {
+  NSMutableString* string = [NSMutableString string];
+  for (unichar unit = 1; unit < 0x180; ++unit) {
+    [string appendFormat:@"%C", unit];
+  }
+  [string appendString:@"€\uFFFD\uD7FF日本🛰"];
+  return string;
+}
+
 bool isBoolean(id number) { return [number isKindOfClass:[[NSNumber numberWithBool:YES] class]] != NO; }
 
 TEST_F(BundleValues, ValuesOfEveryKindCrossUnchanged) {
@@ -206,6 +216,42 @@ TEST_F(BundleValues, ContainerThatHoldsItselfEndsNothing) {
   ASSERT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
   EXPECT_EQ(savedStore(), nil);
   [endless removeAllObjects];
+}
+
+TEST_F(Bundle, StoreThatThePlatformWroteIsReadAsThePlatformReadsIt) {
+  NSMutableDictionary* item = [[valuesOfEveryKind() mutableCopy] autorelease];
+  [item removeObjectForKey:@"date"];  // Where the platform writes whole seconds only.
+  [item setObject:[NSDate dateWithTimeIntervalSince1970:1e9] forKey:@"date"];
+  [item setObject:everyCharacter() forKey:everyCharacter()];
+  [item setObject:@"" forKey:@""];
+  NSDictionary* store = [NSDictionary dictionaryWithObjectsAndKeys:item, @"E1", [NSDictionary dictionary], @"E 2", nil];
+  ASSERT_TRUE([store writeToFile:storePath() atomically:YES]);
+  NSDictionary* expected = [NSDictionary dictionaryWithContentsOfFile:storePath()];
+  ASSERT_EQ([expected count], 2u);
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  ASSERT_EQ([[plugin epgItems] count], 2u);
+  NSEnumerator* uniqueIDs = [expected keyEnumerator];
+  while (NSString* uniqueID = [uniqueIDs nextObject]) {
+    NSDictionary* expectedItem = [expected objectForKey:uniqueID];
+    NSDictionary* read = [[plugin epgItems] objectForKey:uniqueID];
+    EXPECT_EQ([read count], [expectedItem count]);
+    NSEnumerator* keys = [expectedItem keyEnumerator];
+    while (NSString* key = [keys nextObject]) {
+      EXPECT_TRUE([[read objectForKey:key] isEqual:[expectedItem objectForKey:key]]) << text(key);
+    }
+  }
+  [plugin release];
+}
+
+TEST_F(Bundle, ConfigurationThatThePlatformWroteIsRead) {
+  [[NSDictionary dictionaryWithObject:@"~/EPG \"Ä\"" forKey:@"exportPath"]
+      writeToFile:[dataFolder_ stringByAppendingPathComponent:@"Night.epgconf"]
+       atomically:YES];
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  [plugin exportEvents:[NSArray array] configurationFilename:@"Night"];
+  EXPECT_EQ(text([plugin exportPath]), text([@"~/EPG \"Ä\"" stringByExpandingTildeInPath]));
+  EXPECT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  [plugin release];
 }
 
 }  // namespace

@@ -123,7 +123,7 @@ TEST_F(TagCatalogue, IsEmptyWhenTheFileHoldsNoListUnderTags) {
     const char* behaviour;
     std::string content;
   } contents[] = {{"nothing", ""},
-                  {"no property list", "tags = (Drama);"},
+                  {"no property list", "tags = (Drama;"},
                   {"a page", "<html><body>tags</body></html>"},
                   {"an array", file(listOfNames({"Drama", "Live"}))},
                   {"a string", file("tags")},

@@ -39,7 +39,7 @@ TEST_F(DefaultConfigurationTest, AsksForTheHomeFolderEachTime) {
 }
 
 TEST_F(DefaultConfigurationTest, StandsForAFileThatIsNoPropertyList) {
-  for (const char* const content : {"", "exportPath = here", "<plist><dict>", "<html/>", "bplist00", "{ }"}) {
+  for (const char* const content : {"", "exportPath = here", "<plist><dict>", "<html/>", "bplist00", "{"}) {
     writeFile(folder.file("Evening.epgconf"), content);
     EXPECT_EQ(defaultFor("/anna"), configuration("Evening")) << content;
   }

@@ -47,6 +47,9 @@ inline PropertyList dictionaryOf(std::vector<PropertyListDictionary::Entry> entr
 
 inline PropertyList arrayOf(PropertyList::Array elements) { return PropertyList(std::move(elements)); }
 
+inline PropertyList dateAt(double unixTime) { return PropertyList::fromDate(Instant::fromUnixTime(unixTime)); }
+inline PropertyList data(const std::string& bytes) { return PropertyList::fromData(bytes); }
+
 /// Arrays, one in another; the innermost is empty.
 inline PropertyList arraysNested(int depth) {
   PropertyList list = arrayOf({});

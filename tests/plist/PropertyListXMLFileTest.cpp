@@ -74,8 +74,8 @@ TEST(XMLPropertyListRefusal, NamesWhatIsWrongWithItsPlace) {
 
 TEST(XMLPropertyListRefusal, IsOfWhateverIsNoDocument) {
   const std::string good = plist("<true/>");
-  for (const std::string& bytes : {std::string("{ a = b; }"), good + "\ngarbage", good + "\n&amp;", good + "\n<",
-                                   good + "\n</plist>", "a" + good}) {
+  for (const std::string& bytes :
+       {good + "\ngarbage", good + "\n&amp;", good + "\n<", good + "\n</plist>", "a" + good}) {
     EXPECT_NE(problemOfXML(bytes), "") << bytes;
   }
   EXPECT_NE(problemOfXML("<plist>\n<array><true/></dict></plist>").find("line 2, column "), std::string::npos);

@@ -43,11 +43,9 @@ void expectContentRefused(const std::string& element, const std::string& content
       << content;
 }
 
-PropertyList dateAt(double unixTime) { return PropertyList::fromDate(Instant::fromUnixTime(unixTime)); }
 PropertyList boolean(bool value) { return PropertyList::fromBoolean(value); }
 PropertyList integer(std::int64_t value) { return PropertyList::fromInteger(value); }
 PropertyList real(double value) { return PropertyList::fromReal(value); }
-PropertyList data(const std::string& bytes) { return PropertyList::fromData(bytes); }
 
 using Reals = std::numeric_limits<double>;
 using Unsigneds = std::numeric_limits<std::uint64_t>;

@@ -151,12 +151,21 @@ TEST(XMLPropertyListWriter, KeysAreReplacedOnlyOnce) {
   EXPECT_EQ(propertyListXML(*back), file);
 }
 
-TEST(XMLPropertyListWriter, TextThatIsNotUTF8GivesNothing) {
-  for (const char* text : {"\xFF", "a\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
-    EXPECT_FALSE(propertyListXML(text)) << text;
-    EXPECT_FALSE(propertyListXML(dictionaryOf({{text, "a"}}))) << text;
-    EXPECT_FALSE(propertyListXML(arrayOf({"a", text}))) << text;
+TEST(XMLPropertyListWriter, WhatIsNotUTF8IsReplaced) {
+  const std::string one = "\xEF\xBF\xBD";
+  for (const char* text : {"\xFF", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
+    EXPECT_EQ(readBack(text), PropertyList(one)) << text;
+    EXPECT_EQ(readBack(dictionaryOf({{text, "a"}})), dictionaryOf({{one, "a"}})) << text;
+    EXPECT_EQ(readBack(arrayOf({"a", text})), arrayOf({"a", one})) << text;
   }
+}
+
+TEST(XMLPropertyListWriter, EntriesWhoseKeysAreReplacedAreAllKept) {
+  const std::string one = "\xEF\xBF\xBD";
+  const auto back = readBack(dictionaryOf({{"\xFE", "1"}, {"\xFF", "2"}, {one, "3"}, {"\x01", "4"}}));
+  ASSERT_TRUE(back);
+  EXPECT_EQ(back->asDictionary()->size(), 4U);
+  EXPECT_EQ(*back->asDictionary()->find(one), PropertyList("3"));
 }
 
 TEST(XMLPropertyListWriter, ForeignValueGivesNothing) {

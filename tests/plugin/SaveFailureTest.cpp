@@ -180,20 +180,14 @@ TEST_F(SaveFailureTest, ALinkInTheFilesPlaceIsReplacedAndNotFollowed) {
   EXPECT_TRUE(S_ISREG(status.st_mode));
 }
 
-TEST_F(SaveFailureTest, ATextThatIsNotUTF8LeavesTheOldFile) {
-  put("bad", {{ZRLEPGDSTitleKey, "caf\xE9"}});
-  expectOldFileAndSilence();
-  EXPECT_EQ(EILSEQ, environment.replacements().back().error);
-  plugin->epgItems()->removeItem("bad");
-  expectNextSaveWorks();
-}
-
-TEST_F(SaveFailureTest, AKeyThatIsNotUTF8LeavesTheOldFile) {
+TEST_F(SaveFailureTest, TextsAndKeysThatAreNotUTF8StopNoSave) {
+  put("bad", {{ZRLEPGDSTitleKey, "caf\xE9"}, {"\xC3", "x"}});
   put("\xFF", {});
-  expectOldFileAndSilence();
-  plugin->epgItems()->removeItem("\xFF");
-  put("bad", {{"\xC3", "x"}});
-  expectOldFileAndSilence();
+  save();
+  EXPECT_EQ(0, environment.replacements().back().error);
+  EXPECT_THAT(storedIDs(), ElementsAre("E1", "bad", "old", "\xEF\xBF\xBD"));
+  EXPECT_THAT(contentOf(storePath()), testing::HasSubstr("<string>caf\xEF\xBF\xBD</string>"));
+  EXPECT_EQ("caf\xE9", textOf(*plugin->epgItems()->item("bad"), ZRLEPGDSTitleKey)) << "the item itself stays";
 }
 
 TEST_F(SaveFailureTest, AValueThatIsNoPropertyListLeavesTheOldFile) {

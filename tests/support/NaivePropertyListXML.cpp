@@ -56,7 +56,7 @@ class Writer {
 
   bool text(const std::string& name, const std::string& content) {
     std::string escaped;
-    if (!appendNaiveXMLText(escaped, content, XMLContext::Text)) return false;
+    appendNaiveXMLText(escaped, naivelyReplaced(content), XMLContext::Text);
     return line("<" + name + ">" + escaped + "</" + name + ">");
   }
 
@@ -128,7 +128,7 @@ class Writer {
     std::map<std::string, PropertyList> carried;
     for (const auto& [key, entry] : entries) {
       const std::string given{std::string_view(key)};
-      std::string name = carriedByXML(given);
+      std::string name = carriedByXML(naivelyReplaced(given));
       while (name != given && taken.count(name) != 0) name += replacementCharacter;
       taken.insert(name);
       carried.emplace(name, entry);

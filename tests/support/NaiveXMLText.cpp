@@ -58,4 +58,18 @@ bool appendNaiveXMLText(std::string& document, const std::string& text, XMLConte
   return true;
 }
 
+std::string naivelyReplaced(const std::string& text) {
+  std::string replaced;
+  for (auto at = text.begin(); at != text.end();) {
+    const auto invalid = utf8::find_invalid(at, text.end());
+    replaced.append(at, invalid);
+    at = invalid;
+    if (at == text.end()) break;
+    replaced += "\xEF\xBF\xBD";
+    ++at;
+    while (at != text.end() && static_cast<unsigned char>(*at) >= 0x80 && static_cast<unsigned char>(*at) < 0xC0) ++at;
+  }
+  return replaced;
+}
+
 }  // namespace epg::test

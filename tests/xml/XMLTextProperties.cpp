@@ -42,6 +42,8 @@ void expectTheSame(const std::string& text) {
   const auto carried = escaped(text, XMLContext::Text, Apostrophes::AsTheyAre);
   if (isLiteralInXML(text)) HOLDS(escaped(text, XMLContext::Attribute, Apostrophes::AsReferences) == text);
   HOLDS(isCarriedByXML(text) == (carried && carriedByXML(text) == text));
+  HOLDS(carriedByXML(text) == carriedByXML(naivelyReplaced(text)));
+  HOLDS(isCarriedByXML(carriedByXML(text)));
 }
 
 TEST(XMLTextProperties, HostileTextsAreEscapedAsInTheNaiveWay) {

@@ -107,7 +107,33 @@ TEST(XMLTextCarried, IsNotWhatXMLDoesNotHave) {
   EXPECT_EQ(carriedByXML(std::string("\0", 1)), "\xEF\xBF\xBD");
 }
 
-TEST(XMLTextCarried, LeavesTextThatIsNotUTF8AsItIs) { EXPECT_EQ(carriedByXML("\x01\xFF"), "\x01\xFF"); }
+TEST(XMLTextCarried, HasTheReplacementCharacterForWhatIsNotUTF8) {
+  const std::string one = "\xEF\xBF\xBD";
+  const struct {
+    std::string text;
+    std::string carried;
+  } rows[] = {{"\xFF", one},
+              {"a\xFF\xFE"
+               "b",
+               "a" + one + one + "b"},
+              {"caf\xE9", "caf" + one},
+              {"\xF0\xC3\xA9", one + "\xC3\xA9"},
+              {"\xE2\x82"
+               "A",
+               one + "A"},
+              {"\xC3\xA9\xC3", "\xC3\xA9" + one},
+              {"\xED\xA0\x80\xED\xB0\x80", one + one},
+              {"\xC0\xAF\x80", one},
+              {"\x01\xFF\xEF\xBF\xBF", one + one + one}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(carriedByXML(row.text), row.carried) << row.text;
+    std::string document;
+    StringSink sink(document);
+    EXPECT_TRUE(appendXMLText(sink, row.text, XMLContext::Text, Apostrophes::AsTheyAre, Malformed::Replaced));
+    sink.flush();
+    EXPECT_EQ(document, row.carried) << row.text;
+  }
+}
 
 TEST(XMLTextCarried, IsWhatIsReadAfterWriting) {
   const std::string text =
