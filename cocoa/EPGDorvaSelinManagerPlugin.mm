@@ -43,9 +43,11 @@ class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
 class PluginOfObject : public epg::EPGDorvaSelinManagerPlugin {
  public:
   PluginOfObject(::EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, const std::string& dataFolderPath,
-                 std::shared_ptr<epg::EPGItemStore> epgItems, std::shared_ptr<epg::EPGItemList> editedItems)
+                 std::shared_ptr<epg::EPGItemStore> epgItems,
+                 const std::optional<epg::Environment::FileInfo>& unreadableStore,
+                 std::shared_ptr<epg::EPGItemList> editedItems)
       : epg::EPGDorvaSelinManagerPlugin(Private(), nullptr, dataFolderPath, epg::cocoa::CocoaEnvironment::shared(),
-                                        std::move(epgItems), std::move(editedItems)),
+                                        std::move(epgItems), unreadableStore, std::move(editedItems)),
         object_(object),
         bundle_([bundle retain]) {}
   ~PluginOfObject() override {
@@ -121,10 +123,11 @@ const std::string noFolder(1, '\0');
 struct EPGDorvaSelinManagerPluginParts {
   EPGDorvaSelinManagerPluginParts(EPGDorvaSelinManagerPlugin* object, NSBundle* bundle, NSString* dataFolderPath) {
     const std::string folder = dataFolderPath != nil ? fromString(dataFolderPath) : noFolder;
-    const auto store = std::make_shared<epg::cocoa::BridgedItemStore>(
-        epg::readItemStore(epg::cocoa::CocoaEnvironment::shared(), epg::itemStorePath(folder)));
+    const epg::ItemStoreContents contents =
+        epg::readItemStore(epg::cocoa::CocoaEnvironment::shared(), epg::itemStorePath(folder));
+    const auto store = std::make_shared<epg::cocoa::BridgedItemStore>(contents.entries);
     epgItems = [epg::cocoa::objectOfStore(store) retain];
-    plugin = std::make_shared<PluginOfObject>(object, bundle, folder, store,
+    plugin = std::make_shared<PluginOfObject>(object, bundle, folder, store, contents.unreadable,
                                               std::make_shared<epg::cocoa::FoundationItemList>([NSMutableArray array]));
     plugin->setDelegate(&delegateCaller);
   }
@@ -145,7 +148,8 @@ struct EPGDorvaSelinManagerPluginParts {
 - (id)initWithBundle:(NSBundle*)bundle dataFolderPath:(NSString*)dataFolderPath {
   self = [super init];
   if (self != nil) {
-    _parts = new EPGDorvaSelinManagerPluginParts(self, bundle, dataFolderPath);
+    EPGDorvaSelinManagerPlugin* const object = self;
+    _parts = calledByHost([&] { return new EPGDorvaSelinManagerPluginParts(object, bundle, dataFolderPath); });
   }
   return self;
 }
@@ -168,11 +172,13 @@ struct EPGDorvaSelinManagerPluginParts {
 }
 
 - (NSString*)exportPath {
-  return toString(_parts->plugin->exportPath());
+  const auto& plugin = *_parts->plugin;
+  return calledByHost([&] { return toString(plugin.exportPath()); });
 }
 
 - (NSArray*)configurationFilenames {
-  return epg::cocoa::toStrings(_parts->plugin->configurationFilenames());
+  const auto& plugin = *_parts->plugin;
+  return calledByHost([&] { return epg::cocoa::toStrings(plugin.configurationFilenames()); });
 }
 
 - (void)setEditedEPGUniqueIDs:(NSArray*)uniqueIDs {
@@ -263,15 +269,18 @@ struct EPGDorvaSelinManagerPluginParts {
 
 - (NSString*)shortDateStringWithDate:(NSDate*)date {
   const std::optional<epg::Instant> instant = optionalDate(date);
-  return instant ? toString(_parts->plugin->shortDateStringWithDate(*instant)) : nil;
+  const auto& plugin = *_parts->plugin;
+  return instant ? calledByHost([&] { return toString(plugin.shortDateStringWithDate(*instant)); }) : nil;
 }
 
 - (NSXMLElement*)dateXMLElementWithDate:(NSDate*)date {
-  return toXMLElement(_parts->plugin->dateXMLElementWithDate(optionalDate(date)));
+  const auto& plugin = *_parts->plugin;
+  return calledByHost([&] { return toXMLElement(plugin.dateXMLElementWithDate(optionalDate(date))); });
 }
 
 - (NSXMLElement*)timeXMLElementWithDate:(NSDate*)date {
-  return toXMLElement(_parts->plugin->timeXMLElementWithDate(optionalDate(date)));
+  const auto& plugin = *_parts->plugin;
+  return calledByHost([&] { return toXMLElement(plugin.timeXMLElementWithDate(optionalDate(date))); });
 }
 
 - (NSXMLElement*)tagsXMLElementWithTags:(NSArray*)tags {
@@ -286,11 +295,12 @@ struct EPGDorvaSelinManagerPluginParts {
   auto& plugin = *_parts->plugin;
   const std::optional<epg::XMLElement> program =
       calledByHost([&] { return plugin.xmlEventWithDictionary(epg::cocoa::fromEvent(event)); });
-  return program ? toXMLElement(*program) : nil;
+  return program ? calledByHost([&] { return toXMLElement(*program); }) : nil;
 }
 
 - (NSError*)errorWithMessage:(NSString*)message {
-  return epg::cocoa::toError(_parts->plugin->errorWithMessage(fromString(message)));
+  const auto& plugin = *_parts->plugin;
+  return calledByHost([&] { return epg::cocoa::toError(plugin.errorWithMessage(fromString(message))); });
 }
 
 - (NSMutableDictionary*)epgItems {
@@ -299,7 +309,7 @@ struct EPGDorvaSelinManagerPluginParts {
 }
 
 - (void)setEpgItems:(NSMutableDictionary*)epgItems {
-  const std::shared_ptr<epg::EPGItemStore> store = epg::cocoa::storeOfObject(epgItems);
+  const std::shared_ptr<epg::EPGItemStore> store = calledByHost([&] { return epg::cocoa::storeOfObject(epgItems); });
   const std::lock_guard<std::mutex> lock(_parts->epgItemsMutex);
   [_parts->epgItems autorelease];
   _parts->epgItems = [epgItems retain];
@@ -312,12 +322,18 @@ struct EPGDorvaSelinManagerPluginParts {
 }
 
 - (void)setEditedItems:(NSMutableArray*)editedItems {
-  _parts->plugin->setEditedItems(editedItems != nil ? std::make_shared<epg::cocoa::FoundationItemList>(editedItems)
-                                                    : nullptr);
+  auto& plugin = *_parts->plugin;
+  calledByHost([&] {
+    plugin.setEditedItems(editedItems != nil ? std::make_shared<epg::cocoa::FoundationItemList>(editedItems) : nullptr);
+  });
 }
 
 + (BOOL)isDate:(NSDate*)first equalToDate:(NSDate*)second {
-  return epg::EPGDorvaSelinManagerPlugin::isDateEqualToDate(optionalDate(first), optionalDate(second)) ? YES : NO;
+  const auto isEqual = [&] {
+    return epg::EPGDorvaSelinManagerPlugin::isDateEqualToDate(optionalDate(first), optionalDate(second),
+                                                              epg::cocoa::CocoaEnvironment::shared());
+  };
+  return calledByHost(isEqual) ? YES : NO;
 }
 
 @end

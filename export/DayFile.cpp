@@ -168,7 +168,7 @@ class ItemsOfEvents {
 bool writeDayFile(ByteSink& file, const LocalCalendar& calendar, const DateFormatter& rootDateFormatter,
                   const EPGItemStore& items, const EventOrder& events, const PlaybackIDHash& hash) {
   const auto rootDate = [&](std::optional<Instant> date) {
-    return date ? rootDateFormatter.stringFromDate(*date) : std::string();
+    return date ? rootDateFormatter.stringFromDate(calendar, *date) : std::string();
   };
   DayFileText text(file);
   text.rootStart(events.empty() ? std::string() : rootDate(events[0].eventEPGStartDateTime),

@@ -3,7 +3,6 @@
 #include "model/EPGItem.h"
 #include "model/KeyConstants.h"
 #include "platform/Environment.h"
-#include "platform/LocalCalendar.h"
 #include "platform/Paths.h"
 #include "plist/PropertyListFile.h"
 
@@ -46,14 +45,6 @@ std::optional<std::string> exportFolder(Environment& environment, const Property
   const auto path = stringValue(configuration, ZRLEPGDSConfigExportPath);
   if (!path) return std::nullopt;
   return expandTilde(environment, std::string(*path));
-}
-
-bool isSameCalendarDay(std::optional<Instant> first, std::optional<Instant> second) {
-  if (!first || !second) return !first && !second;
-  const LocalCalendar calendar;
-  const auto a = calendar.components(*first);
-  const auto b = calendar.components(*second);
-  return a && b && a->year == b->year && a->month == b->month && a->day == b->day;
 }
 
 }  // namespace epg

@@ -29,7 +29,4 @@ PropertyListDictionary exportConfiguration(Environment& environment, const std::
 /// The folder that the configuration names, tilde expanded; nothing without one.
 std::optional<std::string> exportFolder(Environment& environment, const PropertyListDictionary& configuration);
 
-/// Both absent, or the same day of the local calendar.
-bool isSameCalendarDay(std::optional<Instant> first, std::optional<Instant> second);
-
 }  // namespace epg

@@ -16,12 +16,6 @@ namespace epg {
 
 namespace {
 
-std::string folderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos) return ".";
-  return slash == 0 ? "/" : path.substr(0, slash);
-}
-
 const char* const temporarySuffix = ".tmp";
 
 /// Of a name so long that nothing can be added to it only the beginning is used, in whole characters.
@@ -78,7 +72,7 @@ class TemporaryFile {
   TemporaryFile(Environment& environment, const std::string& target)
       : environment_(environment), written_(environment), lock_(environment) {
     static std::atomic<unsigned> counter{0};
-    const std::string start = appendPathComponent(folderOf(target), temporaryPrefix(lastPathComponent(target)));
+    const std::string start = appendPathComponent(parentFolder(target), temporaryPrefix(lastPathComponent(target)));
     // Names of a former process with the same number may stand; each of its files is met once at most.
     for (int i = 0; i < 10 * maximumTries; ++i) {
       path_ = start + std::to_string(::getpid()) + "-" + std::to_string(++counter) + temporarySuffix;
@@ -251,7 +245,7 @@ int takePlace(Environment& environment, TemporaryFile& file, const std::string& 
 
 /// Removes what killed writers of the same target left. Files of living writers are locked and stay.
 void removeLeftFiles(Environment& environment, const std::string& target) {
-  const std::string folder = folderOf(target);
+  const std::string folder = parentFolder(target);
   const std::string prefix = temporaryPrefix(lastPathComponent(target));
   const std::string suffix = temporarySuffix;
   std::vector<std::string> names;
@@ -279,7 +273,7 @@ void removeLeftFiles(Environment& environment, const std::string& target) {
 
 int replace(Environment& environment, const std::string& path, const FileContent& content) {
   OpenFile folder(environment);
-  int error = folder.open(folderOf(path), O_RDONLY | O_DIRECTORY, 0);
+  int error = folder.open(parentFolder(path), O_RDONLY | O_DIRECTORY, 0);
   // A folder that may be written but not read cannot be opened, nor flushed; its files can be replaced all the same.
   if (error != 0 && error != EACCES) return error;
   TemporaryFile file(environment, path);

@@ -12,16 +12,21 @@
 #include <sys/xattr.h>
 #elif defined(__APPLE__)
 #include <sys/acl.h>
+#include <sys/sysctl.h>
 #endif
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <vector>
 
+#include "platform/LocalCalendar.h"
 #include "platform/RepeatedCall.h"
 
 namespace epg {
@@ -158,6 +163,11 @@ int Environment::exchangeFiles(const std::string& one, const std::string& other)
 #endif
 }
 
+int Environment::linkFile(const std::string& from, const std::string& to) {
+  if (holdsZeroByte(from) || holdsZeroByte(to)) return EINVAL;
+  return resultOf(::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0));
+}
+
 int Environment::removeFile(const std::string& path) {
   if (holdsZeroByte(path)) return EINVAL;
   return resultOf(::unlink(path.c_str()));
@@ -192,10 +202,25 @@ int Environment::listFolder(const std::string& path, std::vector<std::string>* n
   return error;
 }
 
+std::uint64_t Environment::memorySize() {
+#ifdef __APPLE__
+  std::uint64_t bytes = 0;
+  std::size_t size = sizeof bytes;
+  return ::sysctlbyname("hw.memsize", &bytes, &size, nullptr, 0) == 0 ? bytes : UINT64_MAX;
+#else
+  const long pages = ::sysconf(_SC_PHYS_PAGES);
+  const long pageSize = ::sysconf(_SC_PAGESIZE);
+  return pages > 0 && pageSize > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize)
+                                   : UINT64_MAX;
+#endif
+}
+
 Instant Environment::now() {
   const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
   return Instant::fromUnixTime(std::chrono::duration<double>(sinceEpoch).count());
 }
+
+std::shared_ptr<const LocalZone> Environment::localZone() { return systemZone(); }
 
 // The body is wanted again where there is no thread. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void Environment::detachThread(std::function<void()> body) {
@@ -232,10 +257,11 @@ int readWholeFile(Environment& environment, const std::string& path, std::string
   error = repeatedWhileInterrupted([&] { return environment.fileInfo(descriptor, &info); });
   // safeguard: not waiting for a pipe in a file's place
   if (error == 0 && info.kind != Environment::FileKind::Regular) error = EINVAL;
+  // safeguard: not reading what memory cannot hold
+  if (error == 0 && info.size > std::min<std::uint64_t>(environment.memorySize(), content->max_size())) error = EFBIG;
   try {
-    // Room at once: a text that grows piece by piece is copied again and again. One that is too large fails as it
-    // grows.
-    if (error == 0 && info.size < content->max_size()) content->reserve(static_cast<std::size_t>(info.size));
+    // Room at once: a text that grows piece by piece is copied again and again.
+    if (error == 0) content->reserve(static_cast<std::size_t>(info.size));
     while (error == 0) {
       std::size_t count = 0;
       error = repeatedWhileInterrupted(
@@ -243,12 +269,16 @@ int readWholeFile(Environment& environment, const std::string& path, std::string
       if (error != 0 || count == 0) break;
       content->append(buffer.data(), count);
     }
+  } catch (const std::bad_alloc&) {
+    error = ENOMEM;
+  } catch (const std::length_error&) {
+    error = EFBIG;
   } catch (...) {
     environment.closeFile(descriptor);
     throw;
   }
   environment.closeFile(descriptor);
-  if (error != 0) content->clear();
+  if (error != 0) std::string().swap(*content);
   return error;
 }
 

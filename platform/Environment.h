@@ -5,17 +5,20 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/Instant.h"
+#include "platform/LocalZone.h"
 
 namespace epg {
 
 /// Everything the system takes from the operating system, in one replaceable place.
 ///
-/// The base class is the real thing (POSIX). A face overrides what its platform does better (threads, log); a test
+/// The base class is the real thing (POSIX). A face, such as the bundle, overrides what its platform knows better (time
+/// zone, home folders, log); a test
 /// overrides what it wants to fail. One object serves any number of plug-in objects, must outlive them and their
 /// threads, and may be called from any thread.
 ///
@@ -59,13 +62,20 @@ class Environment {
   virtual int renameFile(const std::string& from, const std::string& to);
   /// Swaps what stands under two names in one step; ENOTSUP where system or volume cannot.
   virtual int exchangeFiles(const std::string& one, const std::string& other);
+  /// Gives the file a second name on the same volume; a symbolic link gets it itself. EEXIST when the name is taken.
+  virtual int linkFile(const std::string& from, const std::string& to);
   virtual int removeFile(const std::string& path);
   /// Of the path itself: a symbolic link is not followed.
   virtual int pathInfo(const std::string& path, FileInfo* info);
   /// Names in the folder without "." and "..", in the order the system lists them.
   virtual int listFolder(const std::string& path, std::vector<std::string>* names);
 
+  /// Of the machine, in bytes. No file that is larger is read.
+  virtual std::uint64_t memorySize();
+
   virtual Instant now();
+  /// The local time zone as it is now: the C library's, unless a face knows better. Any thread.
+  virtual std::shared_ptr<const LocalZone> localZone();
 
   /// Runs `body` on a new thread that nobody joins. When the system has no thread to give, `body` runs on the
   /// caller's thread before the call returns: late is better than not at all.
@@ -84,7 +94,7 @@ class Environment {
 };
 
 /// The whole content of a regular file. Anything else under that name (a folder, a pipe) fails with EINVAL without
-/// waiting for it.
+/// waiting for it, a file that memory cannot hold with EFBIG or ENOMEM.
 int readWholeFile(Environment& environment, const std::string& path, std::string* content);
 
 }  // namespace epg

@@ -36,12 +36,32 @@ std::int64_t sameTimeBefore2038(std::int64_t seconds) {
          secondsSince1970(CivilDate{year, part, 1, 0, 0, 0});
 }
 
+class SystemZone : public LocalZone {
+ public:
+  explicit SystemZone(SystemTime systemTime) : narrow_(systemTime == SystemTime::ThirtyTwoBits || sizeof(time_t) < 8) {
+    ::tzset();
+  }
+
+  std::optional<std::int64_t> secondsAheadOfUTC(std::int64_t secondsSince1970) const override {
+    std::int64_t countable = secondsSince1970;
+    if (narrow_) {
+      constexpr std::int64_t latest = std::numeric_limits<std::int32_t>::max();
+      if (countable > latest) countable = sameTimeBefore2038(countable);
+      if (countable < -latest) countable = -latest;
+    }
+    const auto systemSeconds = static_cast<time_t>(countable);
+    struct tm local {};
+    if (!::localtime_r(&systemSeconds, &local)) return std::nullopt;
+    return local.tm_gmtoff;
+  }
+
+ private:
+  bool narrow_;
+};
+
 }  // namespace
 
-LocalCalendar::LocalCalendar(SystemTime systemTime)
-    : narrow_(systemTime == SystemTime::ThirtyTwoBits || sizeof(time_t) < 8) {
-  ::tzset();
-}
+std::shared_ptr<const LocalZone> systemZone(SystemTime systemTime) { return std::make_shared<SystemZone>(systemTime); }
 
 std::optional<LocalCalendar::Components> LocalCalendar::components(Instant instant) const {
   const double seconds = std::floor(instant.unixTime());
@@ -50,16 +70,9 @@ std::optional<LocalCalendar::Components> LocalCalendar::components(Instant insta
   if (!(seconds >= first && seconds < end)) return std::nullopt;
 
   const auto wanted = static_cast<std::int64_t>(seconds);
-  std::int64_t countable = wanted;
-  if (narrow_) {
-    constexpr std::int64_t latest = std::numeric_limits<std::int32_t>::max();
-    if (wanted > latest) countable = sameTimeBefore2038(wanted);
-    if (wanted < -latest) countable = -latest;
-  }
-  const auto systemSeconds = static_cast<time_t>(countable);
-  struct tm local {};
-  if (!::localtime_r(&systemSeconds, &local)) return std::nullopt;
-  const CivilDate date = civilDateFromSecondsSince1970(wanted + local.tm_gmtoff);
+  const std::optional<std::int64_t> ahead = zone_->secondsAheadOfUTC(wanted);
+  if (!ahead) return std::nullopt;
+  const CivilDate date = civilDateFromSecondsSince1970(wanted + *ahead);
   Components components;
   components.year = static_cast<int>(date.year);
   components.month = date.month;
@@ -70,8 +83,15 @@ std::optional<LocalCalendar::Components> LocalCalendar::components(Instant insta
   return components;
 }
 
-std::string DateFormatter::stringFromDate(Instant date) const {
-  const std::optional<LocalCalendar::Components> components = LocalCalendar().components(date);
+bool isSameCalendarDay(const LocalCalendar& calendar, std::optional<Instant> first, std::optional<Instant> second) {
+  if (!first || !second) return !first && !second;
+  const auto one = calendar.components(*first);
+  const auto other = calendar.components(*second);
+  return one && other && one->year == other->year && one->month == other->month && one->day == other->day;
+}
+
+std::string DateFormatter::stringFromDate(const LocalCalendar& calendar, Instant date) const {
+  const std::optional<LocalCalendar::Components> components = calendar.components(date);
   if (!components) return {};
   std::string text;
   std::size_t at = 0;

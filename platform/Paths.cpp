@@ -33,6 +33,14 @@ std::string appendPathExtension(const std::string& path, const std::string& exte
   return withoutTrailingSlashes(path) + "." + extension;
 }
 
+std::string parentFolder(const std::string& path) {
+  const std::size_t end = path.find_last_not_of('/');
+  const std::size_t slash = end == std::string::npos ? end : path.find_last_of('/', end);
+  if (slash == std::string::npos) return path.empty() || path[0] != '/' ? "." : "/";
+  const std::size_t parentEnd = path.find_last_not_of('/', slash);
+  return parentEnd == std::string::npos ? "/" : path.substr(0, parentEnd + 1);
+}
+
 std::string lastPathComponent(const std::string& path) {
   const std::string trimmed = withoutTrailingSlashes(path);
   const std::size_t slash = trimmed.rfind('/');

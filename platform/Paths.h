@@ -12,6 +12,8 @@ class Environment;
 std::string appendPathComponent(const std::string& path, const std::string& component);
 /// "a/b" and "x" give "a/b.x".
 std::string appendPathExtension(const std::string& path, const std::string& extension);
+/// The folder that the path's last component lies in; "." of a name alone.
+std::string parentFolder(const std::string& path);
 std::string lastPathComponent(const std::string& path);
 /// Without the dot; empty where there is none. A leading dot starts a hidden name, not an extension.
 std::string pathExtension(const std::string& name);

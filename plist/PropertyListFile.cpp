@@ -1,6 +1,8 @@
 #include "plist/PropertyListFile.h"
 
+#include <cerrno>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "platform/Environment.h"
@@ -22,7 +24,12 @@ std::optional<PropertyListDictionary> readPropertyListDictionary(Environment& en
     if (problem) *problem = std::strerror(error);
     return std::nullopt;
   }
-  const std::optional<PropertyList> list = parsePropertyList(std::move(bytes), problem);
+  std::optional<PropertyList> list;
+  try {
+    list = parsePropertyList(std::move(bytes), problem);
+  } catch (const std::bad_alloc&) {
+    if (problem) *problem = std::strerror(ENOMEM);
+  }
   if (!list) return std::nullopt;
   const PropertyListDictionary* dictionary = list->asDictionary();
   if (!dictionary) {

@@ -44,7 +44,8 @@ bool writePropertyListXML(ByteSink& document, const std::vector<std::string_view
 /// The same as a text; nothing when the value cannot be written.
 std::optional<std::string> propertyListXML(const PropertyList& value);
 
-/// Reads a regular file as a property list whose top level is a dictionary; nothing otherwise.
+/// Reads a regular file as a property list whose top level is a dictionary; nothing otherwise, also when memory does
+/// not suffice for it.
 std::optional<PropertyListDictionary> readPropertyListDictionary(Environment& environment, const std::string& path,
                                                                  std::string* problem = nullptr);
 

@@ -16,6 +16,7 @@
 #include "store/MemoryItem.h"
 #include "store/MemoryItemList.h"
 #include "store/ShardedItemStore.h"
+#include "store/UnreadableStoreFile.h"
 
 namespace epg {
 
@@ -31,9 +32,10 @@ std::string EPGDorvaSelinManagerPlugin::pluginName() { return "EPG DorvaSelin"; 
 
 std::shared_ptr<EPGDorvaSelinManagerPlugin> EPGDorvaSelinManagerPlugin::initWithBundle(
     std::shared_ptr<Bundle> bundle, const std::string& dataFolderPath, Environment& environment) {
-  auto store = std::make_shared<ShardedItemStore>(readItemStore(environment, itemStorePath(dataFolderPath)));
+  const ItemStoreContents contents = readItemStore(environment, itemStorePath(dataFolderPath));
   return std::make_shared<EPGDorvaSelinManagerPlugin>(Private(), std::move(bundle), dataFolderPath, environment,
-                                                      std::move(store), std::make_shared<MemoryItemList>());
+                                                      std::make_shared<ShardedItemStore>(contents.entries),
+                                                      contents.unreadable, std::make_shared<MemoryItemList>());
 }
 
 std::shared_ptr<EPGDorvaSelinManagerPlugin> EPGDorvaSelinManagerPlugin::initWithBundle(
@@ -44,10 +46,12 @@ std::shared_ptr<EPGDorvaSelinManagerPlugin> EPGDorvaSelinManagerPlugin::initWith
 EPGDorvaSelinManagerPlugin::EPGDorvaSelinManagerPlugin(Private /*key*/, std::shared_ptr<Bundle> bundle,
                                                        const std::string& dataFolderPath, Environment& environment,
                                                        std::shared_ptr<EPGItemStore> epgItems,
+                                                       const std::optional<Environment::FileInfo>& unreadableStore,
                                                        std::shared_ptr<EPGItemList> editedItems)
     : environment_(environment),
       bundle_(std::move(bundle)),
       dataFolderPath_(dataFolderPath),
+      unreadableStore_(unreadableStore),
       epgItems_(std::move(epgItems)),
       editedItems_(std::move(editedItems)),
       shortDateFormatter_("yyyyMMdd"),
@@ -141,7 +145,11 @@ void EPGDorvaSelinManagerPlugin::detachSaveThread(const std::shared_ptr<const EP
 void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnapshot& snapshot) {
   busyWriting_ = true;
   try {
-    replaceFile(environment_, storePath(), [&](ByteSink& file) { return writeItemStore(file, snapshot) ? 0 : EILSEQ; });
+    std::optional<std::string> kept;
+    if (unreadableStore_) kept = keepUnreadableStoreFile(environment_, storePath(), *unreadableStore_);
+    const auto content = [&](ByteSink& file) { return writeItemStore(file, snapshot) ? 0 : EILSEQ; };
+    const int error = replaceFile(environment_, storePath(), content);
+    if (error != 0 && kept) environment_.removeFile(*kept);
   } catch (const std::bad_alloc& exception) {
     // safeguard: clearing the mark after an exception
     logFailedSave(exception, ENOMEM);
@@ -288,7 +296,12 @@ void EPGDorvaSelinManagerPlugin::reportExport(bool succeeded, const EPGError* er
 }
 
 bool EPGDorvaSelinManagerPlugin::isDateEqualToDate(std::optional<Instant> first, std::optional<Instant> second) {
-  return isSameCalendarDay(first, second);
+  return isDateEqualToDate(first, second, Environment::standard());
+}
+
+bool EPGDorvaSelinManagerPlugin::isDateEqualToDate(std::optional<Instant> first, std::optional<Instant> second,
+                                                   Environment& environment) {
+  return isSameCalendarDay(LocalCalendar(environment.localZone()), first, second);
 }
 
 // The day file.
@@ -303,28 +316,29 @@ bool EPGDorvaSelinManagerPlugin::writeXMLFileWithEvents(const std::vector<EPGEve
 }
 
 bool EPGDorvaSelinManagerPlugin::writeXMLFile(const EventOrder& events, Instant date) const {
-  const std::string name = shortDateStringWithDate(date);
+  const LocalCalendar calendar(environment_.localZone());
+  const std::string name = shortDateFormatter_.stringFromDate(calendar, date);
   const std::optional<std::string> folder = exportPath();
   // Without a folder the file would land wherever the host happens to have been started.
   if (!folder || folder->empty() || name.empty()) return false;
   const std::shared_ptr<const EPGItemStore> items = this->items();
   const auto content = [&](ByteSink& file) {
-    const bool isWhole = writeDayFile(file, LocalCalendar(), dorvaSelinDateFormatter_, *items, events, playbackHash());
+    const bool isWhole = writeDayFile(file, calendar, dorvaSelinDateFormatter_, *items, events, playbackHash());
     return isWhole ? 0 : EILSEQ;
   };
   return replaceFile(environment_, appendPathComponent(*folder, name + ".xml"), content) == 0;
 }
 
 std::string EPGDorvaSelinManagerPlugin::shortDateStringWithDate(Instant date) const {
-  return shortDateFormatter_.stringFromDate(date);
+  return shortDateFormatter_.stringFromDate(LocalCalendar(environment_.localZone()), date);
 }
 
 XMLElement EPGDorvaSelinManagerPlugin::dateXMLElementWithDate(std::optional<Instant> date) const {
-  return epg::dateXMLElementWithDate(LocalCalendar(), date);
+  return epg::dateXMLElementWithDate(LocalCalendar(environment_.localZone()), date);
 }
 
 XMLElement EPGDorvaSelinManagerPlugin::timeXMLElementWithDate(std::optional<Instant> date) const {
-  return epg::timeXMLElementWithDate(LocalCalendar(), date);
+  return epg::timeXMLElementWithDate(LocalCalendar(environment_.localZone()), date);
 }
 
 XMLElement EPGDorvaSelinManagerPlugin::tagsXMLElementWithTags(const PropertyList::Elements* tags) const {
@@ -332,7 +346,7 @@ XMLElement EPGDorvaSelinManagerPlugin::tagsXMLElementWithTags(const PropertyList
 }
 
 std::optional<XMLElement> EPGDorvaSelinManagerPlugin::xmlEventWithDictionary(const EPGEvent& event) const {
-  return epg::xmlEventWithDictionary(LocalCalendar(), *items(), event, playbackHash());
+  return epg::xmlEventWithDictionary(LocalCalendar(environment_.localZone()), *items(), event, playbackHash());
 }
 
 PlaybackIDHash EPGDorvaSelinManagerPlugin::playbackHash() const {

@@ -16,13 +16,12 @@
 #include "export/XMLElement.h"
 #include "model/EPGItemList.h"
 #include "model/EPGItemStore.h"
+#include "platform/Environment.h"
 #include "platform/LocalCalendar.h"
 #include "plugin/ObjectEnd.h"
 #include "plugin/TelvarinManagerEPGPluginProtocol.h"
 
 namespace epg {
-
-class Environment;
 
 /// The plug-in: item store and its file, editing session, day export.
 ///
@@ -52,6 +51,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   /// be held by a shared pointer.
   EPGDorvaSelinManagerPlugin(Private, std::shared_ptr<Bundle> bundle, const std::string& dataFolderPath,
                              Environment& environment, std::shared_ptr<EPGItemStore> epgItems,
+                             const std::optional<Environment::FileInfo>& unreadableStore,
                              std::shared_ptr<EPGItemList> editedItems);
   EPGDorvaSelinManagerPlugin(const EPGDorvaSelinManagerPlugin&) = delete;
   EPGDorvaSelinManagerPlugin& operator=(const EPGDorvaSelinManagerPlugin&) = delete;
@@ -107,8 +107,9 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::shared_ptr<EPGItemList> editedItems() const;
   void setEditedItems(std::shared_ptr<EPGItemList> editedItems);
 
-  /// Same day of the local calendar; two absent dates are equal.
+  /// Same day of the local calendar, the standard environment's without one; two absent dates are equal.
   static bool isDateEqualToDate(std::optional<Instant> first, std::optional<Instant> second);
+  static bool isDateEqualToDate(std::optional<Instant> first, std::optional<Instant> second, Environment& environment);
 
   /// Whether a save is writing, or an export is running, at this moment.
   bool busyWriting() const { return busyWriting_; }
@@ -155,6 +156,7 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::atomic<TelvarinManagerEPGPluginProtocol_Delegate*> delegate_{nullptr};
   std::shared_ptr<Bundle> bundle_;
   const std::string dataFolderPath_;
+  const std::optional<Environment::FileInfo> unreadableStore_;  ///< The store file at the start, if it was unreadable.
 
   mutable std::mutex fieldsMutex_;  ///< Guards the three references below, not what they refer to.
   std::shared_ptr<EPGItemStore> epgItems_;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/Paths.h"
@@ -12,6 +13,7 @@
 #include "store/ItemValues.h"
 #include "store/MemoryItem.h"
 #include "store/Prefetch.h"
+#include "store/UnreadableStoreFile.h"
 
 namespace epg {
 
@@ -114,8 +116,12 @@ std::string itemStorePath(const std::string& dataFolderPath) {
   return appendPathComponent(dataFolderPath, "EPGItems.plist");
 }
 
-PropertyListDictionary readItemStore(Environment& environment, const std::string& path) {
-  return readPropertyListDictionary(environment, path).value_or(PropertyListDictionary());
+ItemStoreContents readItemStore(Environment& environment, const std::string& path) {
+  // Before it is read: what comes in its place in between is not what could not be read.
+  const std::optional<Environment::FileInfo> file = unreadableStoreFile(environment, path);
+  std::optional<PropertyListDictionary> entries = readPropertyListDictionary(environment, path);
+  if (entries) return {std::move(*entries), std::nullopt};
+  return {PropertyListDictionary(), file};
 }
 
 bool writeItemStore(ByteSink& file, const EPGItemStoreSnapshot& snapshot) {

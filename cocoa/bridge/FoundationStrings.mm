@@ -1,35 +1,21 @@
 #import "cocoa/bridge/FoundationValues.h"
 
+#include <utf8.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+
+#include "xml/Surrogates.h"
 
 namespace epg::cocoa {
 
 namespace {
 
-bool isLeadSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isTrailSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 bool standsForByte(char32_t unit) { return unit >= 0xDC80 && unit <= 0xDCFF; }
 
-char byteOf(char32_t bits) { return static_cast<char>(static_cast<unsigned char>(bits)); }
-
-void appendUTF8(std::string& text, char32_t codePoint) {
-  if (codePoint < 0x80) {
-    text += byteOf(codePoint);
-  } else if (codePoint < 0x800) {
-    text += byteOf(0xC0 | codePoint >> 6);
-    text += byteOf(0x80 | (codePoint & 0x3F));
-  } else if (codePoint < 0x10000) {
-    text += byteOf(0xE0 | codePoint >> 12);
-    text += byteOf(0x80 | (codePoint >> 6 & 0x3F));
-    text += byteOf(0x80 | (codePoint & 0x3F));
-  } else {
-    text += byteOf(0xF0 | codePoint >> 18);
-    text += byteOf(0x80 | (codePoint >> 12 & 0x3F));
-    text += byteOf(0x80 | (codePoint >> 6 & 0x3F));
-    text += byteOf(0x80 | (codePoint & 0x3F));
-  }
-}
+/// Of a surrogate, too, the bytes that its number would have.
+void appendUTF8(std::string& text, char32_t codePoint) { utf8::unchecked::append(codePoint, std::back_inserter(text)); }
 
 /// The code point (a surrogate too) that starts at `position`, which moves behind it. A byte that starts none is
 /// taken alone.
@@ -72,13 +58,21 @@ char32_t takeCodePoint(std::string_view text, std::size_t& position) {
   return codePoint;
 }
 
-/// GNUstep makes no string of units that are no Unicode at once, but puts one together from its parts.
-NSString* stringOfAnyUnits(const std::vector<unichar>& units) {
-  NSMutableString* string = [NSMutableString stringWithCapacity:units.size()];
+bool isByteOrderMark(unichar unit) { return unit == 0xFEFF || unit == 0xFFFE; }
+
+NSString* stringOfUnits(const std::vector<unichar>& units) {
+  // No units may have no address, which is documented to raise.
+  if (units.empty()) return @"";
+  // GNUstep takes a mark away from the beginning of a string, and swaps the rest by it.
+  NSString* string =
+      isByteOrderMark(units.front()) ? nil : [NSString stringWithCharacters:units.data() length:units.size()];
+  if (string != nil) return string;
+  // Nor does it make a string of units that are no Unicode at once; it puts one together from its parts.
+  NSMutableString* parts = [NSMutableString stringWithCapacity:units.size()];
   for (const unichar unit : units) {
-    [string appendFormat:@"%C", unit];
+    [parts appendFormat:@"%C", unit];
   }
-  return string;
+  return parts;
 }
 
 }  // namespace
@@ -93,10 +87,10 @@ std::string fromString(NSString* string) {
   text.reserve(length);
   for (std::size_t index = 0; index < length; ++index) {
     const char32_t unit = units[index];
-    if (isLeadSurrogate(unit) && index + 1 < length && isTrailSurrogate(units[index + 1])) {
-      appendUTF8(text, 0x10000 + ((unit - 0xD800) << 10) + (units[++index] - 0xDC00U));
+    if (isHighSurrogate(unit) && index + 1 < length && isLowSurrogate(units[index + 1])) {
+      appendUTF8(text, characterOfSurrogates(unit, units[++index]));
     } else if (standsForByte(unit)) {
-      text += byteOf(unit);
+      text += static_cast<char>(unit & 0xFF);
     } else {
       appendUTF8(text, unit);
     }
@@ -116,8 +110,7 @@ NSString* toString(std::string_view text) {
       units.push_back(static_cast<unichar>(0xDC00 + ((codePoint - 0x10000) & 0x3FF)));
     }
   }
-  NSString* string = [NSString stringWithCharacters:units.data() length:units.size()];
-  return string != nil ? string : stringOfAnyUnits(units);
+  return stringOfUnits(units);
 }
 
 NSString* toString(const std::string& text) { return toString(std::string_view(text)); }

@@ -17,15 +17,6 @@ namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-/// "a" for "a/b", "." for "a", "/" for "/a".
-std::string parentFolder(const std::string& path) {
-  const std::size_t end = path.find_last_not_of('/');
-  const std::size_t slash = end == std::string::npos ? end : path.find_last_of('/', end);
-  if (slash == std::string::npos) return path.empty() || path[0] != '/' ? "." : "/";
-  const std::size_t parentEnd = path.find_last_not_of('/', slash);
-  return parentEnd == std::string::npos ? "/" : path.substr(0, parentEnd + 1);
-}
-
 /// Without this a power failure could lose a folder that was just made in `path`. An error is no reason to give up: the
 /// folder can be used nevertheless.
 void flushFolder(Environment& environment, const std::string& path) {

@@ -197,6 +197,10 @@ NSDate* BundleUser::localDate(int year, int month, int day, int hour, int minute
   parts.tm_mday = day;
   parts.tm_hour = hour;
   parts.tm_min = minute;
-  parts.tm_isdst = -1;
-  return [NSDate dateWithTimeIntervalSince1970:static_cast<NSTimeInterval>(mktime(&parts))];
+  NSTimeZone* zone = [NSTimeZone defaultTimeZone];
+  const NSInteger inUTC = timegm(&parts);
+  const auto date = [&](NSInteger seconds) {
+    return [NSDate dateWithTimeIntervalSince1970:static_cast<NSTimeInterval>(seconds)];
+  };
+  return date(inUTC - [zone secondsFromGMTForDate:date(inUTC - [zone secondsFromGMTForDate:date(inUTC)])]);
 }

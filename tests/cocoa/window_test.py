@@ -82,6 +82,7 @@ class Display:
             "DISPLAY": f":{name}",
             "HOME": str(folder),
             "TZ": "UTC",
+            "GNUSTEP_TZ": "UTC",
             "LANG": "C.UTF-8",
             "GNUSTEP_USER_ROOT": str(folder / "GNUstep"),
         }

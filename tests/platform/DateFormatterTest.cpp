@@ -13,7 +13,8 @@ namespace epg::test {
 namespace {
 
 std::string formatted(const std::string& format, const CivilDate& utc) {
-  return DateFormatter(format).stringFromDate(Instant::fromUnixTime(static_cast<double>(secondsSince1970(utc))));
+  return DateFormatter(format).stringFromDate(LocalCalendar(),
+                                              Instant::fromUnixTime(static_cast<double>(secondsSince1970(utc))));
 }
 
 TEST(DateFormatter, WritesThePartsThatTheFormatNames) {
@@ -48,9 +49,9 @@ TEST(DateFormatter, FollowsAChangeOfTheZoneBetweenTwoDates) {
   const TimeZone here("Asia/Tokyo");
   const DateFormatter formatter("dd");
   const Instant date = Instant::fromUnixTime(15 * 3600);
-  EXPECT_EQ(formatter.stringFromDate(date), "02");
+  EXPECT_EQ(formatter.stringFromDate(LocalCalendar(), date), "02");
   changeZoneTo("UTC");
-  EXPECT_EQ(formatter.stringFromDate(date), "01");
+  EXPECT_EQ(formatter.stringFromDate(LocalCalendar(), date), "01");
 }
 
 TEST(DateFormatter, MidnightBelongsToTheNewDay) {
@@ -61,9 +62,9 @@ TEST(DateFormatter, MidnightBelongsToTheNewDay) {
 
 TEST(DateFormatter, IsEmptyForWhatIsNoTime) {
   const DateFormatter formatter("yyyyMMdd");
-  EXPECT_EQ(formatter.stringFromDate(Instant{std::nan("")}), "");
-  EXPECT_EQ(formatter.stringFromDate(Instant{std::numeric_limits<double>::infinity()}), "");
-  EXPECT_EQ(formatter.stringFromDate(Instant{-1e300}), "");
+  EXPECT_EQ(formatter.stringFromDate(LocalCalendar(), Instant{std::nan("")}), "");
+  EXPECT_EQ(formatter.stringFromDate(LocalCalendar(), Instant{std::numeric_limits<double>::infinity()}), "");
+  EXPECT_EQ(formatter.stringFromDate(LocalCalendar(), Instant{-1e300}), "");
 }
 
 }  // namespace

@@ -29,8 +29,8 @@ std::string text(const std::optional<LocalCalendar::Components>& components) {
   return stream.str();
 }
 
-std::string local(double unixTime, LocalCalendar::SystemTime systemTime = LocalCalendar::SystemTime::Natural) {
-  return text(LocalCalendar(systemTime).components(Instant::fromUnixTime(unixTime)));
+std::string local(double unixTime, SystemTime systemTime = SystemTime::Natural) {
+  return text(LocalCalendar(systemZone(systemTime)).components(Instant::fromUnixTime(unixTime)));
 }
 
 /// Local minus universal time, in seconds.
@@ -163,7 +163,7 @@ void expectSameInBothBetween(double first, double last) {
   std::uniform_real_distribution<double> seconds(first, last);
   for (int i = 0; i < 20000; ++i) {
     const double time = seconds(random);
-    ASSERT_EQ(local(time, LocalCalendar::SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
+    ASSERT_EQ(local(time, SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
   }
 }
 
@@ -176,7 +176,7 @@ TEST_P(SteadyZone, NarrowSystemTimeTellsTheSameTimesFrom1902Until2300) {
 TEST_P(SteadyZone, NarrowSystemTimeTellsEveryHourOf2040TheSame) {
   const TimeZone here(GetParam());
   for (double time = utc(2040, 1, 1); time < utc(2041, 1, 1); time += 1800) {
-    ASSERT_EQ(local(time, LocalCalendar::SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
+    ASSERT_EQ(local(time, SystemTime::ThirtyTwoBits), local(time)) << std::fixed << time;
   }
 }
 
@@ -192,7 +192,7 @@ INSTANTIATE_TEST_SUITE_P(LocalCalendar, SteadyZone,
 
 TEST(NarrowSystemTime, GoesOnAcrossItsOwnEnd) {
   const TimeZone here("Europe/Rome");
-  constexpr auto narrow = LocalCalendar::SystemTime::ThirtyTwoBits;
+  constexpr auto narrow = SystemTime::ThirtyTwoBits;
   EXPECT_EQ(local(2147483647, narrow), "2038-1-19 4:14:7");
   EXPECT_EQ(local(2147483648.0, narrow), "2038-1-19 4:14:8");
   EXPECT_EQ(local(-2147483647, narrow), "1901-12-13 21:45:53");
@@ -200,12 +200,12 @@ TEST(NarrowSystemTime, GoesOnAcrossItsOwnEnd) {
 
 TEST(NarrowSystemTime, KeepsTheFirstOffsetBeforeItsBeginning) {
   const TimeZone here("America/New_York");
-  EXPECT_EQ(local(utc(1850, 1, 1, 12), LocalCalendar::SystemTime::ThirtyTwoBits), "1850-1-1 7:0:0");
+  EXPECT_EQ(local(utc(1850, 1, 1, 12), SystemTime::ThirtyTwoBits), "1850-1-1 7:0:0");
 }
 
 TEST(NarrowSystemTime, CountsAsFarAsTheWideOne) {
   const TimeZone here("UTC");
-  constexpr auto narrow = LocalCalendar::SystemTime::ThirtyTwoBits;
+  constexpr auto narrow = SystemTime::ThirtyTwoBits;
   EXPECT_EQ(local(utc(99999, 2, 28, 1, 2, 3), narrow), "99999-2-28 1:2:3");
   EXPECT_EQ(local(utc(96000, 2, 29, 1, 2, 3), narrow), "96000-2-29 1:2:3");
   EXPECT_EQ(local(utc(-99999, 1, 1), narrow), "-99999-1-1 0:0:0");

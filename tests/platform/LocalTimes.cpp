@@ -11,7 +11,7 @@
 #include "platform/LocalCalendar.h"
 
 int main(int argc, char** argv) {
-  using SystemTime = epg::LocalCalendar::SystemTime;
+  using epg::SystemTime;
   const bool narrow = argc > 1 && std::string(argv[1]) == "narrow";
   std::ios::sync_with_stdio(false);
   std::string line;
@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
     double unixTime = 0;
     if (!(fields >> zone >> unixTime)) return 1;
     ::setenv("TZ", zone.c_str(), 1);
-    const auto local = epg::LocalCalendar(narrow ? SystemTime::ThirtyTwoBits : SystemTime::Natural)
+    const auto local = epg::LocalCalendar(epg::systemZone(narrow ? SystemTime::ThirtyTwoBits : SystemTime::Natural))
                            .components(epg::Instant::fromUnixTime(unixTime));
     if (local) {
       std::cout << local->year << ' ' << local->month << ' ' << local->day << ' ' << local->hour << ' ' << local->minute

@@ -44,6 +44,27 @@ TEST_F(ReadWholeFile, FollowsALink) {
   EXPECT_EQ(content, "real");
 }
 
+TEST_F(ReadWholeFile, FileThatMemoryCannotHoldIsAnError) {
+  class SmallMachine : public Environment {
+   public:
+    std::uint64_t memorySize() override { return 3; }
+  };
+  SmallMachine machine;
+  writeFile(path, "abc");
+  EXPECT_EQ(readWholeFile(machine, path, &content), 0);
+  writeFile(path, "abcd");
+  EXPECT_EQ(readWholeFile(machine, path, &content), EFBIG);
+  EXPECT_EQ(content, "");
+}
+
+TEST_F(ReadWholeFile, FileOfEightTebibytesIsAnErrorAtOnce) {
+  writeFile(path, "{");
+  if (::truncate(path.c_str(), off_t{8} << 40) != 0)
+    GTEST_SKIP() << "NOT TESTED: no file of this size can be made here";
+  EXPECT_EQ(read(), EFBIG);
+  EXPECT_EQ(content, "");
+}
+
 TEST_F(ReadWholeFile, MissingFileIsAnError) {
   EXPECT_EQ(read(), ENOENT);
   EXPECT_EQ(content, "");

@@ -92,6 +92,14 @@ TEST_F(CreationTest, TheNextSaveReplacesAnUnreadableStoreFile) {
   EXPECT_THAT(storedIDs(), ElementsAre("E1"));
 }
 
+TEST_F(CreationTest, AStoreFileThatMemoryCannotHoldGivesAnEmptyStoreWithoutAWord) {
+  writeStoreFile({{"E1", dictionaryOf({})}});
+  environment.setMemorySize(10);
+  start();
+  EXPECT_EQ(0U, plugin->epgItems()->size());
+  EXPECT_THAT(environment.logged(), IsEmpty());
+}
+
 TEST_F(CreationTest, APipeInTheStoreFilesPlaceIsNotWaitedFor) {
   ASSERT_EQ(0, ::mkfifo(storePath().c_str(), 0666));
   start();

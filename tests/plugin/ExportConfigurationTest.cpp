@@ -46,6 +46,11 @@ TEST_F(ExportConfigurationTest, AMissingOrUnreadableFileExportsToTheDesktopWitho
   EXPECT_THAT(environment.logged(), IsEmpty());
 }
 
+TEST_F(ExportConfigurationTest, AFileThatMemoryCannotHoldExportsToTheDesktop) {
+  environment.setMemorySize(10);
+  expectExportTo(desktop(), "Test");
+}
+
 TEST_F(ExportConfigurationTest, APipeInTheFilesPlaceIsNotWaitedFor) {
   ASSERT_EQ(0, ::mkfifo((dataFolder + "/Pipe.epgconf").c_str(), 0666));
   expectExportTo(desktop(), "Pipe");

@@ -91,6 +91,11 @@ int FaultyEnvironment::exchangeFiles(const std::string& one, const std::string& 
   return error != 0 ? error : Environment::exchangeFiles(one, other);
 }
 
+int FaultyEnvironment::linkFile(const std::string& from, const std::string& to) {
+  const int error = begin("linkFile", to);
+  return error != 0 ? error : Environment::linkFile(from, to);
+}
+
 int FaultyEnvironment::removeFile(const std::string& path) {
   const int error = begin("removeFile", path);
   return error != 0 ? error : Environment::removeFile(path);

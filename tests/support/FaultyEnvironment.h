@@ -48,6 +48,7 @@ class FaultyEnvironment : public Environment {
   int closeFile(int descriptor) override;
   int renameFile(const std::string& from, const std::string& to) override;
   int exchangeFiles(const std::string& one, const std::string& other) override;
+  int linkFile(const std::string& from, const std::string& to) override;
   int removeFile(const std::string& path) override;
   int pathInfo(const std::string& path, FileInfo* info) override;
   int listFolder(const std::string& path, std::vector<std::string>* names) override;

@@ -53,7 +53,7 @@ std::optional<std::string> naiveDayFile(const LocalCalendar& calendar, const Dat
                                         const EPGItemStore& items, const std::vector<EPGEvent>& events,
                                         const PlaybackIDHash& hash) {
   const auto rootDate = [&](std::optional<Instant> date) {
-    return date ? rootDateFormatter.stringFromDate(*date) : std::string();
+    return date ? rootDateFormatter.stringFromDate(calendar, *date) : std::string();
   };
   XMLElement root;
   root.name = "programs";

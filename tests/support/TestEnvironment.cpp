@@ -152,6 +152,11 @@ int TestEnvironment::exchangeFiles(const std::string& one, const std::string& ot
   return Environment::exchangeFiles(one, other);
 }
 
+int TestEnvironment::linkFile(const std::string& from, const std::string& to) {
+  if (const int error = run(Call::Link, to)) return error;
+  return Environment::linkFile(from, to);
+}
+
 int TestEnvironment::removeFile(const std::string& path) {
   if (const int error = run(Call::Remove, path)) return error;
   return Environment::removeFile(path);

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -31,6 +33,7 @@ class TestEnvironment : public Environment {
     SetMode,
     Flush,
     Rename,
+    Link,
     Exchange,
     Remove,
     PathInfo,
@@ -49,6 +52,7 @@ class TestEnvironment : public Environment {
   void letAllCallsPass();
 
   void setNow(Instant now);
+  void setMemorySize(std::uint64_t bytes) { memorySize_ = bytes; }
   void setHomeFolder(const std::string& path);
   void setHomeFolderOfUser(const std::string& user, const std::string& path);
   /// What every folder lists from now on, in this order.
@@ -80,12 +84,14 @@ class TestEnvironment : public Environment {
   int closeFile(int descriptor) override;
   int renameFile(const std::string& from, const std::string& to) override;
   int exchangeFiles(const std::string& one, const std::string& other) override;
+  int linkFile(const std::string& from, const std::string& to) override;
   int removeFile(const std::string& path) override;
   int pathInfo(const std::string& path, FileInfo* info) override;
   int listFolder(const std::string& path, std::vector<std::string>* names) override;
   Instant now() override;
   void detachThread(std::function<void()> body) override;
   void log(const std::string& line) override;
+  std::uint64_t memorySize() override { return memorySize_; }
   std::string homeFolder() override;
   std::optional<std::string> homeFolderOfUser(const std::string& user) override;
   void fileReplaced(const std::string& path, int error) override;
@@ -105,6 +111,7 @@ class TestEnvironment : public Environment {
   std::vector<Rule> rules_;
   std::map<int, std::string> openPaths_;
   Instant now_ = Instant::fromUnixTime(1330880400);  // 4 March 2012, 17:00 UTC
+  std::atomic<std::uint64_t> memorySize_{Environment::memorySize()};
   std::optional<std::string> homeFolder_;
   std::map<std::string, std::string> homeFolders_;
   std::optional<std::vector<std::string>> listing_;
