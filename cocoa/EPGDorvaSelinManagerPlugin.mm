@@ -32,7 +32,11 @@ class DelegateCaller : public epg::TelvarinManagerEPGPluginProtocol_Delegate {
   void epgExportEventCompleted(bool succeeded, const epg::EPGError* error) override {
     const id current = delegate();
     if (![current respondsToSelector:@selector(epgExportEventCompleted:error:)]) return;
-    [current epgExportEventCompleted:succeeded ? YES : NO error:error != nullptr ? epg::cocoa::toError(*error) : nil];
+    NSError* const object = error != nullptr ? epg::cocoa::toError(*error) : nil;
+    // The export is over, and on its thread there is nobody whom an exception would tell anything.
+    NSException* const raised =
+        epg::cocoa::exceptionRaisedBy([&] { [current epgExportEventCompleted:succeeded ? YES : NO error:object]; });
+    if (raised != nil) NSLog(@"The delegate raised an exception when it was told of an export (%@)", raised);
   }
 
  private:

@@ -82,6 +82,7 @@ void forgetDataSource(NSView* view, id dataSource) {
   // The host may go on showing the view.
   forgetDataSource(_loadedView, self);
   delete _parts;
+  _parts = nullptr;
   [super dealloc];
 }
 
@@ -168,10 +169,11 @@ void forgetDataSource(NSView* view, id dataSource) {
     setObjectValue:(id)value
     forTableColumn:(NSTableColumn*)column
                row:(NSInteger)row {
+  if (![value respondsToSelector:@selector(intValue)]) return;
   auto& controller = _parts->controller;
   const epg::TableView* const table = [self coreTableView:tableView];
   calledByHost([&] {
-    controller.tableViewSetObjectValue(table, [value respondsToSelector:@selector(intValue)] ? [value intValue] : 0,
+    controller.tableViewSetObjectValue(table, [value intValue],
                                        epg::cocoa::optionalString([column identifier]).value_or(""), row);
   });
 }

@@ -104,7 +104,7 @@ class TemporaryFile {
   const Environment::FileInfo& info() const { return info_; }
 
   /// No file stands under the temporary name any more.
-  void isGone() { exists_ = false; }
+  void noteGone() { exists_ = false; }
 
  private:
   /// False when another writer, tidying up between the creation and the lock, took the file for a left one.
@@ -228,7 +228,7 @@ int takePlace(Environment& environment, TemporaryFile& file, const std::string& 
   // Without an exchange, or when somebody has just removed what was to be exchanged.
   if (error == ENOTSUP || error == ENOENT) {
     error = repeatedWhileInterrupted([&] { return environment.renameFile(file.path(), target); });
-    if (error == 0) file.isGone();
+    if (error == 0) file.noteGone();
   }
   if (error != 0) return error;
   // safeguard: flush of the folder

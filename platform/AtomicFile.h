@@ -28,7 +28,7 @@ using FileContent = std::function<int(ByteSink&)>;
 /// symbolic link under the name is itself replaced, never followed, so nothing outside the folder is written. Temporary
 /// files that killed writers of the same target left are removed.
 ///
-/// Any number of threads and processes may replace the same file at once; the last rename wins.
+/// Any number of threads and processes may replace the same file at once; the last one wins.
 int replaceFile(Environment& environment, const std::string& path, const FileContent& content);
 int replaceFile(Environment& environment, const std::string& path, std::string_view content);
 

@@ -13,11 +13,6 @@
 
 namespace epg {
 
-const std::string_view xmlPropertyListHeader =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-    "<plist version=\"1.0\">\n";
-
 namespace {
 
 /// Reads one value after another straight out of the text. The first thing that is not as expected ends the reading.
@@ -53,7 +48,7 @@ class FastReader {
     return rareValue();
   }
 
-  std::optional<PropertyList> rareValue() {
+  [[gnu::noinline]] std::optional<PropertyList> rareValue() {
     if (take("<array/>")) return PropertyList(PropertyList::Elements());
     if (take("<dict/>")) return PropertyList(PropertyListDictionary());
     if (take("<true/>")) return PropertyList::fromBoolean(true);

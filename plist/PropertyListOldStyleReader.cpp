@@ -136,7 +136,7 @@ class OldStyleReader {
     return read;
   }
 
-  std::optional<PropertyList> failure(std::size_t at, const char* what) {
+  [[gnu::noinline]] std::optional<PropertyList> failure(std::size_t at, const char* what) {
     if (problem_) *problem_ = placeOf(at) + ": " + what;
     return std::nullopt;
   }
@@ -224,7 +224,7 @@ class OldStyleReader {
     return std::nullopt;
   }
 
-  std::optional<SharedText> quotedText() {
+  [[gnu::noinline]] std::optional<SharedText> quotedText() {
     const std::size_t start = at_;
     const char quote = text_[at_++];
     const char ends[] = {quote, '\\', '\0'};
@@ -278,7 +278,7 @@ class OldStyleReader {
     return result;
   }
 
-  std::optional<PropertyList> dataOrTypedValue() {
+  [[gnu::noinline]] std::optional<PropertyList> dataOrTypedValue() {
     const std::size_t start = at_;
     const std::size_t end = text_.find('>', at_);
     if (end == std::string_view::npos) return failure(start, "'>' is missing");

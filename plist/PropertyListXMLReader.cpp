@@ -38,12 +38,21 @@ class XMLValueReader {
 
   std::optional<PropertyList> value(pugi::xml_node element, int depth) {
     const bool isArray = isNamed(element, "array");
-    if (isArray || isNamed(element, "dict")) {
-      // safeguard: the limit on depth
-      if (depth > PropertyList::maximumDepth) return failure(element, "nested too deep");
-      if (!XMLReader::holdsNoText(element)) return failure(element, "text between the values of a container");
-      return isArray ? array(element, depth) : dictionary(element, depth);
-    }
+    if (!isArray && !isNamed(element, "dict")) return scalar(element);
+    // safeguard: the limit on depth
+    if (depth > PropertyList::maximumDepth) return failure(element, "nested too deep");
+    if (!XMLReader::holdsNoText(element)) return failure(element, "text between the values of a container");
+    return isArray ? array(element, depth) : dictionary(element, depth);
+  }
+
+  [[gnu::noinline]] std::optional<PropertyList> failure(pugi::xml_node node, std::string_view what) {
+    if (problem_) problem_->assign(document_.place(node)).append(": ").append(what);
+    return std::nullopt;
+  }
+
+ private:
+  /// By itself, so that what it needs is not on the stack once for each container around it.
+  [[gnu::noinline]] std::optional<PropertyList> scalar(pugi::xml_node element) {
     const std::string name = element.name();
     const std::optional<PropertyListScalar> scalar = scalarOf(element);
     if (!scalar && name != "string") return failure(element, "<" + name + "> is no property-list value");
@@ -56,14 +65,8 @@ class XMLValueReader {
     return failure(element, isBoolean ? "text inside <" + name + ">" : "the content is no " + name);
   }
 
-  std::optional<PropertyList> failure(pugi::xml_node node, const std::string& what) {
-    if (problem_) *problem_ = document_.place(node) + ": " + what;
-    return std::nullopt;
-  }
-
- private:
   /// The text of an element that must hold nothing else. Lives until the next is asked for.
-  std::optional<std::string_view> textOf(pugi::xml_node element) {
+  [[gnu::noinline]] std::optional<std::string_view> textOf(pugi::xml_node element) {
     if (element.find_child(isElement)) {
       failure(element, "an element inside <" + std::string(element.name()) + ">");
       return std::nullopt;

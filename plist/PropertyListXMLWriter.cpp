@@ -15,6 +15,11 @@
 
 namespace epg {
 
+const std::string_view xmlPropertyListHeader =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<plist version=\"1.0\">\n";
+
 namespace {
 
 /// The dictionary under the keys that XML can carry. Keys may become the same on the way; none of the entries may get
@@ -41,33 +46,15 @@ class XMLWriter {
   void documentEnd() { document_.append("</plist>\n"); }
 
   bool value(const PropertyList& list, int depth) {
-    switch (list.type()) {
-      case PropertyList::Type::String:
-        string(*list.sharedText());
-        return true;
-      case PropertyList::Type::Integer:
-        line("<integer>", (list.asInteger()->negative ? "-" : "") + std::to_string(list.asInteger()->magnitude),
-             "</integer>\n");
-        return true;
-      case PropertyList::Type::Real:
-        line("<real>", realText(*list.asReal()), "</real>\n");
-        return true;
-      case PropertyList::Type::Boolean:
-        line(*list.asBoolean() ? "<true/>\n" : "<false/>\n");
-        return true;
-      case PropertyList::Type::Date:
-        return date(*list.asDate());
-      case PropertyList::Type::Data:
-        data(*list.asData());
-        return true;
-      case PropertyList::Type::Array:
-        return depth <= PropertyList::maximumDepth && array(*list.asArray(), depth);
-      case PropertyList::Type::Dictionary:
-        return depth <= PropertyList::maximumDepth && dictionary(*list.asDictionary(), depth);
-      case PropertyList::Type::Foreign:
-        return false;
+    if (const SharedText* const text = list.sharedText()) {
+      string(*text);
+      return true;
     }
-    return false;
+    const PropertyList::Elements* const elements = list.asArray();
+    const PropertyListDictionary* const entries = list.asDictionary();
+    if (!elements && !entries) return scalar(list);
+    if (depth > PropertyList::maximumDepth) return false;
+    return elements ? array(*elements, depth) : dictionary(*entries, depth);
   }
 
   /// Needs keys that XML can carry.
@@ -97,6 +84,29 @@ class XMLWriter {
     auto missing = static_cast<std::size_t>(level_);
     for (; missing > tabs.size(); missing -= tabs.size()) document_.append(tabs);
     document_.append(tabsAndTag.substr(tabs.size() - missing));
+  }
+
+  /// By itself, so that what it needs is not on the stack once for each container around it.
+  [[gnu::noinline]] bool scalar(const PropertyList& list) {
+    switch (list.type()) {
+      case PropertyList::Type::Integer:
+        line("<integer>", (list.asInteger()->negative ? "-" : "") + std::to_string(list.asInteger()->magnitude),
+             "</integer>\n");
+        return true;
+      case PropertyList::Type::Real:
+        line("<real>", realText(*list.asReal()), "</real>\n");
+        return true;
+      case PropertyList::Type::Boolean:
+        line(*list.asBoolean() ? "<true/>\n" : "<false/>\n");
+        return true;
+      case PropertyList::Type::Date:
+        return date(*list.asDate());
+      case PropertyList::Type::Data:
+        data(*list.asData());
+        return true;
+      default:
+        return false;  // Foreign.
+    }
   }
 
   void line(std::string_view whole) {

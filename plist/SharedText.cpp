@@ -9,7 +9,7 @@ namespace epg {
 SharedText SharedTextPool::shared(std::string_view text) {
   if (text.empty() || text.size() > longest) return text;
   const std::size_t hash = std::hash<std::string_view>()(text);
-  auto& remembered = texts_[hash % texts_.size()];
+  auto& remembered = (*texts_)[hash % texts_->size()];
   Remembered* const first = remembered.data();
   Remembered* const last = first + remembered.size();
   Remembered* place =

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -82,7 +83,9 @@ class SharedTextPool {
 
   // The last four of each group of hashes, the one that was asked for last in front: a tag that is used again and again
   // stays, however many IDs and titles come and go.
-  std::array<std::array<Remembered, 4>, 1024> texts_;
+  // Not within the pool, which would be too much for the stack of a small thread.
+  using Groups = std::array<std::array<Remembered, 4>, 1024>;
+  std::unique_ptr<Groups> texts_ = std::make_unique<Groups>();
 };
 
 }  // namespace epg

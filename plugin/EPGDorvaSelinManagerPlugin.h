@@ -111,7 +111,8 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   static bool isDateEqualToDate(std::optional<Instant> first, std::optional<Instant> second);
   static bool isDateEqualToDate(std::optional<Instant> first, std::optional<Instant> second, Environment& environment);
 
-  /// Whether a save is writing, or an export is running, at this moment.
+  /// Whether a save is writing, or an export is running, at this moment. Of two saves that overlap, the first to end
+  /// clears the mark.
   bool busyWriting() const { return busyWriting_; }
   bool busyExporting() const { return busyExporting_; }
 

@@ -5,6 +5,8 @@
 #import "cocoa/bridge/HostException.h"
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace epg::cocoa {
 
@@ -23,9 +25,14 @@ PropertyListDictionary FoundationItem::values() const {
 }
 
 void FoundationItem::setValues(const std::vector<PropertyListDictionary::Entry>& entries) {
+  std::vector<std::pair<id, id>> objects;
+  objects.reserve(entries.size());
   for (const auto& [key, value] : entries) {
-    setObjectInHostDictionary(dictionary_, toObject(value), toString(key));
+    id object = toObject(value);
+    // Tag lists are mutable arrays, although nobody changes one in place.
+    objects.emplace_back(toString(key), value.asArray() != nullptr ? [[object mutableCopy] autorelease] : object);
   }
+  setObjectsInHostDictionary(dictionary_, objects);
 }
 
 void FoundationItem::remove(const std::string& key) { removeObjectInHostDictionary(dictionary_, toString(key)); }

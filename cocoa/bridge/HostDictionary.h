@@ -22,6 +22,8 @@ id objectInHostDictionary(NSDictionary* dictionary, id key);
 /// These raise the platform's own exception when the host's dictionary cannot be changed. What stood under the key
 /// goes only when the pool drains, where nobody waits for it.
 void setObjectInHostDictionary(NSMutableDictionary* dictionary, id object, id key);
+/// Keys and objects, all in one turn.
+void setObjectsInHostDictionary(NSMutableDictionary* dictionary, const std::vector<std::pair<id, id>>& entries);
 void removeObjectInHostDictionary(NSMutableDictionary* dictionary, id key);
 
 }  // namespace epg::cocoa

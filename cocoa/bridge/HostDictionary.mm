@@ -75,6 +75,11 @@ void setObjectInHostDictionary(NSMutableDictionary* dictionary, id object, id ke
   [dictionary setObject:object forKey:key];
 }
 
+void setObjectsInHostDictionary(NSMutableDictionary* dictionary, const std::vector<std::pair<id, id>>& entries) {
+  const Turn turn(dictionary);
+  for (const auto& [key, object] : entries) setObjectInHostDictionary(dictionary, object, key);
+}
+
 void removeObjectInHostDictionary(NSMutableDictionary* dictionary, id key) {
   const Turn turn(dictionary);
   [[[dictionary objectForKey:key] retain] autorelease];

@@ -9,6 +9,20 @@
 
 // The bundle's export, and what a plug-in leaves behind.
 
+/// Raises an exception in every report.
+@interface RaisingDelegate : NSObject <TelvarinManagerEPGPluginProtocol_Delegate>
+@end
+
+@implementation RaisingDelegate
+
+- (void)epgExportEventCompleted:(BOOL)succeeded error:(NSError*)error {
+  (void)succeeded;
+  (void)error;
+  [NSException raise:NSGenericException format:@"of the delegate"];
+}
+
+@end
+
 namespace {
 
 using Bundle = BundleUser;
@@ -85,6 +99,18 @@ TEST_F(Bundle, ExportWithoutFolderReportsTheWriteError) {
   EXPECT_EQ([plugin exportPath], nil);
   [plugin release];
   [reports release];
+}
+
+TEST_F(BundleExport, DelegateThatRaisesKeepsNothingFromGoingOn) {
+  RaisingDelegate* raising = [[[RaisingDelegate alloc] init] autorelease];
+  [plugin setDelegate:raising];
+  [plugin exportEvents:[NSArray array] configurationFilename:@"Test"];
+  ASSERT_TRUE(eventually([&] { return [plugin retainCount] == 1; }));
+  ReportKeeper* keeper = [[[ReportKeeper alloc] init] autorelease];
+  [plugin setDelegate:keeper];
+  [plugin exportEvents:[NSArray array] configurationFilename:@"Test"];
+  ASSERT_TRUE(eventually([&] { return [keeper count] == 1; }));
+  EXPECT_TRUE([keeper reportAtIndex:0].succeeded);
 }
 
 TEST_F(BundleExport, ExportFromInsideAReportIsRefusedOnThatThread) {

@@ -158,6 +158,29 @@ TEST_F(Editor, OtherTablesAndTheNameColumnAreLeftAlone) {
   EXPECT_EQ([controller_ stateOfTagAtIndex:0], 1);
 }
 
+TEST_F(Editor, ValueThatIsNoNumberChangesNothing) {
+  items(dictionary(@"tags", list(x_)));
+  for (id value : {static_cast<id>([NSArray array]), static_cast<id>([NSDate date]), static_cast<id>(nil)}) {
+    [controller_ tableView:table_
+            setObjectValue:value
+            forTableColumn:[table_ tableColumnWithIdentifier:@"selected"]
+                       row:0];
+    EXPECT_EQ([controller_ stateOfTagAtIndex:0], 1);
+  }
+}
+
+TEST_F(Editor, TagListOfAHostsItemIsAMutableArrayOfItsOwn) {
+  NSArray* before = list(y_);
+  NSMutableDictionary* item = dictionary(@"tags", before);
+  items(item);
+  propose(1, 0);
+  NSMutableArray* tags = [item objectForKey:@"tags"];
+  EXPECT_NE(tags, before);
+  [tags addObject:@"another"];
+  EXPECT_EQ([tags count], 3u);
+  EXPECT_EQ([before count], 1u);
+}
+
 TEST_F(Editor, FieldsShowWhatItemsShare) {
   items(dictionary(@"title", @"A"), dictionary(@"title", @"A"));
   EXPECT_EQ(text([title_ stringValue]), "A");
