@@ -33,7 +33,10 @@ namespace epg {
 
 namespace {
 
-int resultOf(int returned) { return returned == -1 ? errno : 0; }
+/// Two numbers say on some systems what one says on others; here it is one.
+int lastError() { return errno == EOPNOTSUPP ? ENOTSUP : errno; }
+
+int resultOf(int returned) { return returned == -1 ? lastError() : 0; }
 
 /// The system would take the path to end there, and do to another file what is meant for this one.
 bool holdsZeroByte(const std::string& path) { return path.find('\0') != std::string::npos; }
@@ -117,15 +120,15 @@ int Environment::copyAccessList(const std::string& from, int descriptor) {
   std::vector<char> list(XATTR_SIZE_MAX);  // The largest that there can be.
   const ssize_t size = ::lgetxattr(from.c_str(), attribute, list.data(), list.size());
   if (size >= 0) return resultOf(::fsetxattr(descriptor, attribute, list.data(), static_cast<std::size_t>(size), 0));
-  if (!isNone(errno)) return errno;
+  if (!isNone(lastError())) return lastError();
   // The new file may have got one from its folder.
   const int error = resultOf(::fremovexattr(descriptor, attribute));
   return isNone(error) ? 0 : error;
 #elif defined(__APPLE__)
   acl_t list = ::acl_get_link_np(from.c_str(), ACL_TYPE_EXTENDED);
-  if (!list && errno != ENOENT) return errno == ENOTSUP ? 0 : errno;
+  if (!list && errno != ENOENT) return lastError() == ENOTSUP ? 0 : lastError();
   if (!list) list = ::acl_init(0);
-  if (!list) return errno;
+  if (!list) return lastError();
   const int error = resultOf(::acl_set_fd(descriptor, list));
   ::acl_free(list);
   return error == ENOTSUP ? 0 : error;

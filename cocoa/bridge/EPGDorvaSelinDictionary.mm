@@ -39,6 +39,10 @@
   return epg::cocoa::nextKeys(self, state, buffer, length);
 }
 
+- (void)getObjects:(id*)objects andKeys:(id*)keys {
+  [[self entries] getObjects:objects andKeys:keys];
+}
+
 - (BOOL)isEqualToDictionary:(NSDictionary*)other {
   return [[self entries] isEqualToDictionary:other];
 }

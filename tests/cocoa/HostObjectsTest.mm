@@ -236,6 +236,13 @@ TEST_F(Bundle, ItsDictionariesCanBeWalkedThroughInEveryWay) {
     EXPECT_TRUE([[[all copy] autorelease] isEqual:expected]);
     EXPECT_TRUE([[[all mutableCopy] autorelease] isEqual:expected]);
     EXPECT_EQ(text([all description]), text([expected description]));
+    id objects[3] = {};
+    id keys[3] = {};
+    [all getObjects:objects andKeys:keys];
+    for (int index = 0; index < 3; ++index) {
+      EXPECT_EQ(objects[index], [all objectForKey:keys[index]]);
+    }
+    EXPECT_EQ([[NSSet setWithObjects:keys count:3] count], 3u);
   }
   NSDictionary* item = [store objectForKey:@"E1"];
   EXPECT_EQ(enumeratedKeys(item), (std::vector<std::string>{"tags", "title", "uniqueID"}));
