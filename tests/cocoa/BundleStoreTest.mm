@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #import <objc/runtime.h>
 
 #include <atomic>
@@ -233,6 +235,33 @@ TEST_F(BundleStore, SaveThreadEntersThroughItsOperationWithTheSnapshot) {
   EXPECT_TRUE(eventuallySaved(dictionary(@"E1", dictionary(@"uniqueID", @"E1"))));
   EXPECT_EQ(savesBesideTheMainThread, 1);
   method_setImplementation(method, originalSave);
+}
+
+TEST_F(Bundle, StoreFileOfEightTebibytesEndsNothing) {
+  ASSERT_TRUE([@"{" writeToFile:storePath() atomically:YES encoding:NSUTF8StringEncoding error:NULL]);
+  if (truncate([storePath() fileSystemRepresentation], off_t { 8 } << 40) != 0) {
+    GTEST_SKIP() << "NOT TESTED: no file of this size can be made here";
+  }
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  ASSERT_NE(plugin, nil);
+  EXPECT_EQ([[plugin epgItems] count], 0u);
+  [plugin release];
+}
+
+TEST_F(Bundle, UnreadableStoreIsKeptBesideTheFirstSavesFile) {
+  ASSERT_TRUE([@"{ E1 = " writeToFile:storePath() atomically:YES encoding:NSUTF8StringEncoding error:NULL]);
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  [[plugin epgItems] setObject:dictionary(@"title", @"One") forKey:@"E2"];
+  [plugin saveEPGItemsToFileThread:[plugin epgItems]];
+  EXPECT_EQ(text([[savedStore() objectForKey:@"E2"] objectForKey:@"title"]), "One");
+  NSArray* names = [[NSFileManager defaultManager] contentsOfDirectoryAtPath:dataFolder_ error:NULL];
+  NSArray* kept = [names filteredArrayUsingPredicate:[NSPredicate predicateWithFormat:@"SELF CONTAINS 'unreadable, '"]];
+  ASSERT_EQ([kept count], 1u) << text([names description]);
+  NSString* content = [NSString stringWithContentsOfFile:[dataFolder_ stringByAppendingPathComponent:[kept lastObject]]
+                                                encoding:NSUTF8StringEncoding
+                                                   error:NULL];
+  EXPECT_EQ(text(content), "{ E1 = ");
+  [plugin release];
 }
 
 TEST_F(BundleStore, RemovingNothingStillWritesTheFile) {
