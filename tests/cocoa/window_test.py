@@ -356,6 +356,30 @@ class WindowTest(unittest.TestCase):
         days = {(day - datetime.timedelta(hours=1)).strftime("%Y%m%d"), day.strftime("%Y%m%d")}
         self.assertIn(next((self.folder / "export").iterdir()).stem, days)
 
+    def test_a_mixed_field_with_the_keyboard_still_shows_that_it_is_mixed(self):
+        window = self.open()
+        window.select("Morning Headlines", "Dawn Chorus")
+        before = self.grey_pixels(window, 1)
+        self.assertGreater(before, 20)
+        window.click(window.fields()[1]["place"])
+        eventually(lambda: window.fields()[1]["has keyboard"], "the title field with the keyboard")
+        eventually(lambda: self.grey_pixels(window, 1) > before / 2, "the placeholder in the field with the keyboard")
+        window.type("l")
+        eventually(lambda: self.grey_pixels(window, 1) < before / 4, "no placeholder beside what is typed")
+        display.run("xdotool", "key", "BackSpace")
+        eventually(lambda: self.grey_pixels(window, 1) > before / 2, "the placeholder in the emptied field")
+
+    def grey_pixels(self, window, field):
+        """How many pixels inside a field are of the colour of placeholders, or nearly so."""
+        path = self.folder / "field.png"
+        window.picture(path)
+        left, bottom, width, height = window.fields()[field]["place"]
+        top = window.size()[1] - bottom - height
+        crop = f"{int(width) - 8}x{int(height) - 8}+{int(left) + 4}+{int(top) + 4}"
+        command = ("convert", str(path), "-crop", crop, "-colorspace", "gray", "-depth", "8", "gray:-")
+        done = subprocess.run(command, env=display.environment, check=True, timeout=LONGEST_WAIT, capture_output=True)
+        return sum(96 <= value <= 176 for value in done.stdout)
+
     def assert_states_look_different(self, window):
         """The pixels of an off, an on and a mixed checkbox."""
         path = self.folder / "states.png"
