@@ -39,9 +39,17 @@
   return epg::cocoa::nextKeys(self, state, buffer, length);
 }
 
+// GNUstep tells clang, and nobody else, that keys conform to NSCopying.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wmismatched-parameter-types"
+#endif
 - (void)getObjects:(id*)objects andKeys:(id*)keys {
   [[self entries] getObjects:objects andKeys:keys];
 }
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 - (BOOL)isEqualToDictionary:(NSDictionary*)other {
   return [[self entries] isEqualToDictionary:other];
