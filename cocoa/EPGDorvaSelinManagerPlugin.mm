@@ -297,9 +297,10 @@ struct EPGDorvaSelinManagerPluginParts {
 
 - (NSXMLElement*)xmlEventWithDictionary:(NSDictionary*)event {
   auto& plugin = *_parts->plugin;
-  const std::optional<epg::XMLElement> program =
-      calledByHost([&] { return plugin.xmlEventWithDictionary(epg::cocoa::fromEvent(event)); });
-  return program ? calledByHost([&] { return toXMLElement(*program); }) : nil;
+  return calledByHost([&]() -> NSXMLElement* {
+    const std::optional<epg::XMLElement> program = plugin.xmlEventWithDictionary(epg::cocoa::fromEvent(event));
+    return program ? toXMLElement(*program) : nil;
+  });
 }
 
 - (NSError*)errorWithMessage:(NSString*)message {

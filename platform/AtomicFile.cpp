@@ -29,10 +29,6 @@ std::string temporaryPrefix(const std::string& name) {
   return "." + name.substr(0, size) + ".";
 }
 
-bool isSameFile(const Environment::FileInfo& a, const Environment::FileInfo& b) {
-  return a.device == b.device && a.inode == b.inode;
-}
-
 int pathInfo(Environment& environment, const std::string& path, Environment::FileInfo* info) {
   return repeatedWhileInterrupted([&] { return environment.pathInfo(path, info); });
 }
@@ -311,6 +307,13 @@ int replaceFile(Environment& environment, const std::string& path, std::string_v
     sink.append(content);
     return 0;
   });
+}
+
+void flushFolder(Environment& environment, const std::string& path) {
+  int descriptor = -1;
+  if (environment.openFile(path, O_RDONLY | O_DIRECTORY, 0, &descriptor) != 0) return;
+  environment.flushFile(descriptor);
+  environment.closeFile(descriptor);
 }
 
 }  // namespace epg

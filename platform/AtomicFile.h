@@ -32,4 +32,7 @@ using FileContent = std::function<int(ByteSink&)>;
 int replaceFile(Environment& environment, const std::string& path, const FileContent& content);
 int replaceFile(Environment& environment, const std::string& path, std::string_view content);
 
+/// Asks for the folder's entries to reach the disk. Without this a power failure could lose a name that was just made.
+void flushFolder(Environment& environment, const std::string& path);
+
 }  // namespace epg

@@ -18,9 +18,8 @@ namespace epg {
 /// Everything the system takes from the operating system, in one replaceable place.
 ///
 /// The base class is the real thing (POSIX). A face, such as the bundle, overrides what its platform knows better (time
-/// zone, home folders, log); a test
-/// overrides what it wants to fail. One object serves any number of plug-in objects, must outlive them and their
-/// threads, and may be called from any thread.
+/// zone, home folders, log); a test overrides what it wants to fail. One object serves any number of plug-in objects,
+/// must outlive them and their threads, and may be called from any thread.
 ///
 /// File calls answer 0 or an errno value; they neither retry nor report.
 class Environment {
@@ -92,6 +91,10 @@ class Environment {
   /// that failed otherwise. A host that must know the fate of a save listens here; the base class does nothing.
   virtual void fileReplaced(const std::string& path, int error);
 };
+
+inline bool isSameFile(const Environment::FileInfo& a, const Environment::FileInfo& b) {
+  return a.device == b.device && a.inode == b.inode;
+}
 
 /// The whole content of a regular file. Anything else under that name (a folder, a pipe) fails with EINVAL without
 /// waiting for it, a file that memory cannot hold with EFBIG or ENOMEM.

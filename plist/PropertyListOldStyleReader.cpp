@@ -15,7 +15,6 @@
 
 #include <utf8.h>
 
-#include "platform/Instant.h"
 #include "plist/PropertyListForms.h"
 #include "plist/PropertyListScalars.h"
 #include "plist/SharedText.h"
@@ -50,29 +49,6 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-/// "2012-03-04 18:00:00 +0100", perhaps with a fraction of a second.
-std::optional<PropertyList> dateFromDescription(std::string_view text) {
-  constexpr std::string_view pattern = "dddd-dd-dd dd:dd:dd";
-  constexpr std::size_t zoneLength = 6;
-  if (text.size() < pattern.size() + zoneLength) return std::nullopt;
-  std::string date(text.substr(0, pattern.size()));
-  date[10] = date[10] == ' ' ? 'T' : '\0';
-  const std::optional<PropertyList> read = propertyListFromText(PropertyListScalar::Date, date + 'Z');
-
-  const std::string_view zone = text.substr(text.size() - zoneLength);
-  const bool isZone = zone[0] == ' ' && (zone[1] == '+' || zone[1] == '-') &&
-                      std::all_of(zone.begin() + 2, zone.end(), [](char c) { return c >= '0' && c <= '9'; });
-  const std::string_view fraction = text.substr(pattern.size(), text.size() - pattern.size() - zoneLength);
-  const std::optional<PropertyList> ofSecond =
-      fraction.empty() ? PropertyList::fromReal(0)
-                       : propertyListFromText(PropertyListScalar::Real, "0" + std::string(fraction));
-  if (!read || !isZone || !ofSecond || (!fraction.empty() && fraction[0] != '.')) return std::nullopt;
-
-  const auto two = [&](std::size_t at) { return digitValue(zone[at]) * 10 + digitValue(zone[at + 1]); };
-  const double east = (zone[1] == '-' ? -60.0 : 60.0) * (two(2) * 60 + two(4));
-  return PropertyList::fromDate(Instant{read->asDate()->secondsSinceReferenceDate + *ofSecond->asReal() - east});
-}
-
 /// The value of "<*I5>" without its brackets and asterisk; nothing when it is none.
 std::optional<PropertyList> typedValue(std::string_view text) {
   if (text.empty()) return std::nullopt;
@@ -81,7 +57,7 @@ std::optional<PropertyList> typedValue(std::string_view text) {
   if (text.size() >= 2 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
   if (type == 'I') return propertyListFromText(PropertyListScalar::Integer, text);
   if (type == 'R') return propertyListFromText(PropertyListScalar::Real, text);
-  if (type == 'D') return dateFromDescription(text);
+  if (type == 'D') return propertyListFromDescriptionOfDate(text);
   if (type == 'B' && (text == "Y" || text == "N")) return PropertyList::fromBoolean(text == "Y");
   return std::nullopt;
 }

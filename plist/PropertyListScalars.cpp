@@ -1,5 +1,6 @@
 #include "plist/PropertyListScalars.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdint>
@@ -180,6 +181,28 @@ std::optional<PropertyList> propertyListFromText(PropertyListScalar scalar, std:
       return dataFromText(text);
   }
   return std::nullopt;
+}
+
+std::optional<PropertyList> propertyListFromDescriptionOfDate(std::string_view text) {
+  constexpr std::string_view pattern = "dddd-dd-dd dd:dd:dd";
+  constexpr std::size_t zoneLength = 6;
+  if (text.size() < pattern.size() + zoneLength) return std::nullopt;
+  std::string date(text.substr(0, pattern.size()));
+  date[10] = date[10] == ' ' ? 'T' : '\0';
+  const std::optional<PropertyList> read = propertyListFromText(PropertyListScalar::Date, date + 'Z');
+
+  const std::string_view zone = text.substr(text.size() - zoneLength);
+  const bool isZone = zone[0] == ' ' && (zone[1] == '+' || zone[1] == '-') &&
+                      std::all_of(zone.begin() + 2, zone.end(), [](char c) { return c >= '0' && c <= '9'; });
+  const std::string_view fraction = text.substr(pattern.size(), text.size() - pattern.size() - zoneLength);
+  const std::optional<PropertyList> ofSecond =
+      fraction.empty() ? PropertyList::fromReal(0)
+                       : propertyListFromText(PropertyListScalar::Real, "0" + std::string(fraction));
+  if (!read || !isZone || !ofSecond || (!fraction.empty() && fraction[0] != '.')) return std::nullopt;
+
+  const auto two = [&](std::size_t at) { return (zone[at] - '0') * 10 + (zone[at + 1] - '0'); };
+  const double east = (zone[1] == '-' ? -60.0 : 60.0) * (two(2) * 60 + two(4));
+  return PropertyList::fromDate(Instant{read->asDate()->secondsSinceReferenceDate + *ofSecond->asReal() - east});
 }
 
 }  // namespace epg

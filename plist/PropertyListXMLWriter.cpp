@@ -204,9 +204,12 @@ class XMLWriter {
     }
     line("<dict>\n");
     ++level_;
-    const bool areLiteral =
-        std::all_of(entries.begin(), entries.end(), [](const auto& one) { return isLiteralInXML(one.first); });
-    const PropertyListDictionary carried = areLiteral ? entries : withCarriedKeys(entries);
+    const auto allKeys = [&](bool (*are)(std::string_view)) {
+      return std::all_of(entries.begin(), entries.end(), [are](const auto& one) { return are(one.first); });
+    };
+    const bool areLiteral = allKeys(isLiteralInXML);
+    const bool areCarried = areLiteral || allKeys(isCarriedByXML);
+    const PropertyListDictionary carried = areCarried ? entries : withCarriedKeys(entries);
     for (const auto& [key, content] : carried) {
       if (!entry(key, areLiteral, content, depth)) return false;
     }

@@ -1,7 +1,5 @@
 #include "store/UnreadableStoreFile.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 #include <cstdio>
 
@@ -13,10 +11,6 @@ namespace epg {
 
 namespace {
 
-bool isSameFile(const Environment::FileInfo& a, const Environment::FileInfo& b) {
-  return a.device == b.device && a.inode == b.inode;
-}
-
 /// "2026-11-22 10.15.00", without what a file name cannot hold on every volume.
 std::string timeForName(Environment& environment) {
   const auto now = LocalCalendar(environment.localZone()).components(environment.now());
@@ -25,13 +19,6 @@ std::string timeForName(Environment& environment) {
   std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d.%02d.%02d", now->year, now->month, now->day, now->hour,
                 now->minute, now->second);
   return text;
-}
-
-void flushFolder(Environment& environment, const std::string& path) {
-  int descriptor = -1;
-  if (environment.openFile(path, O_RDONLY | O_DIRECTORY, 0, &descriptor) != 0) return;
-  environment.flushFile(descriptor);
-  environment.closeFile(descriptor);
 }
 
 /// Where the volume has no second names for files.

@@ -9,6 +9,7 @@
 #include "host/guide/InputFile.h"
 #include "host/terminal/Messages.h"
 #include "host/terminal/Refusal.h"
+#include "platform/AtomicFile.h"
 #include "platform/Paths.h"
 
 namespace epg {
@@ -16,15 +17,6 @@ namespace epg {
 namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-
-/// Without this a power failure could lose a folder that was just made in `path`. An error is no reason to give up: the
-/// folder can be used nevertheless.
-void flushFolder(Environment& environment, const std::string& path) {
-  int descriptor = -1;
-  if (environment.openFile(path, folderFlags, 0, &descriptor) != 0) return;
-  environment.flushFile(descriptor);
-  environment.closeFile(descriptor);
-}
 
 }  // namespace
 
@@ -62,6 +54,7 @@ bool makeDataFolder(ReportingEnvironment& environment, const std::string& path) 
   }
   if (error == EEXIST) return false;
   if (error != 0) throw Refusal(path + ": the folder cannot be made: " + systemMessage(error));
+  // An error is no reason to give up: the folder can be used nevertheless.
   flushFolder(environment, parent);
   return true;
 }
