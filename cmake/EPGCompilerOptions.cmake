@@ -21,7 +21,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 else()
   target_compile_options(EPGWarnings INTERFACE
     -Winconsistent-missing-override -Wunreachable-code-aggressive -Wnewline-eof -Wcomma -Wrange-loop-analysis
-    -Wshadow-uncaptured-local -Wloop-analysis -Wheader-hygiene -Wdocumentation)
+    -Wshadow-uncaptured-local -Wloop-analysis -Wheader-hygiene -Wdocumentation -Wunguarded-availability)
 endif()
 if(EPG_WARNINGS_AS_ERRORS)
   target_compile_options(EPGWarnings INTERFACE -Werror)

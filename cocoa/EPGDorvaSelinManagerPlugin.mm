@@ -143,6 +143,15 @@ struct EPGDorvaSelinManagerPluginParts {
   NSMutableDictionary* epgItems = nil;
 };
 
+// Headers before those of 10.10 have no word for it.
+#ifndef NS_DESIGNATED_INITIALIZER
+#define NS_DESIGNATED_INITIALIZER
+#endif
+
+@interface EPGDorvaSelinManagerPlugin ()
+- (id)initWithBundle:(NSBundle*)bundle dataFolderPath:(NSString*)dataFolderPath NS_DESIGNATED_INITIALIZER;
+@end
+
 @implementation EPGDorvaSelinManagerPlugin
 
 + (NSString*)pluginName {

@@ -1,5 +1,7 @@
 #import "cocoa/EPGDorvaSelinTagsTableView.h"
 
+#include "editor/EPGDorvaSelinViewController.h"
+
 @interface EPGDorvaSelinTagsTableView ()
 - (void)clickCheckboxOfRow:(NSInteger)row;
 @end
@@ -22,7 +24,7 @@
   NSTableColumn* column = [self tableColumnWithIdentifier:@"selected"];
   id<NSTableViewDataSource> source = [self dataSource];
   const NSInteger state = [[source tableView:self objectValueForTableColumn:column row:row] integerValue];
-  NSNumber* proposed = [NSNumber numberWithInteger:state == NSOnState ? NSOffState : NSOnState];
+  NSNumber* proposed = [NSNumber numberWithInteger:state == epg::TagStateOn ? epg::TagStateOff : epg::TagStateOn];
   [source tableView:self setObjectValue:proposed forTableColumn:column row:row];
 }
 

@@ -168,7 +168,7 @@ int Environment::exchangeFiles(const std::string& one, const std::string& other)
 
 int Environment::linkFile(const std::string& from, const std::string& to) {
   if (holdsZeroByte(from) || holdsZeroByte(to)) return EINVAL;
-  return resultOf(::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0));
+  return resultOf(::link(from.c_str(), to.c_str()));
 }
 
 int Environment::removeFile(const std::string& path) {

@@ -61,7 +61,7 @@ class Environment {
   virtual int renameFile(const std::string& from, const std::string& to);
   /// Swaps what stands under two names in one step; ENOTSUP where system or volume cannot.
   virtual int exchangeFiles(const std::string& one, const std::string& other);
-  /// Gives the file a second name on the same volume; a symbolic link gets it itself. EEXIST when the name is taken.
+  /// Gives the regular file a second name on the same volume. EEXIST when the name is taken.
   virtual int linkFile(const std::string& from, const std::string& to);
   virtual int removeFile(const std::string& path);
   /// Of the path itself: a symbolic link is not followed.

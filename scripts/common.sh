@@ -7,9 +7,9 @@ packages_to_run=(g++ cmake ninja-build ccache libpugixml-dev libutfcpp-dev zlib1
 packages_for_bundle=(gobjc++ make gnustep-make libgnustep-gui-dev gnustep-back0.29-cairo fonts-dejavu-core)
 packages_to_test_bundle=(valgrind xvfb openbox xdotool x11-utils imagemagick)
 packages_to_test=(python3 pkg-config man-db mandoc bash-completion zsh fish libxml2-utils libgtest-dev libgmock-dev
-  librapidcheck-dev libxml2-dev)
-packages_to_test_all=(clang clang-format clang-tidy libclang-rt-14-dev libc++-dev libc++abi-dev googletest
-  libplist-dev lintian mmdebstrap dpkg-dev uidmap)
+  librapidcheck-dev libxml2-dev clang lld llvm libc++-dev)
+packages_to_test_all=(clang-format clang-tidy libclang-rt-14-dev libc++abi-dev googletest libplist-dev lintian
+  mmdebstrap dpkg-dev uidmap)
 packages_to_test_32bit=(g++-multilib)
 packages_to_measure=(python3 libxml2-dev libplist-dev xmltv-util gnuplot-nox valgrind xvfb)
 

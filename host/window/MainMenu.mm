@@ -4,7 +4,7 @@ namespace {
 
 NSMenu* addMenu(NSMenu* menu, NSString* title) {
   NSMenu* submenu = [[[NSMenu alloc] initWithTitle:title] autorelease];
-  id<NSMenuItem> entry = [menu addItemWithTitle:title action:nullptr keyEquivalent:@""];
+  id entry = [menu addItemWithTitle:title action:nullptr keyEquivalent:@""];
   [menu setSubmenu:submenu forItem:entry];
   return submenu;
 }
@@ -12,9 +12,9 @@ NSMenu* addMenu(NSMenu* menu, NSString* title) {
 /// `items` holds titles, actions and keys in turn.
 void addItems(NSMenu* menu, NSArray* items, id target) {
   for (NSUInteger index = 0; index < [items count]; index += 3) {
-    id<NSMenuItem> item = [menu addItemWithTitle:[items objectAtIndex:index]
-                                          action:NSSelectorFromString([items objectAtIndex:index + 1])
-                                   keyEquivalent:[items objectAtIndex:index + 2]];
+    id item = [menu addItemWithTitle:[items objectAtIndex:index]
+                              action:NSSelectorFromString([items objectAtIndex:index + 1])
+                       keyEquivalent:[items objectAtIndex:index + 2]];
     [item setTarget:target];
   }
 }

@@ -3,6 +3,7 @@
 #include <math.h>
 
 #import "host/window/KeyboardFocus.h"
+#import "host/window/PlatformNames.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ const CGFloat buttonHeight = 26;
 const CGFloat popUpWidth = 190;
 const CGFloat noticeHeight = 30;
 const CGFloat listMinimumWidth = 240;
-const CGFloat listShare = 0.52;
+const CGFloat listShare = static_cast<CGFloat>(0.52);
 /// What the list and the editor leave of the window's height.
 const CGFloat heightAroundSplit = margin + noticeHeight + margin + margin + buttonHeight + margin;
 
@@ -61,8 +62,8 @@ const CGFloat heightAroundSplit = margin + noticeHeight + margin + margin + butt
 }
 
 - (void)makeWindow:(NSString*)title {
-  const NSUInteger style =
-      NSTitledWindowMask | NSClosableWindowMask | NSMiniaturizableWindowMask | NSResizableWindowMask;
+  const NSUInteger style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable |
+                           NSWindowStyleMaskResizable;
   _window = [[NSWindow alloc] initWithContentRect:NSMakeRect(100, 100, windowSize.width, windowSize.height)
                                         styleMask:style
                                           backing:NSBackingStoreBuffered
@@ -111,7 +112,7 @@ const CGFloat heightAroundSplit = margin + noticeHeight + margin + margin + butt
   const CGFloat bottom = NSHeight([content bounds]) - margin - buttonHeight;
   NSButton* button = [[[NSButton alloc] initWithFrame:NSMakeRect(left, bottom, buttonWidth, buttonHeight)] autorelease];
   [button setTitle:title];
-  [button setBezelStyle:NSRoundedBezelStyle];
+  [button setBezelStyle:NSBezelStyleRounded];
   [button setAction:action];
   [button setAutoresizingMask:NSViewMaxXMargin | NSViewMinYMargin];
   [_buttons setObject:button forKey:title];

@@ -2,6 +2,8 @@
 
 #include <math.h>
 
+#import "host/window/PlatformNames.h"
+
 namespace {
 
 const CGFloat gap = 8;
@@ -82,7 +84,7 @@ const CGFloat roomInButton = 28;
   for (NSUInteger index = 0; index < [answers count]; ++index) {
     NSButton* button = [[[NSButton alloc] initWithFrame:NSZeroRect] autorelease];
     [button setTitle:[answers objectAtIndex:index]];
-    [button setBezelStyle:NSRoundedBezelStyle];
+    [button setBezelStyle:NSBezelStyleRounded];
     [button setTarget:self];
     [button setAction:@selector(answer:)];
     [[button cell] setRepresentedObject:[actions objectAtIndex:index]];

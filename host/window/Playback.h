@@ -32,6 +32,8 @@
 - (BOOL)isCopy;
 /// Nil for an event without a start and for a copy.
 - (NSDate*)startDate;
+/// Earlier starts first, those without one last.
+- (NSComparisonResult)compareStart:(Playback*)playback;
 /// Local time, empty without a start.
 - (NSString*)startText;
 /// The event for the plug-in's export, with the keys that the file has for it.

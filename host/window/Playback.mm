@@ -37,15 +37,6 @@ Playback* playbackOf(const epg::EPGEvent& event, const epg::EventDetails& detail
                                          end:dateOf(event.eventEPGEndDateTime)] autorelease];
 }
 
-NSComparisonResult byStart(id first, id second, void*) {
-  NSDate* start = [first startDate];
-  NSDate* other = [second startDate];
-  if (start == nil || other == nil) {
-    return start == other ? NSOrderedSame : start == nil ? NSOrderedDescending : NSOrderedAscending;
-  }
-  return [start compare:other];
-}
-
 }  // namespace
 
 @implementation Playback
@@ -104,6 +95,14 @@ NSComparisonResult byStart(id first, id second, void*) {
 
 - (NSDate*)startDate {
   return _start;
+}
+
+- (NSComparisonResult)compareStart:(Playback*)playback {
+  NSDate* other = [playback startDate];
+  if (_start == nil || other == nil) {
+    return _start == other ? NSOrderedSame : _start == nil ? NSOrderedDescending : NSOrderedAscending;
+  }
+  return [_start compare:other];
 }
 
 - (NSString*)startText {
@@ -165,5 +164,5 @@ NSArray* playbacksInFile(NSString* path, NSString** problem) {
     NSString* channel = stringOf(named != schedule.channelNames.end() ? named->second : details.channel);
     [playbacks addObject:playbackOf(schedule.events[index], details, channel)];
   }
-  return [playbacks sortedArrayUsingFunction:byStart context:nullptr];
+  return [playbacks sortedArrayUsingSelector:@selector(compareStart:)];
 }

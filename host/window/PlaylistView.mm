@@ -81,7 +81,7 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   [_table setColumnAutoresizingStyle:NSTableViewUniformColumnAutoresizingStyle];
   [_table setAllowsMultipleSelection:YES];
   [_table setAllowsColumnReordering:NO];
-  [_table setDrawsGrid:NO];
+  [_table setGridStyleMask:NSTableViewGridNone];
   [_table setDataSource:self];
   [_table setDelegate:self];
   [scrollView setDocumentView:_table];

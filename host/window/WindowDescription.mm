@@ -8,13 +8,13 @@ const NSTimeInterval betweenLooks = 0.04;
 /// The first rows of a table; the rest is left out.
 const NSInteger mostRows = 200;
 
+NSNumber* numberOf(CGFloat length) { return [NSNumber numberWithDouble:static_cast<double>(length)]; }
+
 /// Left, bottom, width and height in the content's coordinates.
 NSArray* placeOf(NSRect rect, NSView* view) {
   const NSRect inWindow = [view convertRect:rect toView:[[view window] contentView]];
-  return [NSArray arrayWithObjects:[NSNumber numberWithDouble:NSMinX(inWindow)],
-                                   [NSNumber numberWithDouble:NSMinY(inWindow)],
-                                   [NSNumber numberWithDouble:NSWidth(inWindow)],
-                                   [NSNumber numberWithDouble:NSHeight(inWindow)], nil];
+  return [NSArray arrayWithObjects:numberOf(NSMinX(inWindow)), numberOf(NSMinY(inWindow)), numberOf(NSWidth(inWindow)),
+                                   numberOf(NSHeight(inWindow)), nil];
 }
 
 NSDictionary* descriptionOfTable(NSTableView* table) {
@@ -118,9 +118,10 @@ void appendDescriptions(NSView* view, NSMutableArray* descriptions) {
   if ([description isEqual:_written]) {
     return;
   }
-  NSData* data = [NSPropertyListSerialization dataFromPropertyList:description
+  NSData* data = [NSPropertyListSerialization dataWithPropertyList:description
                                                             format:NSPropertyListXMLFormat_v1_0
-                                                  errorDescription:nullptr];
+                                                           options:0
+                                                             error:nullptr];
   if ([data writeToFile:_path atomically:YES]) {
     [_written release];
     _written = [description retain];

@@ -1,0 +1,1 @@
+add_library(pugixml::pugixml INTERFACE IMPORTED)

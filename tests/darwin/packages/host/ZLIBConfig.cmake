@@ -1,0 +1,1 @@
+add_library(ZLIB::ZLIB INTERFACE IMPORTED)

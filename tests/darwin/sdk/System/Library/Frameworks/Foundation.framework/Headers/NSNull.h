@@ -1,0 +1,7 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+@interface NSNull : NSObject <NSCopying, NSSecureCoding>
++ (nonnull NSNull*)null;
+@end
