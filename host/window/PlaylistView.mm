@@ -82,6 +82,10 @@ NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width, CGFl
   [_table setAllowsMultipleSelection:YES];
   [_table setAllowsColumnReordering:NO];
   [_table setGridStyleMask:NSTableViewGridNone];
+#ifndef __APPLE__
+  // GNUstep heeds this alone, which Apple took away.
+  [_table setDrawsGrid:NO];
+#endif
   [_table setDataSource:self];
   [_table setDelegate:self];
   [scrollView setDocumentView:_table];
