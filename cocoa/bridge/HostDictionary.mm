@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+#import "cocoa/bridge/ExceptionGuard.h"
+
 namespace epg::cocoa {
 
 namespace {
@@ -33,16 +35,22 @@ NSSet* platformClasses() {
   return classes;
 }
 
-/// Held while a dictionary of the platform's own is read or changed, during which no code of the host's runs.
-class Turn {
- public:
-  explicit Turn(NSDictionary* dictionary)
-      : lock_(isPlatformDictionary(dictionary) ? std::unique_lock<std::recursive_mutex>(platformDictionaryMutex())
-                                               : std::unique_lock<std::recursive_mutex>()) {}
-
- private:
-  std::unique_lock<std::recursive_mutex> lock_;
-};
+/// Runs the body while no other of the plug-in's threads uses a dictionary of the platform's own. A key of the host's
+/// may raise an exception, which passes no destructors where the runtime is that of 32 bits: the lock is let go of
+/// first.
+template <typename Body>
+void inTurn(NSDictionary* dictionary, const Body& body) {
+  if (!isPlatformDictionary(dictionary)) {
+    body();
+    return;
+  }
+  NSException* raised = nil;
+  {
+    const std::lock_guard<std::recursive_mutex> turn(platformDictionaryMutex());
+    raised = exceptionRaisedBy(body);
+  }
+  if (raised != nil) [raised raise];
+}
 
 }  // namespace
 
@@ -52,38 +60,43 @@ bool isPlatformDictionary(NSDictionary* dictionary) {
 
 std::vector<std::pair<id, id>> entriesOfHostDictionary(NSDictionary* dictionary) {
   std::vector<std::pair<id, id>> entries;
-  const Turn turn(dictionary);
-  entries.reserve([dictionary count]);
-  NSEnumerator* keys = [dictionary keyEnumerator];
-  while (id key = [keys nextObject]) {
-    // Nothing where a host's dictionary has lost the key since it was asked for them.
-    if (id object = [dictionary objectForKey:key]) {
-      entries.emplace_back([[key retain] autorelease], [[object retain] autorelease]);
+  inTurn(dictionary, [&] {
+    entries.reserve([dictionary count]);
+    NSEnumerator* keys = [dictionary keyEnumerator];
+    while (id key = [keys nextObject]) {
+      // Nothing where a host's dictionary has lost the key since it was asked for them.
+      if (id object = [dictionary objectForKey:key]) {
+        entries.emplace_back([[key retain] autorelease], [[object retain] autorelease]);
+      }
     }
-  }
+  });
   return entries;
 }
 
 id objectInHostDictionary(NSDictionary* dictionary, id key) {
-  const Turn turn(dictionary);
-  return [[[dictionary objectForKey:key] retain] autorelease];
+  id object = nil;
+  inTurn(dictionary, [&] { object = [[[dictionary objectForKey:key] retain] autorelease]; });
+  return object;
 }
 
 void setObjectInHostDictionary(NSMutableDictionary* dictionary, id object, id key) {
-  const Turn turn(dictionary);
-  [[[dictionary objectForKey:key] retain] autorelease];
-  [dictionary setObject:object forKey:key];
+  inTurn(dictionary, [&] {
+    [[[dictionary objectForKey:key] retain] autorelease];
+    [dictionary setObject:object forKey:key];
+  });
 }
 
 void setObjectsInHostDictionary(NSMutableDictionary* dictionary, const std::vector<std::pair<id, id>>& entries) {
-  const Turn turn(dictionary);
-  for (const auto& [key, object] : entries) setObjectInHostDictionary(dictionary, object, key);
+  inTurn(dictionary, [&] {
+    for (const auto& [key, object] : entries) setObjectInHostDictionary(dictionary, object, key);
+  });
 }
 
 void removeObjectInHostDictionary(NSMutableDictionary* dictionary, id key) {
-  const Turn turn(dictionary);
-  [[[dictionary objectForKey:key] retain] autorelease];
-  [dictionary removeObjectForKey:key];
+  inTurn(dictionary, [&] {
+    [[[dictionary objectForKey:key] retain] autorelease];
+    [dictionary removeObjectForKey:key];
+  });
 }
 
 }  // namespace epg::cocoa

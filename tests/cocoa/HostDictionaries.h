@@ -11,6 +11,14 @@
 - (void)setRaises:(BOOL)raises;
 @end
 
+/// A host's own key, in a dictionary where a string would stand, which raises "HostTrouble" when it is compared.
+@interface RaisingKey : NSObject <NSCopying> {
+ @private
+  NSString* _string;
+}
++ (RaisingKey*)keyInPlaceOf:(NSString*)string;
+@end
+
 /// A host's own list, which raises "HostTrouble" when it is read or copied.
 @interface RaisingArray : NSArray
 @end

@@ -50,6 +50,36 @@ std::atomic<int>& counter(void* readers) { return *static_cast<std::atomic<int>*
 
 @end
 
+@implementation RaisingKey
+
++ (RaisingKey*)keyInPlaceOf:(NSString*)string {
+  RaisingKey* key = [[[RaisingKey alloc] init] autorelease];
+  key->_string = [string copy];
+  return key;
+}
+
+- (void)dealloc {
+  [_string release];
+  [super dealloc];
+}
+
+- (id)copyWithZone:(NSZone*)zone {
+  (void)zone;
+  return [self retain];
+}
+
+- (NSUInteger)hash {
+  return [_string hash];
+}
+
+- (BOOL)isEqual:(id)other {
+  (void)other;
+  [NSException raise:@"HostTrouble" format:@"A key is compared"];
+  return NO;
+}
+
+@end
+
 @implementation RaisingArray
 
 - (NSUInteger)count {

@@ -184,6 +184,23 @@ TEST_F(Bundle, StoreOfAHostMayHoldALockOfItsOwnAroundTheHostsCalls) {
   [plugin release];
 }
 
+TEST_F(Bundle, KeyOfAHostThatRaisesKeepsNobodyElseFromTheDictionary) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  ReportKeeper* reports = [[[ReportKeeper alloc] init] autorelease];
+  [plugin setDelegate:reports];
+  NSMutableDictionary* store = [NSMutableDictionary dictionaryWithObject:entry(@"A") forKey:@"E1"];
+  [store setObject:entry(@"B") forKey:[RaisingKey keyInPlaceOf:@"E2"]];
+  [plugin setEpgItems:store];
+  EXPECT_EQ(raisedBy([&] { [plugin removeEPGItemsWithUniqueIDs:only(@"E2")]; }), "HostTrouble");
+  EXPECT_EQ(raisedBy([&] { [plugin duplicateEPGItemWithUniqueID:@"E2" toItemWithUniqueID:@"E3"]; }), "HostTrouble");
+  EXPECT_EQ(raisedBy([&] { [plugin duplicateEPGItemWithUniqueID:@"E1" toItemWithUniqueID:@"E2"]; }), "HostTrouble");
+  // Another thread would wait for ever, and report nothing, if the plug-in still held the dictionary.
+  [plugin exportEvents:only(event(@"E1", @"P", [NSDate date])) configurationFilename:@"Test"];
+  ASSERT_TRUE(eventually([&] { return [reports count] == 1; }));
+  [plugin setDelegate:nil];
+  [plugin release];
+}
+
 TEST_F(Bundle, RemovingLeavesWhatIsNoItemInAHostsStore) {
   EPGDorvaSelinManagerPlugin* plugin = newPlugin();
   NSMutableDictionary* store = [NSMutableDictionary dictionaryWithObject:@"no item" forKey:@"E1"];
