@@ -1,11 +1,14 @@
 #import <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 
+#import "tests/cocoa/StrictPlatform.h"
+
 int main(int argc, char** argv) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   testing::InitGoogleTest(&argc, argv);
   // Views need an application object, which opens the screen.
   [NSApplication sharedApplication];
+  epg::test::makePlatformStrict();
   const int result = RUN_ALL_TESTS();
   [pool drain];
   return result;
