@@ -140,19 +140,21 @@ class Strictness {
  public:
   template <typename Shape>
   void add(Class aClass, SEL selector) {
-    // GCC's runtime makes a class's table of methods when it is first asked for one; what is put in earlier lands in a
-    // table that all the classes without one share.
-    for (Class owner = aClass; owner != Nil; owner = class_getSuperclass(owner)) {
-      class_getMethodImplementation(owner, selector);
-    }
+    // Asked for first, so that the class has a table of methods of its own: GCC's runtime puts what comes earlier into
+    // one that all classes without a table share.
+    const IMP original = class_getMethodImplementation(aClass, selector);
     const Method method = class_getInstanceMethod(aClass, selector);
-    // Several of the platform's classes have it of one that they inherit from.
-    if (method == nullptr || std::find(methods_.begin(), methods_.end(), method) != methods_.end()) return;
-    const std::size_t slot = methods_.size();
+    const std::pair<Class, SEL> place(aClass, selector);
+    if (method == nullptr || std::find(places_.begin(), places_.end(), place) != places_.end()) return;
+    const std::size_t slot = places_.size();
     ASSERT_LT(slot, mostMethods);
-    methods_.push_back(method);
-    originals[slot] = method_getImplementation(method);
-    method_setImplementation(method, strictAt<Shape>(slot, std::make_index_sequence<mostMethods>()));
+    places_.push_back(place);
+    originals[slot] = original;
+    const IMP strict = strictAt<Shape>(slot, std::make_index_sequence<mostMethods>());
+    // One that is only inherited stays what it is for the other classes.
+    if (class_addMethod(aClass, selector, strict, method_getTypeEncoding(method)) == NO) {
+      method_setImplementation(method, strict);
+    }
   }
 
   template <typename Shape>
@@ -161,7 +163,7 @@ class Strictness {
   }
 
  private:
-  std::vector<Method> methods_;
+  std::vector<std::pair<Class, SEL>> places_;
 };
 
 void makeStringsStrict(Strictness& strictness) {
