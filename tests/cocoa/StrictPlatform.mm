@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#import "tests/cocoa/BundleUser.h"
+
 namespace epg::test {
 
 namespace {
@@ -45,29 +47,31 @@ constexpr std::size_t mostMethods = 64;
 std::array<IMP, mostMethods> originals;
 
 template <typename Function>
-Function originalAt(std::size_t slot) {
-  return reinterpret_cast<Function>(originals[slot]);
+Function* originalAt(std::size_t slot) {
+  return functionOf<Function>(originals[slot]);
 }
 
 bool areObjects(const id* objects, NSUInteger count) {
   return count == 0 || (objects != nullptr && std::find(objects, objects + count, nil) == objects + count);
 }
 
-// The shapes of methods, each with what it requires. What is answered fits into a register, whatever it is.
+// The shapes of methods, each with what it requires.
 
+template <typename Result>
 struct OneObject {
   template <std::size_t slot>
-  static id call(id self, SEL command, id object) {
+  static Result call(id self, SEL command, id object) {
     require(object != nil, command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, id)>(slot)(self, command, object);
+    return originalAt<Result(id, SEL, id)>(slot)(self, command, object);
   }
 };
 
+template <typename Result>
 struct TwoObjects {
   template <std::size_t slot>
-  static id call(id self, SEL command, id one, id other) {
+  static Result call(id self, SEL command, id one, id other) {
     require(one != nil && other != nil, command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, id, id)>(slot)(self, command, one, other);
+    return originalAt<Result(id, SEL, id, id)>(slot)(self, command, one, other);
   }
 };
 
@@ -75,7 +79,7 @@ struct FirstOfThree {
   template <std::size_t slot>
   static id call(id self, SEL command, id first, void* second, id third) {
     require(first != nil, command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, id, void*, id)>(slot)(self, command, first, second, third);
+    return originalAt<id(id, SEL, id, void*, id)>(slot)(self, command, first, second, third);
   }
 };
 
@@ -83,7 +87,7 @@ struct Objects {
   template <std::size_t slot>
   static id call(id self, SEL command, const id* objects, NSUInteger count) {
     require(areObjects(objects, count), command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, const id*, NSUInteger)>(slot)(self, command, objects, count);
+    return originalAt<id(id, SEL, const id*, NSUInteger)>(slot)(self, command, objects, count);
   }
 };
 
@@ -91,7 +95,7 @@ struct ObjectsAndKeys {
   template <std::size_t slot>
   static id call(id self, SEL command, const id* objects, const id* keys, NSUInteger count) {
     require(areObjects(objects, count) && areObjects(keys, count), command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, const id*, const id*, NSUInteger)>(slot)(self, command, objects, keys, count);
+    return originalAt<id(id, SEL, const id*, const id*, NSUInteger)>(slot)(self, command, objects, keys, count);
   }
 };
 
@@ -99,7 +103,7 @@ struct Characters {
   template <std::size_t slot>
   static id call(id self, SEL command, const unichar* characters, NSUInteger length) {
     require(characters != nullptr, command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, const unichar*, NSUInteger)>(slot)(self, command, characters, length);
+    return originalAt<id(id, SEL, const unichar*, NSUInteger)>(slot)(self, command, characters, length);
   }
 };
 
@@ -107,7 +111,7 @@ struct Bytes {
   template <std::size_t slot>
   static id call(id self, SEL command, const void* bytes, NSUInteger length) {
     require(bytes != nullptr || length == 0, command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, const void*, NSUInteger)>(slot)(self, command, bytes, length);
+    return originalAt<id(id, SEL, const void*, NSUInteger)>(slot)(self, command, bytes, length);
   }
 };
 
@@ -115,23 +119,23 @@ struct Index {
   template <std::size_t slot>
   static id call(id self, SEL command, NSUInteger index) {
     require(index < [self count], command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, NSUInteger)>(slot)(self, command, index);
+    return originalAt<id(id, SEL, NSUInteger)>(slot)(self, command, index);
   }
 };
 
 template <bool ofString>
 struct BufferAndRange {
   template <std::size_t slot>
-  static id call(id self, SEL command, void* buffer, NSRange range) {
+  static void call(id self, SEL command, void* buffer, NSRange range) {
     const NSUInteger size = ofString ? [self length] : [self count];
     require(range.location <= size && range.length <= size - range.location, command, __builtin_return_address(0));
-    return originalAt<id (*)(id, SEL, void*, NSRange)>(slot)(self, command, buffer, range);
+    originalAt<void(id, SEL, void*, NSRange)>(slot)(self, command, buffer, range);
   }
 };
 
 template <typename Shape, std::size_t... slots>
 IMP strictAt(std::size_t slot, std::index_sequence<slots...>) {
-  static const IMP all[] = {reinterpret_cast<IMP>(&Shape::template call<slots>)...};
+  static const IMP all[] = {implementationOf(&Shape::template call<slots>)...};
   return all[slot];
 }
 
@@ -172,11 +176,11 @@ void makeStringsStrict(Strictness& strictness) {
   NSMutableString* changing = [NSMutableString stringWithCapacity:1];
   for (id string : {static_cast<id>(@"a"), static_cast<id>(ascii), static_cast<id>(wide), static_cast<id>(changing)}) {
     strictness.add<BufferAndRange<true>>([string class], @selector(getCharacters:range:));
-    strictness.add<OneObject>([string class], @selector(stringByAppendingString:));
+    strictness.add<OneObject<id>>([string class], @selector(stringByAppendingString:));
   }
   for (Class aClass : {[NSString class], [NSMutableString class]}) {
     strictness.addOfClass<Characters>(aClass, @selector(stringWithCharacters:length:));
-    strictness.addOfClass<OneObject>(aClass, @selector(stringWithString:));
+    strictness.addOfClass<OneObject<id>>(aClass, @selector(stringWithString:));
   }
   strictness.addOfClass<Bytes>([NSData class], @selector(dataWithBytes:length:));
 }
@@ -187,37 +191,37 @@ void makeCollectionsStrict(Strictness& strictness) {
   for (id array : {static_cast<id>(one), static_cast<id>(list), static_cast<id>([one mutableCopy])}) {
     strictness.add<Index>([array class], @selector(objectAtIndex:));
     strictness.add<BufferAndRange<false>>([array class], @selector(getObjects:range:));
-    strictness.add<OneObject>([array class], @selector(addObject:));
+    strictness.add<OneObject<void>>([array class], @selector(addObject:));
   }
   for (Class aClass : {[NSArray class], [NSMutableArray class]}) {
-    strictness.addOfClass<OneObject>(aClass, @selector(arrayWithObject:));
+    strictness.addOfClass<OneObject<id>>(aClass, @selector(arrayWithObject:));
     strictness.addOfClass<Objects>(aClass, @selector(arrayWithObjects:count:));
   }
   for (id dictionary : {static_cast<id>([NSMutableDictionary dictionary]),
                         static_cast<id>([[NSDictionary dictionaryWithObject:@"" forKey:@""] mutableCopy])}) {
-    strictness.add<TwoObjects>([dictionary class], @selector(setObject:forKey:));
-    strictness.add<OneObject>([dictionary class], @selector(removeObjectForKey:));
+    strictness.add<TwoObjects<void>>([dictionary class], @selector(setObject:forKey:));
+    strictness.add<OneObject<void>>([dictionary class], @selector(removeObjectForKey:));
   }
   for (Class aClass : {[NSDictionary class], [NSMutableDictionary class]}) {
-    strictness.addOfClass<TwoObjects>(aClass, @selector(dictionaryWithObject:forKey:));
+    strictness.addOfClass<TwoObjects<id>>(aClass, @selector(dictionaryWithObject:forKey:));
     strictness.addOfClass<ObjectsAndKeys>(aClass, @selector(dictionaryWithObjects:forKeys:count:));
   }
-  strictness.add<OneObject>([[NSMutableSet set] class], @selector(addObject:));
+  strictness.add<OneObject<void>>([[NSMutableSet set] class], @selector(addObject:));
 }
 
 void makeTheRestStrict(Strictness& strictness) {
-  strictness.add<OneObject>([[NSDate date] class], @selector(compare:));
-  strictness.add<OneObject>([[NSTimeZone defaultTimeZone] class], @selector(secondsFromGMTForDate:));
+  strictness.add<OneObject<NSComparisonResult>>([[NSDate date] class], @selector(compare:));
+  strictness.add<OneObject<NSInteger>>([[NSTimeZone defaultTimeZone] class], @selector(secondsFromGMTForDate:));
   strictness.addOfClass<FirstOfThree>([NSError class], @selector(errorWithDomain:code:userInfo:));
   strictness.addOfClass<FirstOfThree>([NSException class], @selector(exceptionWithName:reason:userInfo:));
-  strictness.addOfClass<OneObject>([NSXMLNode class], @selector(elementWithName:));
-  strictness.addOfClass<OneObject>([NSXMLNode class], @selector(textWithStringValue:));
-  strictness.addOfClass<TwoObjects>([NSXMLNode class], @selector(attributeWithName:stringValue:));
-  strictness.add<OneObject>([NSXMLElement class], @selector(addChild:));
-  strictness.add<OneObject>([NSXMLElement class], @selector(addAttribute:));
-  strictness.add<OneObject>([NSControl class], @selector(setStringValue:));
-  strictness.add<OneObject>([NSTextField class], @selector(setStringValue:));
-  strictness.add<OneObject>([NSView class], @selector(addSubview:));
+  strictness.addOfClass<OneObject<id>>([NSXMLNode class], @selector(elementWithName:));
+  strictness.addOfClass<OneObject<id>>([NSXMLNode class], @selector(textWithStringValue:));
+  strictness.addOfClass<TwoObjects<id>>([NSXMLNode class], @selector(attributeWithName:stringValue:));
+  strictness.add<OneObject<void>>([NSXMLElement class], @selector(addChild:));
+  strictness.add<OneObject<void>>([NSXMLElement class], @selector(addAttribute:));
+  strictness.add<OneObject<void>>([NSControl class], @selector(setStringValue:));
+  strictness.add<OneObject<void>>([NSTextField class], @selector(setStringValue:));
+  strictness.add<OneObject<void>>([NSView class], @selector(addSubview:));
 }
 
 class NoViolations : public ::testing::Environment {
