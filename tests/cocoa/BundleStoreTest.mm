@@ -9,6 +9,7 @@
 #import "tests/cocoa/BundleUser.h"
 #import "tests/cocoa/ObjectCount.h"
 #import "tests/cocoa/OtherThreads.h"
+#include "tests/support/SmallStack.h"
 
 // The bundle's store as a live dictionary, and its saving.
 
@@ -235,6 +236,43 @@ TEST_F(BundleStore, SaveThreadEntersThroughItsOperationWithTheSnapshot) {
   EXPECT_TRUE(eventuallySaved(dictionary(@"E1", dictionary(@"uniqueID", @"E1"))));
   EXPECT_EQ(savesBesideTheMainThread, 1);
   method_setImplementation(method, originalSave);
+}
+
+/// `levels` lists or dictionaries, one inside the other.
+id nested(BOOL areDictionaries, int levels) {
+  id value = @"innermost";
+  for (int level = 0; level < levels; ++level) {
+    value = areDictionaries ? dictionary(@"a", value) : [NSMutableArray arrayWithObject:value];
+  }
+  return value;
+}
+
+int levelsOf(id value) {
+  int levels = 0;
+  for (; ![value isKindOfClass:[NSString class]] && value != nil; ++levels) {
+    value = [value isKindOfClass:[NSArray class]] ? [value lastObject] : [value objectForKey:@"a"];
+  }
+  return levels;
+}
+
+TEST_F(BundleStore, DeepValuesAreTakenHandedOutAndSavedOnASmallStack) {
+  // The store and the item are two more.
+  constexpr int levels = 510;
+  for (const BOOL areDictionaries : {NO, YES}) {
+    id value = nested(areDictionaries, levels);
+    EPGDorvaSelinManagerPlugin* const tried = plugin;
+    epg::test::onSmallStack([=] {
+      NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+      NSMutableDictionary* item = [NSMutableDictionary dictionaryWithObject:@"A" forKey:@"title"];
+      [[tried epgItems] setObject:item forKey:@"E1"];
+      [item setObject:value forKey:@"deep"];
+      [tried setEditedEPGUniqueIDs:only(@"E1")];
+      EXPECT_EQ(levelsOf([[[tried editedItems] lastObject] objectForKey:@"deep"]), levels);
+      [tried saveEPGItemsToFileThread:[NSDictionary dictionaryWithObject:item forKey:@"E1"]];
+      [pool drain];
+    });
+    EXPECT_EQ(levelsOf([[savedStore() objectForKey:@"E1"] objectForKey:@"deep"]), levels);
+  }
 }
 
 TEST_F(Bundle, StoreFileOfEightTebibytesEndsNothing) {

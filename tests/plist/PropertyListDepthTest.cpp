@@ -1,45 +1,16 @@
-// Secondary threads of a Mac have stacks of 512 KiB. What is nested as deep as values may be is read, written, compared
-// and freed on such a thread.
+// What is nested as deep as values may be is read, written, compared and freed on a thread with a small stack.
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <cstddef>
-#include <functional>
 #include <string>
 
 #include "plist/PropertyListFile.h"
 #include "tests/plist/PropertyListPrinting.h"
+#include "tests/support/SmallStack.h"
 
 namespace epg::test {
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t stackSize = std::size_t{8} << 20;  // The sanitizer puts space around everything.
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr std::size_t stackSize = std::size_t{8} << 20;
-#else
-constexpr std::size_t stackSize = std::size_t{512} << 10;
-#endif
-#else
-constexpr std::size_t stackSize = std::size_t{512} << 10;
-#endif
-
-void* run(void* work) {
-  (*static_cast<std::function<void()>*>(work))();
-  return nullptr;
-}
-
-void onSmallStack(std::function<void()> work) {
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, stackSize), 0);
-  pthread_t thread{};
-  ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
 
 std::string repeated(const std::string& text) {
   std::string made;
