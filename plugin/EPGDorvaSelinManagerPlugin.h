@@ -125,12 +125,10 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   // An export in its two halves, for a face that brings its own list to a thread of its own.
 
   /// On the thread that asks: whether the export may run, with the configuration read and the object marked busy. The
-  /// other half, or `failExport`, has to follow then. Otherwise it has been refused, or has failed, and is reported.
+  /// other half has to follow then. Otherwise it has been refused, or has failed, and is reported.
   bool beginExport(const std::string& configurationFilename);
   /// The work of the export's thread, for events that are read there. What `read` throws is reported like any failure.
   void exportEventsThread(const std::function<std::vector<EPGEvent>()>& read);
-  /// Instead of it, when there is no thread for it.
-  void failExport();
 
   virtual std::shared_ptr<EPGDorvaSelinViewController> makeViewController(const std::string& nibName);
   virtual std::size_t hashOfPlaybackID(const std::string& playbackUniqueID) const;
@@ -143,6 +141,8 @@ class EPGDorvaSelinManagerPlugin : public TelvarinManagerEPGPluginProtocol,
   std::shared_ptr<const EPGItemStore> items() const;
   bool writeXMLFile(const EventOrder& events, Instant date) const;
   void runExport(const std::function<bool()>& write);
+  /// Ends an export that was not refused and has not run.
+  void failExport();
   void reportExport(bool succeeded, const EPGError* error) const;
   void logFailedSave(const std::exception& exception, int error) const noexcept;
 

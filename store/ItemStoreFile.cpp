@@ -34,28 +34,32 @@ std::uint64_t bytesAsNumber(std::string_view text, std::size_t from) {
   return number;
 }
 
-/// How many bytes at the beginning are the same, up to `limit`, which the first text has.
-std::size_t commonLength(std::string_view first, std::string_view second, std::size_t limit) {
-  std::size_t length = 0;
-  while (length < limit && length < second.size() && first[length] == second[length]) ++length;
-  return length;
+/// What the IDs of the first `count` records begin with in common.
+std::string_view commonPrefix(const std::vector<SortedRecord>& records, std::size_t count) {
+  std::string_view prefix = records.front().record->uniqueID;
+  for (std::size_t i = 1; i < count; ++i) {
+    const std::string_view uniqueID = records[i].record->uniqueID;
+    prefix = prefix.substr(0, uniqueID.size());
+    const auto differs = std::mismatch(prefix.begin(), prefix.end(), uniqueID.begin()).first;
+    prefix = prefix.substr(0, static_cast<std::size_t>(differs - prefix.begin()));
+  }
+  return prefix;
 }
 
-/// Takes the sort keys of the first records from behind a prefix of this length. How much of that prefix their IDs
-/// share with the first one; where it is less, the keys are of no use.
-std::size_t takeSortKeys(std::vector<SortedRecord>& records, std::size_t count, std::size_t prefix) {
-  const std::string_view first = records.front().record->uniqueID;
-  std::size_t common = prefix;
-  for (std::size_t i = 0; i < count; ++i) {
+/// Takes the sort keys from the bytes behind the prefix. They are in the order of the IDs only when true comes back:
+/// every ID begins with the prefix.
+bool setSortKeys(std::vector<SortedRecord>& records, std::string_view prefix) {
+  bool haveAllThePrefix = true;
+  for (std::size_t i = 0; i < records.size(); ++i) {
     // Records and IDs lie all over memory.
     constexpr std::size_t ahead = 8;
-    if (i + 2 * ahead < count) prefetch(records[i + 2 * ahead].record, sizeof(SharedText));
-    if (i + ahead < count) prefetch(records[i + ahead].record->uniqueID.block(), sizeof(std::uint64_t));
+    if (i + 2 * ahead < records.size()) prefetch(records[i + 2 * ahead].record, sizeof(SharedText));
+    if (i + ahead < records.size()) prefetch(records[i + ahead].record->uniqueID.block(), sizeof(std::uint64_t));
     const std::string_view uniqueID = records[i].record->uniqueID;
-    records[i].sortKey = bytesAsNumber(uniqueID, prefix);
-    common = commonLength(first, uniqueID, common);
+    records[i].sortKey = bytesAsNumber(uniqueID, prefix.size());
+    haveAllThePrefix = haveAllThePrefix && uniqueID.substr(0, prefix.size()) == prefix;
   }
-  return common;
+  return haveAllThePrefix;
 }
 
 /// Sorted by the bytes of the IDs. IDs mostly differ behind a common prefix, so the sort keys nearly always tell which
@@ -67,10 +71,9 @@ std::vector<SortedRecord> sortedRecords(const EPGItemStoreSnapshot& snapshot) {
   if (records.empty()) return records;
   // What some have in common, all have in common as a rule.
   constexpr std::size_t some = 64;
-  const std::size_t guess =
-      takeSortKeys(records, std::min(some, records.size()), records.front().record->uniqueID.size());
-  const std::size_t common = takeSortKeys(records, records.size(), guess);
-  if (common < guess) takeSortKeys(records, records.size(), common);
+  if (!setSortKeys(records, commonPrefix(records, std::min(some, records.size())))) {
+    setSortKeys(records, commonPrefix(records, records.size()));
+  }
   std::sort(records.begin(), records.end(), [](const SortedRecord& a, const SortedRecord& b) {
     return a.sortKey != b.sortKey ? a.sortKey < b.sortKey : a.record->uniqueID < b.record->uniqueID;
   });
