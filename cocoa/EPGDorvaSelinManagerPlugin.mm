@@ -155,7 +155,7 @@ struct EPGDorvaSelinManagerPluginParts {
 @implementation EPGDorvaSelinManagerPlugin
 
 + (NSString*)pluginName {
-  return toString(epg::EPGDorvaSelinManagerPlugin::pluginName());
+  return calledByHost([] { return toString(epg::EPGDorvaSelinManagerPlugin::pluginName()); });
 }
 
 - (id)initWithBundle:(NSBundle*)bundle dataFolderPath:(NSString*)dataFolderPath {

@@ -70,7 +70,8 @@ void forgetDataSource(NSView* view, id dataSource) {
 - (id)initWithNibName:(NSString*)nibName bundle:(NSBundle*)bundle {
   self = [super initWithNibName:nibName bundle:bundle];
   if (self != nil) {
-    _parts = new EPGDorvaSelinViewControllerParts(self, nibName, bundle);
+    EPGDorvaSelinViewController* const object = self;
+    _parts = calledByHost([&] { return new EPGDorvaSelinViewControllerParts(object, nibName, bundle); });
   }
   return self;
 }
@@ -81,9 +82,10 @@ void forgetDataSource(NSView* view, id dataSource) {
 - (void)dealloc {
   // The host may go on showing the view.
   forgetDataSource(_loadedView, self);
-  delete _parts;
-  _parts = nullptr;
+  // Last, as what goes away with the inherited part may still reach this one.
+  EPGDorvaSelinViewControllerParts* const parts = _parts;
   [super dealloc];
+  delete parts;
 }
 
 - (EPGDorvaSelinViewControllerParts&)parts {
@@ -153,16 +155,17 @@ void forgetDataSource(NSView* view, id dataSource) {
 - (id)tableView:(NSTableView*)tableView objectValueForTableColumn:(NSTableColumn*)column row:(NSInteger)row {
   auto& controller = _parts->controller;
   const epg::TableView* const table = [self coreTableView:tableView];
-  const epg::EPGDorvaSelinViewController::ObjectValue value = calledByHost([&] {
-    return controller.tableViewObjectValue(table, epg::cocoa::optionalString([column identifier]).value_or(""), row);
+  return calledByHost([&]() -> id {
+    const epg::EPGDorvaSelinViewController::ObjectValue value =
+        controller.tableViewObjectValue(table, epg::cocoa::optionalString([column identifier]).value_or(""), row);
+    if (const std::string* name = std::get_if<std::string>(&value)) {
+      return epg::cocoa::toString(*name);
+    }
+    if (const epg::TagState* state = std::get_if<epg::TagState>(&value)) {
+      return [NSNumber numberWithInteger:*state];
+    }
+    return nil;
   });
-  if (const std::string* name = std::get_if<std::string>(&value)) {
-    return epg::cocoa::toString(*name);
-  }
-  if (const epg::TagState* state = std::get_if<epg::TagState>(&value)) {
-    return [NSNumber numberWithInteger:*state];
-  }
-  return nil;
 }
 
 - (void)tableView:(NSTableView*)tableView
@@ -217,7 +220,8 @@ void forgetDataSource(NSView* view, id dataSource) {
 - (void)setMixedTextField:(NSTextField*)textField value:(BOOL)mixed {
   epg::cocoa::CocoaTextField field;
   field.textField = textField;
-  _parts->controller.setMixedTextField(&field, mixed != NO);
+  auto& controller = _parts->controller;
+  calledByHost([&] { controller.setMixedTextField(&field, mixed != NO); });
 }
 
 - (void)setMixedTableView:(NSTableView*)tableView value:(BOOL)mixed {

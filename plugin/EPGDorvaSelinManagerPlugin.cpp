@@ -149,7 +149,7 @@ void EPGDorvaSelinManagerPlugin::saveEPGItemsToFileThread(const EPGItemStoreSnap
     if (unreadableStore_) kept = keepUnreadableStoreFile(environment_, storePath(), *unreadableStore_);
     const auto content = [&](ByteSink& file) { return writeItemStore(file, snapshot) ? 0 : EILSEQ; };
     const int error = replaceFile(environment_, storePath(), content);
-    if (error != 0 && kept) environment_.removeFile(*kept);
+    if (error != 0 && kept) putBackUnreadableStoreFile(environment_, *kept, storePath());
   } catch (const std::bad_alloc& exception) {
     // safeguard: clearing the mark after an exception
     logFailedSave(exception, ENOMEM);

@@ -55,12 +55,23 @@ std::optional<std::string> keepUnreadableStoreFile(Environment& environment, con
     int error = environment.linkFile(path, kept);
     if (error == EEXIST) continue;
     if (error != 0) error = copyFile(environment, path, kept);
+    // Better no file for a moment than none of the old bytes for ever.
+    if (error != 0) error = environment.renameFile(path, kept);
     if (error != 0) return std::nullopt;
     // The name has to be there before the file's own name goes.
     flushFolder(environment, parentFolder(path));
     return kept;
   }
   return std::nullopt;
+}
+
+void putBackUnreadableStoreFile(Environment& environment, const std::string& kept, const std::string& path) {
+  Environment::FileInfo standing;
+  if (environment.pathInfo(path, &standing) == ENOENT) {
+    environment.renameFile(kept, path);
+  } else {
+    environment.removeFile(kept);
+  }
 }
 
 }  // namespace epg

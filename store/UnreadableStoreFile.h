@@ -14,9 +14,11 @@ namespace epg {
 std::optional<Environment::FileInfo> unreadableStoreFile(Environment& environment, const std::string& path);
 
 /// Before the file at `path` is replaced: gives it a second name when it is still the unreadable one, so that no crash
-/// can lose it. Answers the second name's path, to be removed again if the replacement fails; nothing when nothing had
-/// to be kept or the folder takes no second file.
+/// can lose it; a copy has it where files take no second name, and where none can be made either, it is moved. Answers
+/// the second name's path; nothing when nothing had to be kept, or the folder lets nothing be done.
 std::optional<std::string> keepUnreadableStoreFile(Environment& environment, const std::string& path,
                                                    const Environment::FileInfo& unreadable);
+/// After a replacement that failed: the file stands at `path` alone, as before.
+void putBackUnreadableStoreFile(Environment& environment, const std::string& kept, const std::string& path);
 
 }  // namespace epg

@@ -10,7 +10,10 @@
 #import "cocoa/bridge/FoundationItem.h"
 #import "cocoa/bridge/FoundationValues.h"
 #import "cocoa/bridge/HandedOutObjects.h"
+#import "cocoa/bridge/HostException.h"
 #include "store/MemoryItem.h"
+
+using epg::cocoa::calledByHost;
 
 namespace {
 
@@ -61,12 +64,12 @@ struct EPGDorvaSelinItemParts {
 
 // Of its own accord: the inherited initialisers all end in `init`.
 - (id)initWithItem:(const std::shared_ptr<epg::EPGItem>&)item {
-  _parts = new EPGDorvaSelinItemParts(item);
+  _parts = calledByHost([&] { return new EPGDorvaSelinItemParts(item); });
   return self;
 }
 
 - (id)init {
-  return [self initWithItem:std::make_shared<epg::MemoryItem>()];
+  return [self initWithItem:calledByHost([] { return std::make_shared<epg::MemoryItem>(); })];
 }
 
 // Looking an object up and letting go of it may meet on two threads; the look-up must then know for certain whether
@@ -118,8 +121,10 @@ struct EPGDorvaSelinItemParts {
       all.objects.erase(found);
     }
   }
-  delete _parts;
+  // Last, as references that are weak ask until then whether there is still an owner.
+  EPGDorvaSelinItemParts* const parts = _parts;
   [super dealloc];
+  delete parts;
 }
 
 - (const std::shared_ptr<epg::EPGItem>&)item {
@@ -127,52 +132,68 @@ struct EPGDorvaSelinItemParts {
 }
 
 - (NSUInteger)count {
-  return _parts->item->values().size();
+  const EPGDorvaSelinItemParts& parts = *_parts;
+  return calledByHost([&] { return parts.item->values().size(); });
 }
 
 - (id)objectForKey:(id)key {
-  const epg::PropertyListDictionary values = _parts->item->values();
-  const auto* const entry = entryUnder(values, key);
-  return entry != nullptr ? _parts->handedOut.object(std::string(entry->first), entry->second) : nil;
+  EPGDorvaSelinItemParts& parts = *_parts;
+  return calledByHost([&]() -> id {
+    const epg::PropertyListDictionary values = parts.item->values();
+    const auto* const entry = entryUnder(values, key);
+    return entry != nullptr ? parts.handedOut.object(std::string(entry->first), entry->second) : nil;
+  });
 }
 
 - (NSArray*)allKeys {
-  const epg::PropertyListDictionary values = _parts->item->values();
-  NSMutableArray* keys = [NSMutableArray arrayWithCapacity:values.size()];
-  for (const auto& [key, value] : values) {
-    [keys addObject:keyOf(key, value)];
-  }
-  return keys;
+  const EPGDorvaSelinItemParts& parts = *_parts;
+  return calledByHost([&]() -> NSArray* {
+    const epg::PropertyListDictionary values = parts.item->values();
+    NSMutableArray* keys = [NSMutableArray arrayWithCapacity:values.size()];
+    for (const auto& [key, value] : values) {
+      [keys addObject:keyOf(key, value)];
+    }
+    return keys;
+  });
 }
 
 - (NSDictionary*)entries {
-  const epg::PropertyListDictionary values = _parts->item->values();
-  std::vector<id> keys;
-  std::vector<id> objects;
-  for (const auto& [key, value] : values) {
-    keys.push_back(keyOf(key, value));
-    objects.push_back(_parts->handedOut.object(std::string(key), value));
-  }
-  return [NSDictionary dictionaryWithObjects:objects.data() forKeys:keys.data() count:keys.size()];
+  EPGDorvaSelinItemParts& parts = *_parts;
+  return calledByHost([&] {
+    const epg::PropertyListDictionary values = parts.item->values();
+    std::vector<id> keys;
+    std::vector<id> objects;
+    for (const auto& [key, value] : values) {
+      keys.push_back(keyOf(key, value));
+      objects.push_back(parts.handedOut.object(std::string(key), value));
+    }
+    return [NSDictionary dictionaryWithObjects:objects.data() forKeys:keys.data() count:keys.size()];
+  });
 }
 
 - (void)setObject:(id)object forKey:(id<NSCopying>)key {
-  const std::optional<std::string> name = epg::cocoa::optionalString(key);
+  EPGDorvaSelinItemParts& parts = *_parts;
+  const std::optional<std::string> name = calledByHost([&] { return epg::cocoa::optionalString(key); });
   if (object == nil || !name) {
     [NSException raise:NSInvalidArgumentException
                 format:@"An EPG item takes a value under a string, not %@ under %@", object, key];
   }
-  _parts->item->set(*name, epg::cocoa::fromObject(object));
-  _parts->handedOut.forget(*name);
+  calledByHost([&] {
+    parts.item->set(*name, epg::cocoa::fromObject(object));
+    parts.handedOut.forget(*name);
+  });
 }
 
 - (void)removeObjectForKey:(id)key {
-  const epg::PropertyListDictionary values = _parts->item->values();
-  if (const auto* const entry = entryUnder(values, key)) {
-    const std::string name(entry->first);
-    _parts->item->remove(name);
-    _parts->handedOut.forget(name);
-  }
+  EPGDorvaSelinItemParts& parts = *_parts;
+  calledByHost([&] {
+    const epg::PropertyListDictionary values = parts.item->values();
+    if (const auto* const entry = entryUnder(values, key)) {
+      const std::string name(entry->first);
+      parts.item->remove(name);
+      parts.handedOut.forget(name);
+    }
+  });
 }
 
 @end

@@ -8,8 +8,10 @@
 #import "cocoa/bridge/FoundationItemStore.h"
 #import "cocoa/bridge/FoundationValues.h"
 #import "cocoa/bridge/HostDictionary.h"
+#import "cocoa/bridge/HostException.h"
 #include "store/ShardedItemStore.h"
 
+using epg::cocoa::calledByHost;
 using epg::cocoa::objectOfRecord;
 using epg::cocoa::optionalString;
 using epg::cocoa::toString;
@@ -56,12 +58,12 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
 
 // Of its own accord: the inherited initialisers all end in `init`.
 - (id)initWithStore:(const std::shared_ptr<epg::cocoa::BridgedItemStore>&)store {
-  _store = new std::shared_ptr<epg::cocoa::BridgedItemStore>(store);
+  _store = calledByHost([&] { return new std::shared_ptr<epg::cocoa::BridgedItemStore>(store); });
   return self;
 }
 
 - (id)init {
-  return [self initWithStore:std::make_shared<epg::cocoa::BridgedItemStore>()];
+  return [self initWithStore:calledByHost([] { return std::make_shared<epg::cocoa::BridgedItemStore>(); })];
 }
 
 - (void)dealloc {
@@ -74,36 +76,46 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
 }
 
 - (NSUInteger)count {
-  return (*_store)->snapshot()->size();
+  const epg::cocoa::BridgedItemStore& store = **_store;
+  return calledByHost([&] { return store.snapshot()->size(); });
 }
 
 - (id)objectForKey:(id)key {
-  const std::optional<std::string> uniqueID = optionalString(key);
-  const auto record = uniqueID ? (*_store)->record(*uniqueID) : nullptr;
-  return record != nullptr ? objectOfRecord(*record) : nil;
+  const epg::cocoa::BridgedItemStore& store = **_store;
+  return calledByHost([&]() -> id {
+    const std::optional<std::string> uniqueID = optionalString(key);
+    const auto record = uniqueID ? store.record(*uniqueID) : nullptr;
+    return record != nullptr ? objectOfRecord(*record) : nil;
+  });
 }
 
 - (NSArray*)allKeys {
-  return keysOfSnapshot(*(*_store)->snapshot());
+  const epg::cocoa::BridgedItemStore& store = **_store;
+  return calledByHost([&] { return keysOfSnapshot(*store.snapshot()); });
 }
 
 - (NSDictionary*)entries {
-  return dictionaryOfSnapshot(*(*_store)->snapshot());
+  const epg::cocoa::BridgedItemStore& store = **_store;
+  return calledByHost([&] { return dictionaryOfSnapshot(*store.snapshot()); });
 }
 
 - (void)setObject:(id)object forKey:(id<NSCopying>)key {
-  const std::optional<std::string> uniqueID = optionalString(key);
+  epg::cocoa::BridgedItemStore& store = **_store;
+  const std::optional<std::string> uniqueID = calledByHost([&] { return optionalString(key); });
   if (object == nil || !uniqueID) {
     [NSException raise:NSInvalidArgumentException
                 format:@"The item store takes an item under an EPG unique ID, not %@ under %@", object, key];
   }
-  (*_store)->setEntry(*uniqueID, entryOfObject(object));
+  calledByHost([&] { store.setEntry(*uniqueID, entryOfObject(object)); });
 }
 
 - (void)removeObjectForKey:(id)key {
-  if (const std::optional<std::string> uniqueID = optionalString(key)) {
-    (*_store)->removeEntry(*uniqueID);
-  }
+  epg::cocoa::BridgedItemStore& store = **_store;
+  calledByHost([&] {
+    if (const std::optional<std::string> uniqueID = optionalString(key)) {
+      store.removeEntry(*uniqueID);
+    }
+  });
 }
 
 @end
@@ -117,17 +129,17 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
 
 // Of its own accord: the inherited initialisers all end in one of those below.
 - (id)initWithSnapshot:(std::shared_ptr<const epg::EPGItemStoreSnapshot>)snapshot {
-  _snapshot = new std::shared_ptr<const epg::EPGItemStoreSnapshot>(std::move(snapshot));
+  _snapshot = calledByHost([&] { return new std::shared_ptr<const epg::EPGItemStoreSnapshot>(std::move(snapshot)); });
   return self;
 }
 
 - (id)init {
-  return [self initWithSnapshot:epg::ShardedItemStore().snapshot()];
+  return [self initWithSnapshot:calledByHost([] { return epg::ShardedItemStore().snapshot(); })];
 }
 
 - (id)initWithObjects:(const id[])objects forKeys:(const id<NSCopying>[])keys count:(NSUInteger)count {
   NSDictionary* dictionary = [NSDictionary dictionaryWithObjects:objects forKeys:keys count:count];
-  return [self initWithSnapshot:epg::cocoa::snapshotOfObject(dictionary)];
+  return [self initWithSnapshot:calledByHost([&] { return epg::cocoa::snapshotOfObject(dictionary); })];
 }
 
 - (void)dealloc {
@@ -144,17 +156,22 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
 }
 
 - (id)objectForKey:(id)key {
-  const std::optional<std::string> uniqueID = optionalString(key);
-  const epg::EPGItemStoreRecord* const found = uniqueID ? (*_snapshot)->find(*uniqueID) : nullptr;
-  return found != nullptr ? objectOfRecord(*found) : nil;
+  const epg::EPGItemStoreSnapshot& snapshot = **_snapshot;
+  return calledByHost([&]() -> id {
+    const std::optional<std::string> uniqueID = optionalString(key);
+    const epg::EPGItemStoreRecord* const found = uniqueID ? snapshot.find(*uniqueID) : nullptr;
+    return found != nullptr ? objectOfRecord(*found) : nil;
+  });
 }
 
 - (NSEnumerator*)keyEnumerator {
-  return [keysOfSnapshot(**_snapshot) objectEnumerator];
+  const epg::EPGItemStoreSnapshot& snapshot = **_snapshot;
+  return [calledByHost([&] { return keysOfSnapshot(snapshot); }) objectEnumerator];
 }
 
 - (NSEnumerator*)objectEnumerator {
-  return [dictionaryOfSnapshot(**_snapshot) objectEnumerator];
+  const epg::EPGItemStoreSnapshot& snapshot = **_snapshot;
+  return [calledByHost([&] { return dictionaryOfSnapshot(snapshot); }) objectEnumerator];
 }
 
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state objects:(id*)buffer count:(NSUInteger)length {

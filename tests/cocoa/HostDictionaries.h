@@ -19,6 +19,10 @@
 + (RaisingKey*)keyInPlaceOf:(NSString*)string;
 @end
 
+/// A host's own string, which says that it is longer than memory.
+@interface EndlessString : NSString
+@end
+
 /// A host's own list, which raises "HostTrouble" when it is read or copied.
 @interface RaisingArray : NSArray
 @end

@@ -80,6 +80,32 @@ std::atomic<int>& counter(void* readers) { return *static_cast<std::atomic<int>*
 
 @end
 
+@implementation EndlessString
+
+- (NSUInteger)length {
+  return NSUIntegerMax / 2;
+}
+
+- (unichar)characterAtIndex:(NSUInteger)index {
+  (void)index;
+  return 'a';
+}
+
+- (NSUInteger)hash {
+  return 1;
+}
+
+- (BOOL)isEqual:(id)other {
+  return other == self;
+}
+
+- (id)copyWithZone:(NSZone*)zone {
+  (void)zone;
+  return [self retain];
+}
+
+@end
+
 @implementation RaisingArray
 
 - (NSUInteger)count {

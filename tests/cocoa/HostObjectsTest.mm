@@ -162,6 +162,31 @@ TEST_F(Bundle, ExceptionOnTheSaveThreadIsLoggedAndTheNextSaveRuns) {
   [plugin release];
 }
 
+TEST_F(Bundle, NoExceptionButThePlatformsLeavesAnOperation) {
+  EPGDorvaSelinManagerPlugin* plugin = newPlugin();
+  NSString* endless = [[[EndlessString alloc] init] autorelease];
+  NSMutableDictionary* store = [plugin epgItems];
+  [plugin setEditedEPGUniqueIDs:only(@"E1")];
+  [plugin commitEditing];
+  NSMutableDictionary* item = [store objectForKey:@"E1"];
+  [item setObject:@"A" forKey:@"title"];
+  EXPECT_EQ(raisedBy([&] { [endless stringByEscapingSpecialCharacters]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [store objectForKey:endless]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [store setObject:entry(@"B") forKey:endless]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [store setObject:endless forKey:@"E2"]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [store removeObjectForKey:endless]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [item objectForKey:endless]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [item setObject:@"B" forKey:endless]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [item setObject:endless forKey:@"title"]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [item removeObjectForKey:endless]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [plugin errorWithMessage:endless]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [plugin setEditedEPGUniqueIDs:only(endless)]; }), "NSGenericException");
+  EXPECT_EQ(raisedBy([&] { [plugin exportEvents:[NSArray array] configurationFilename:endless]; }),
+            "NSGenericException");
+  EXPECT_EQ(text([item objectForKey:@"title"]), "A");
+  [plugin release];
+}
+
 // Dictionaries of a host's own.
 
 TEST_F(Bundle, StoreOfAHostMayHoldALockOfItsOwnAroundTheHostsCalls) {

@@ -121,9 +121,28 @@ TEST_F(UnreadableStoreTest, IsCopiedWhereFilesHaveNoSecondName) {
   }
 }
 
+TEST_F(UnreadableStoreTest, IsMovedWhereItTakesNoSecondNameAndNoCopy) {
+  environment.failOn(Call::Link, "EPGItems (unreadable", EPERM);
+  environment.failOn(Call::Open, "EPGItems (unreadable", ENOSPC);
+  save();
+  EXPECT_THAT(storedIDs(), ElementsAre("E2"));
+  EXPECT_THAT(files(), UnorderedElementsAre("EPGItems.plist", keptName()));
+  EXPECT_EQ(bad, contentOf(dataFolder + "/" + keptName()));
+}
+
+TEST_F(UnreadableStoreTest, IsMovedBackWhereTheSaveFails) {
+  environment.failOn(Call::Link, "EPGItems (unreadable", EPERM);
+  environment.failOn(Call::Open, "EPGItems (unreadable", ENOSPC);
+  environment.failOn(Call::Flush, "EPGItems.plist", ENOSPC);
+  save();
+  EXPECT_THAT(files(), ElementsAre("EPGItems.plist"));
+  EXPECT_EQ(bad, contentOf(storePath()));
+}
+
 TEST_F(UnreadableStoreTest, DoesNotKeepASaveFromBeingMadeWhereNothingCanBeKept) {
   environment.failOn(Call::Link, "EPGItems (unreadable", EPERM);
   environment.failOn(Call::Open, "EPGItems (unreadable", ENOSPC);
+  environment.failOn(Call::Rename, "EPGItems (unreadable", EPERM);
   save();
   EXPECT_THAT(storedIDs(), ElementsAre("E2"));
   EXPECT_THAT(files(), ElementsAre("EPGItems.plist"));
