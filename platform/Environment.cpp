@@ -125,6 +125,7 @@ int Environment::copyAccessList(const std::string& from, int descriptor) {
   const int error = resultOf(::fremovexattr(descriptor, attribute));
   return isNone(error) ? 0 : error;
 #elif defined(__APPLE__)
+  // acl_get_link_np(3), acl_set_fd(3)
   acl_t list = ::acl_get_link_np(from.c_str(), ACL_TYPE_EXTENDED);
   if (!list && errno != ENOENT) return lastError() == ENOTSUP ? 0 : lastError();
   if (!list) list = ::acl_init(0);
@@ -142,8 +143,9 @@ int Environment::lockFile(int descriptor) { return resultOf(::flock(descriptor, 
 
 int Environment::flushFile(int descriptor) {
 #ifdef F_FULLFSYNC
-  // There, fsync stops at the drive's own cache. Not every volume knows the stronger call.
-  if (::fcntl(descriptor, F_FULLFSYNC) == 0) return 0;
+  // There, fsync stops at the drive's own cache. Not every volume knows the stronger call. fsync(2), fcntl(2)
+  const int error = resultOf(::fcntl(descriptor, F_FULLFSYNC));
+  if (error != ENOTSUP && error != EINVAL && error != ENOTTY) return error;
 #endif
   return resultOf(::fsync(descriptor));
 }
@@ -207,6 +209,7 @@ int Environment::listFolder(const std::string& path, std::vector<std::string>* n
 
 std::uint64_t Environment::memorySize() {
 #ifdef __APPLE__
+  // sysctl(3)
   std::uint64_t bytes = 0;
   std::size_t size = sizeof bytes;
   return ::sysctlbyname("hw.memsize", &bytes, &size, nullptr, 0) == 0 ? bytes : UINT64_MAX;

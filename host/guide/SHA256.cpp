@@ -19,7 +19,7 @@ using Digest = std::array<std::uint8_t, 32>;
 Digest digestOf(const std::string& bytes) {
   Digest digest{};
 #ifdef __APPLE__
-  // The length of one call is a 32-bit number.
+  // The length of one call is a 32-bit number. CC_SHA256(3cc)
   CC_SHA256_CTX context;
   CC_SHA256_Init(&context);
   constexpr std::size_t most = std::size_t{1} << 30;

@@ -91,7 +91,12 @@ OLDEST = Configuration("macos-10.8", "macos-10.8", **WITH_HOST)
 # lld links nothing for it.
 WITH_32_BITS = Configuration("macos-10.8-i386", "macos-10.8", CMAKE_OSX_ARCHITECTURES="i386",
                              CMAKE_TRY_COMPILE_TARGET_TYPE="STATIC_LIBRARY", **WITH_HOST)  # fmt: skip
-ALL = (TODAY, OLDEST, WITH_32_BITS)
+# As an Xcode of after 10.14 builds for 10.8, with its own headers.
+OLDEST_WITH_NEW_HEADERS = Configuration("macos-10.8-new-headers", "macos-10.8",
+                                        CMAKE_CXX_FLAGS="-stdlib=libc++ -D__MAC_OS_X_VERSION_MAX_ALLOWED=140000",
+                                        CMAKE_OBJCXX_FLAGS="-stdlib=libc++ -D__MAC_OS_X_VERSION_MAX_ALLOWED=140000",
+                                        CMAKE_TRY_COMPILE_TARGET_TYPE="STATIC_LIBRARY", **WITH_HOST)  # fmt: skip
+ALL = (TODAY, OLDEST, OLDEST_WITH_NEW_HEADERS, WITH_32_BITS)
 LINKED = (TODAY, OLDEST) if ARGUMENTS.whole else (OLDEST,)
 
 
@@ -283,6 +288,17 @@ class Bundle(unittest.TestCase):
                              self.program(configuration))[1]  # fmt: skip
                 shown = sorted({line for line in listed.splitlines() if line.startswith("_")})
                 self.assertEqual(shown, sorted(f"_{name}" for name in wanted))
+
+    def test_takes_nothing_from_the_system_that_has_not_been_looked_up(self):
+        lines = (SOURCE / "tests" / "darwin" / "platform-symbols.txt").read_text().splitlines()
+        known = {line for line in lines if not line.startswith("#")}
+        for configuration in LINKED:
+            with self.subTest(configuration.folder.name):
+                listed = run(tool("llvm-nm"), "--undefined-only", "--just-symbol-name", self.program(configuration))[1]
+                taken = {line for line in listed.splitlines() if line and not line.endswith(":")}
+                taken = {name for name in taken if not name.startswith(("__Z", "_OBJC_"))}
+                self.assertIn("_objc_msgSend", taken)
+                self.assertEqual(taken - known, set())
 
     def test_has_the_principal_class(self):
         for configuration in LINKED:
