@@ -59,6 +59,21 @@
 #pragma clang diagnostic pop
 #endif
 
+#ifdef __APPLE__
+- (void)getObjects:(id*)objects andKeys:(id*)keys count:(NSUInteger)count {
+  [[self entries] getObjects:objects andKeys:keys count:count];
+}
+
+- (void)enumerateKeysAndObjectsUsingBlock:(void (^)(id key, id object, BOOL* stop))block {
+  [[self entries] enumerateKeysAndObjectsUsingBlock:block];
+}
+
+- (void)enumerateKeysAndObjectsWithOptions:(NSEnumerationOptions)options
+                                usingBlock:(void (^)(id key, id object, BOOL* stop))block {
+  [[self entries] enumerateKeysAndObjectsWithOptions:options usingBlock:block];
+}
+#endif
+
 - (BOOL)isEqualToDictionary:(NSDictionary*)other {
   return [[self entries] isEqualToDictionary:other];
 }

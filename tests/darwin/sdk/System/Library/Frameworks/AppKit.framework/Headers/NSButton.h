@@ -13,7 +13,7 @@ typedef NS_ENUM(NSUInteger, NSBezelStyle) {
 static const NSBezelStyle NSRoundedBezelStyle EPG_SINCE_UNTIL(10.0, 10.14,
                                                               "NSBezelStyleRounded") = static_cast<NSBezelStyle>(1);
 
-@interface NSButtonCell : NSCell
+@interface NSButtonCell : NSActionCell
 @end
 
 @interface NSButton : NSControl

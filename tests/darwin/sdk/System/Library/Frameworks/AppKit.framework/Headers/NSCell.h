@@ -34,4 +34,7 @@ typedef NS_ENUM(NSUInteger, NSLineBreakMode) {
 @property (nullable, strong) id representedObject;
 @end
 
+@interface NSActionCell : NSCell
+@end
+
 NS_ASSUME_NONNULL_END

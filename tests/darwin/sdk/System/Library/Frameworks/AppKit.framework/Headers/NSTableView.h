@@ -1,6 +1,6 @@
 #pragma once
 
-#import <AppKit/NSControl.h>
+#import <AppKit/NSTextField.h>
 
 @class NSTableView;
 
@@ -8,7 +8,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 typedef NSString* NSUserInterfaceItemIdentifier;
 
-@interface NSTableHeaderCell : NSCell
+@interface NSTableHeaderCell : NSTextFieldCell
 @end
 
 @interface NSTableColumn : NSObject <NSCoding>

@@ -4,7 +4,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-@interface NSTextFieldCell : NSCell
+@interface NSTextFieldCell : NSActionCell
 - (instancetype)initTextCell:(NSString*)text EPG_DESIGNATED;
 - (instancetype)initWithCoder:(NSCoder*)coder EPG_DESIGNATED;
 @property (nullable, copy) NSString* placeholderString;

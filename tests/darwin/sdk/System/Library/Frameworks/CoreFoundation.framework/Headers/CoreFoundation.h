@@ -31,11 +31,7 @@ struct CGRect {
 };
 typedef struct CGRect CGRect;
 
-#ifdef __LP64__
-typedef long CFIndex;
-#else
-typedef int CFIndex;
-#endif
+typedef signed long CFIndex;
 typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef struct __attribute__((objc_bridge_mutable(NSMutableDictionary))) __CFDictionary* CFMutableDictionaryRef;

@@ -4,7 +4,10 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-@interface NSDateFormatter : NSObject <NSCopying, NSCoding>
+@interface NSFormatter : NSObject <NSCopying, NSCoding>
+@end
+
+@interface NSDateFormatter : NSFormatter
 - (NSString*)stringFromDate:(NSDate*)date;
 @property (null_resettable, copy) NSString* dateFormat;
 @end

@@ -28,6 +28,12 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)getObjects:(ObjectType _Nonnull __unsafe_unretained[_Nullable])objects
            andKeys:(KeyType _Nonnull __unsafe_unretained[_Nullable])keys
     EPG_SINCE_UNTIL(10.0, 10.13, "Use -getObjects:andKeys:count: instead");
+- (void)getObjects:(ObjectType _Nonnull __unsafe_unretained[_Nullable])objects
+           andKeys:(KeyType _Nonnull __unsafe_unretained[_Nullable])keys
+             count:(NSUInteger)count EPG_SINCE(10.7);
+- (void)enumerateKeysAndObjectsUsingBlock:(void (^)(KeyType key, ObjectType object, BOOL* stop))block EPG_SINCE(10.6);
+- (void)enumerateKeysAndObjectsWithOptions:(NSEnumerationOptions)options
+                                usingBlock:(void (^)(KeyType key, ObjectType object, BOOL* stop))block EPG_SINCE(10.6);
 + (instancetype)dictionary;
 + (instancetype)dictionaryWithObject:(ObjectType)object forKey:(KeyType<NSCopying>)key;
 + (instancetype)dictionaryWithObjects:(const ObjectType _Nonnull[_Nullable])objects

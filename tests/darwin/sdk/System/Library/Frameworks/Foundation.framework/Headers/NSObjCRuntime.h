@@ -51,6 +51,7 @@ typedef unsigned short unichar;
 @class NSString, Protocol;
 
 typedef NS_ENUM(NSInteger, NSComparisonResult) { NSOrderedAscending = -1, NSOrderedSame, NSOrderedDescending };
+typedef NS_OPTIONS(NSUInteger, NSEnumerationOptions) { NSEnumerationConcurrent = 1, NSEnumerationReverse = 2 };
 enum { NSNotFound = NSIntegerMax };
 
 FOUNDATION_EXPORT NSString* _Nonnull NSStringFromSelector(SEL _Nonnull selector);

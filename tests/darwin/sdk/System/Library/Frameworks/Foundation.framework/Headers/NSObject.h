@@ -41,6 +41,7 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 @protocol NSSecureCoding <NSCoding>
+@property (class, readonly) BOOL supportsSecureCoding;
 @end
 
 __attribute__((objc_root_class))
