@@ -173,12 +173,12 @@ struct EPGDorvaSelinItemParts {
 
 - (void)setObject:(id)object forKey:(id<NSCopying>)key {
   EPGDorvaSelinItemParts& parts = *_parts;
-  const std::optional<std::string> name = calledByHost([&] { return epg::cocoa::optionalString(key); });
-  if (object == nil || !name) {
-    [NSException raise:NSInvalidArgumentException
-                format:@"An EPG item takes a value under a string, not %@ under %@", object, key];
-  }
   calledByHost([&] {
+    const std::optional<std::string> name = epg::cocoa::optionalString(key);
+    if (object == nil || !name) {
+      [NSException raise:NSInvalidArgumentException
+                  format:@"An EPG item takes a value under a string, not %@ under %@", object, key];
+    }
     parts.item->set(*name, epg::cocoa::fromObject(object));
     parts.handedOut.forget(*name);
   });

@@ -101,12 +101,14 @@ NSDictionary* dictionaryOfSnapshot(const epg::EPGItemStoreSnapshot& snapshot) {
 
 - (void)setObject:(id)object forKey:(id<NSCopying>)key {
   epg::cocoa::BridgedItemStore& store = **_store;
-  const std::optional<std::string> uniqueID = calledByHost([&] { return optionalString(key); });
-  if (object == nil || !uniqueID) {
-    [NSException raise:NSInvalidArgumentException
-                format:@"The item store takes an item under an EPG unique ID, not %@ under %@", object, key];
-  }
-  calledByHost([&] { store.setEntry(*uniqueID, entryOfObject(object)); });
+  calledByHost([&] {
+    const std::optional<std::string> uniqueID = optionalString(key);
+    if (object == nil || !uniqueID) {
+      [NSException raise:NSInvalidArgumentException
+                  format:@"The item store takes an item under an EPG unique ID, not %@ under %@", object, key];
+    }
+    store.setEntry(*uniqueID, entryOfObject(object));
+  });
 }
 
 - (void)removeObjectForKey:(id)key {

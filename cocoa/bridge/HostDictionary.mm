@@ -52,6 +52,11 @@ void inTurn(NSDictionary* dictionary, const Body& body) {
   if (raised != nil) [raised raise];
 }
 
+void replaceObject(NSMutableDictionary* dictionary, id object, id key) {
+  [[[dictionary objectForKey:key] retain] autorelease];
+  [dictionary setObject:object forKey:key];
+}
+
 }  // namespace
 
 bool isPlatformDictionary(NSDictionary* dictionary) {
@@ -80,15 +85,12 @@ id objectInHostDictionary(NSDictionary* dictionary, id key) {
 }
 
 void setObjectInHostDictionary(NSMutableDictionary* dictionary, id object, id key) {
-  inTurn(dictionary, [&] {
-    [[[dictionary objectForKey:key] retain] autorelease];
-    [dictionary setObject:object forKey:key];
-  });
+  inTurn(dictionary, [&] { replaceObject(dictionary, object, key); });
 }
 
 void setObjectsInHostDictionary(NSMutableDictionary* dictionary, const std::vector<std::pair<id, id>>& entries) {
   inTurn(dictionary, [&] {
-    for (const auto& [key, object] : entries) setObjectInHostDictionary(dictionary, object, key);
+    for (const auto& [key, object] : entries) replaceObject(dictionary, object, key);
   });
 }
 

@@ -31,6 +31,10 @@ class UnreadableStoreTest : public PluginTest {
   std::string keptName(const std::string& number = "") const {
     return "EPGItems (unreadable, 2012-03-04 17.00.00)" + number + ".plist";
   }
+  void refuseSecondNameAndCopy() {
+    environment.failOn(Call::Link, "EPGItems (unreadable", EPERM);
+    environment.failOn(Call::Open, "EPGItems (unreadable", ENOSPC);
+  }
   /// What the data folder holds besides the configuration of all tests.
   std::vector<std::string> files() const {
     std::vector<std::string> names = namesIn(dataFolder);
@@ -122,8 +126,7 @@ TEST_F(UnreadableStoreTest, IsCopiedWhereFilesHaveNoSecondName) {
 }
 
 TEST_F(UnreadableStoreTest, IsMovedWhereItTakesNoSecondNameAndNoCopy) {
-  environment.failOn(Call::Link, "EPGItems (unreadable", EPERM);
-  environment.failOn(Call::Open, "EPGItems (unreadable", ENOSPC);
+  refuseSecondNameAndCopy();
   save();
   EXPECT_THAT(storedIDs(), ElementsAre("E2"));
   EXPECT_THAT(files(), UnorderedElementsAre("EPGItems.plist", keptName()));
@@ -131,8 +134,7 @@ TEST_F(UnreadableStoreTest, IsMovedWhereItTakesNoSecondNameAndNoCopy) {
 }
 
 TEST_F(UnreadableStoreTest, IsMovedBackWhereTheSaveFails) {
-  environment.failOn(Call::Link, "EPGItems (unreadable", EPERM);
-  environment.failOn(Call::Open, "EPGItems (unreadable", ENOSPC);
+  refuseSecondNameAndCopy();
   environment.failOn(Call::Flush, "EPGItems.plist", ENOSPC);
   save();
   EXPECT_THAT(files(), ElementsAre("EPGItems.plist"));
@@ -140,8 +142,7 @@ TEST_F(UnreadableStoreTest, IsMovedBackWhereTheSaveFails) {
 }
 
 TEST_F(UnreadableStoreTest, DoesNotKeepASaveFromBeingMadeWhereNothingCanBeKept) {
-  environment.failOn(Call::Link, "EPGItems (unreadable", EPERM);
-  environment.failOn(Call::Open, "EPGItems (unreadable", ENOSPC);
+  refuseSecondNameAndCopy();
   environment.failOn(Call::Rename, "EPGItems (unreadable", EPERM);
   save();
   EXPECT_THAT(storedIDs(), ElementsAre("E2"));
